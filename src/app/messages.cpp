@@ -1,0 +1,42 @@
+#include "app/messages.h"
+
+#include <algorithm>
+
+#include "app/string_table.h"
+
+namespace ostrel {
+
+std::string Messages::Text(int id, int factor) {
+  const auto table = StringTable();
+  const auto entry =
+      std::lower_bound(table.begin(), table.end(), id,
+                       [](const TableEntry& e, int wanted) { return e.id < wanted; });
+  if (entry == table.end() || entry->id != id) return {};
+  if (factor < 0 || factor >= static_cast<int>(entry->texts.size())) return {};
+  return std::string(entry->texts[static_cast<std::size_t>(factor)]);
+}
+
+std::string Messages::Filled(int id, std::string_view value) const {
+  std::string text = Text(id);
+  if (const std::size_t place = text.find("%s"); place != std::string::npos) {
+    text.replace(place, 2, value);
+  }
+  return text;
+}
+
+void Messages::Show(int id, std::string_view added) const {
+  dialogs_.Show({.number = id, .text = Text(id).append(added), .title = {}, .style = {}});
+}
+
+void Messages::Warn(int id, std::string_view added) const {
+  dialogs_.Show({.number = id,
+                 .text = Text(id).append(added),
+                 .title = {},
+                 .style = MessageStyle::kExclamation});
+}
+
+bool Messages::Ask(int id) const {
+  return dialogs_.AskYesNo(Text(id));
+}
+
+}  // namespace ostrel

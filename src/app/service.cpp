@@ -1,0 +1,125 @@
+#include "app/service.h"
+
+#include <utility>
+
+#include "app/texts.h"
+#include "link/answers.h"
+#include "link/connections.h"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int kPeriodMs = 600000;
+
+}  // namespace
+
+Service::Service(const Ports& ports, RunOptions options)
+    : ports_(ports),
+      options_(std::move(options)),
+      messages_(ports.dialogs),
+      sprachen_(ports.settings, messages_, ports.desktop.ProgramFolder()),
+      link_(ports.automation, ports.settings, ports.clock, ports.dialogs, messages_,
+            ports.desktop.ProgramFolder()),
+      commands_(link_, ports.dialogs, messages_),
+      stations_(link_, commands_),
+      statistics_(link_, commands_, selection_, ports.dialogs, messages_) {
+  sprachen_.UserIndex_Test();
+  if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
+  link_.OfferChooser(options_.chooser);
+  link_.LoadSettings();
+}
+
+std::string Service::Title() {
+  return "Service " OSTREL_VERSION;
+}
+
+bool Service::ConnectionOpen() {
+  if (link_.ConnectionOpen(options_.connection, 2) == LinkState::kChannel) return true;
+  // A server that could not be created has told so itself, and the chooser tells as well.
+  if (link_.ConnState() == LinkState::kServer && !options_.chooser) {
+    link_.ServerErrorReport(link_.LastError(), false);
+  }
+  return false;
+}
+
+bool Service::DeviceSelect(const StationChooser& choose) {
+  if (!ConnectionOpen()) return false;
+  std::vector<Station> rows;
+  {
+    const BusyPointer busy(ports_.dialogs);
+    const int code = stations_.ListFill(rows);
+    if (code != 0) messages_.Warn(code);
+    if (rows.empty()) return false;
+  }
+  const std::optional<Station> chosen = choose(rows, selection_.GetKenn().value_or(""));
+  return chosen && Adopt(*chosen);
+}
+
+bool Service::DeviceSelectByAddress(const std::string& address) {
+  if (!ConnectionOpen()) return false;
+  const BusyPointer busy(ports_.dialogs);
+  Station station;
+  const int code = stations_.Lookup(address, station);
+  if (code == text::kNoDeviceAnswers) {
+    ports_.dialogs.Show({.number = code,
+                         .text = messages_.Filled(code, address),
+                         .title = {},
+                         .style = MessageStyle::kExclamation});
+  } else if (code != 0) {
+    messages_.Warn(code);
+  }
+  return code == 0 && Adopt(station);
+}
+
+bool Service::Adopt(const Station& station) {
+  const BusyPointer busy(ports_.dialogs);
+  std::string firmware;
+  if (const int code = stations_.FirmwareGet(station.address, firmware); code != 0) {
+    link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
+    return false;
+  }
+  std::string serial;
+  const std::string line = station.address + "sysSN#";
+  if (!commands_.DevQueryChecked(link_.CurrentChannel(), line, serial)) serial.clear();
+  DeviceChange(station.KennName(), TypeFromVerAnswer(station.type), firmware, TrimAnswer(serial));
+  return true;
+}
+
+void Service::DeviceChange(const std::string& kennName, const std::string& typ,
+                           const std::string& firmware, const std::string& serial) {
+  device_.SetIdentity(kennName, typ);
+  device_.SetFirmware(firmware);
+  selection_.Set(kennName, typ, firmware, serial);
+  statistics_.DeviceChanged();
+  if (onDeviceChange) onDeviceChange();
+}
+
+bool Service::Simulated() {
+  // Simulated devices behind a TCP port say so with their serial number.
+  if (selection_.Serial().starts_with("SIM")) return true;
+  const std::string name = link_.ConnectionName();
+  if (name.empty()) return false;
+  const std::optional<Connection> connection = Connections(ports_.settings).Find(name);
+  return connection && connection->Simulated();
+}
+
+void Service::AliveTick(int intervalMs) {
+  link_.KeepAliveTick((ports_.desktop.ProgramFolder() / "service.exe ").string());
+  aliveMs_ += intervalMs;
+  if (aliveMs_ <= kPeriodMs || link_.Busy()) return;
+  aliveMs_ = 0;
+  PeriodicAction();
+}
+
+void Service::PeriodicAction() {
+  const std::optional<std::string> regulator = selection_.GetKennReglerFam();
+  if (link_.ConnState() != LinkState::kChannel || !regulator) return;
+  commands_.DevCmdQuiet(link_.CurrentChannel(), *regulator + "dd-");
+}
+
+void Service::Beenden() {
+  link_.ConnectionClose();
+}
+
+}  // namespace ostrel

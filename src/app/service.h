@@ -1,0 +1,101 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/csprachen.h"
+#include "app/desktop.h"
+#include "app/dialogs.h"
+#include "app/messages.h"
+#include "app/settings_store.h"
+#include "device/clsDevice.h"
+#include "device/selection.h"
+#include "device/stations.h"
+#include "link/automation.h"
+#include "link/clock.h"
+#include "link/commands.h"
+#include "link/link.h"
+#include "logs/tap_statistics.h"
+
+namespace ostrel {
+
+/// What the service functions need of the outside world.
+struct Ports {
+  SettingsStore& settings;
+  AutomationFactory& automation;
+  Dialogs& dialogs;
+  Clock& clock;
+  Desktop& desktop;
+};
+
+/// What one run is told when it starts.
+struct RunOptions {
+  std::string connection;  // empty = the server's current one
+  std::string language;    // "deu", "eng", "fra"; empty = as the settings say
+  bool chooser = true;     // offer other connections when one does not open
+};
+
+/// The service functions and what they work on. Desktop program and command line are its two faces.
+class Service {
+ public:
+  Service(const Ports& ports, RunOptions options);
+
+  /// "Service " and the version.
+  static std::string Title();
+
+  const Messages& Texts() const { return messages_; }
+  CSprachen& Languages() { return sprachen_; }
+  SettingsStore& Settings() { return ports_.settings; }
+  Dialogs& Boxes() { return ports_.dialogs; }
+  Link& ServerLink() { return link_; }
+  Commands& Sending() { return commands_; }
+  Stations& Bus() { return stations_; }
+  const clsDevice& Device() const { return device_; }
+  const Selection& Selected() const { return selection_; }
+  TapStatistics& Statistics() { return statistics_; }
+
+  /// Chooses one of the stations found; nothing when the user cancels. `preselected` is the address
+  /// selected until now.
+  using StationChooser = std::function<std::optional<Station>(const std::vector<Station>& stations,
+                                                              const std::string& preselected)>;
+  /// Opens the connection, lets the user choose a station and makes it the selected device. False
+  /// when there is no connection, no answer or no choice; failures are shown.
+  bool DeviceSelect(const StationChooser& choose);
+  /// The same for a station whose address ("B1:") is known.
+  bool DeviceSelectByAddress(const std::string& address);
+  /// Opens the connection of this run; shows what went wrong.
+  bool ConnectionOpen();
+  /// Makes a station the selected device and refreshes what depends on it.
+  void DeviceChange(const std::string& kennName, const std::string& typ,
+                    const std::string& firmware, const std::string& serial);
+  /// Called at the end of every device change.
+  std::function<void()> onDeviceChange;
+
+  /// True when the channel leads to simulated devices.
+  bool Simulated();
+
+  /// One tick of the alive timer. Nothing happens while an exchange is under way.
+  void AliveTick(int intervalMs);
+  /// Closes the connection at the end of the program.
+  void Beenden();
+
+ private:
+  bool Adopt(const Station& station);
+  void PeriodicAction();
+
+  Ports ports_;
+  RunOptions options_;
+  Messages messages_;
+  CSprachen sprachen_;
+  Link link_;
+  Commands commands_;
+  Stations stations_;
+  clsDevice device_;
+  Selection selection_;
+  TapStatistics statistics_;
+  int aliveMs_ = 0;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/messages.h"
+
+namespace ostrel::text {
+
+// First block.
+inline constexpr int kOk = First(0);
+inline constexpr int kCancel = First(1);
+inline constexpr int kError = First(5);
+inline constexpr int kType = First(142);
+inline constexpr int kRuntimeError = First(239);
+inline constexpr int kDeviceReplied = First(280);
+inline constexpr int kNoDeviceSelected = First(301);
+
+// Second block; the server's error codes 10011..10045 are ids themselves.
+inline constexpr int kConnection = Second(54);
+inline constexpr int kSelectDevice = Second(56);
+inline constexpr int kDevice = Second(58);
+inline constexpr int kOnlineNecessary = Second(96);
+inline constexpr int kTapsUnderLoad = Second(107);
+inline constexpr int kTapsTotal = Second(108);
+inline constexpr int kStatistics = Second(109);
+inline constexpr int kDeleteStatistics = Second(110);
+inline constexpr int kCopiedAsTextAndPicture = Second(111);
+
+// Texts without a number in either block.
+inline constexpr int kOutOfRange = Own(1);
+inline constexpr int kUsedInstead = Own(2);
+inline constexpr int kExchangeUnderWay = Own(3);
+inline constexpr int kExchangeGivenUp = Own(4);
+inline constexpr int kLanguageNotAllowed = Own(5);
+inline constexpr int kFileNotWritten = Own(6);
+inline constexpr int kConnectionFaulty = Own(7);
+inline constexpr int kStationMissing = Own(8);
+inline constexpr int kNotConfirmed = Own(9);
+inline constexpr int kNoDisplay = Own(10);
+inline constexpr int kServerNotRunning = Own(11);
+inline constexpr int kServerStopped = Own(12);
+inline constexpr int kNoDeviceAnswers = Own(13);
+inline constexpr int kStationsIncomplete = Own(14);
+inline constexpr int kWrongUsage = Own(15);
+inline constexpr int kYesNo = Own(16);
+inline constexpr int kYesLetters = Own(17);
+inline constexpr int kNoSuchConnection = Own(18);
+inline constexpr int kServerRunning = Own(19);
+
+// Captions of windows and tables.
+inline constexpr int kTapPosition = Own(100);
+inline constexpr int kCounter = Own(101);
+inline constexpr int kAddress = Own(102);
+inline constexpr int kName = Own(103);
+inline constexpr int kVersion = Own(104);
+inline constexpr int kModel = Own(105);
+inline constexpr int kFirmware = Own(106);
+inline constexpr int kSerialNumber = Own(107);
+inline constexpr int kPhysicallyConnected = Own(108);
+inline constexpr int kTarget = Own(109);
+inline constexpr int kKind = Own(110);
+inline constexpr int kProcess = Own(111);
+inline constexpr int kUptime = Own(112);
+inline constexpr int kPrograms = Own(113);
+inline constexpr int kChannels = Own(114);
+inline constexpr int kSelectDeviceButton = Own(120);
+inline constexpr int kRead = Own(121);
+inline constexpr int kDelete = Own(122);
+inline constexpr int kCopy = Own(123);
+inline constexpr int kSimulatedDevices = Own(124);
+inline constexpr int kMenuProgram = Own(125);
+inline constexpr int kMenuQuit = Own(126);
+inline constexpr int kMenuView = Own(127);
+inline constexpr int kSchemeSystem = Own(128);
+inline constexpr int kSchemeLight = Own(129);
+inline constexpr int kSchemeDark = Own(130);
+inline constexpr int kTreeLogs = Own(131);
+inline constexpr int kNotConnected = Own(132);
+inline constexpr int kReading = Own(133);
+inline constexpr int kStation = Own(134);
+inline constexpr int kSelectConnection = Own(135);
+inline constexpr int kChooseDeviceFirst = Own(136);
+
+// The desktop program.
+inline constexpr int kYes = Own(160);
+inline constexpr int kNo = Own(161);
+inline constexpr int kConnectedTo = Own(162);
+inline constexpr int kSimulationMark = Own(163);
+inline constexpr int kNotReadYet = Own(164);
+inline constexpr int kReadPage = Own(165);
+
+}  // namespace ostrel::text

@@ -1,0 +1,48 @@
+#include "device/selection.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "device/clsDevice.h"
+#include "link/answers.h"
+
+namespace ostrel {
+
+void Selection::Set(std::string kennName, std::string typ, std::string firmware,
+                    std::string serial) {
+  kennName_ = std::move(kennName);
+  typ_ = std::move(typ);
+  firmware_ = std::move(firmware);
+  serial_ = std::move(serial);
+}
+
+std::optional<std::string> Selection::GetKennName() const {
+  const std::string_view name = Trim(kennName_);
+  if (name.empty()) return std::nullopt;
+  return std::string(name);
+}
+
+std::optional<std::string> Selection::GetKenn() const {
+  const std::optional<std::string> name = GetKennName();
+  if (!name) return std::nullopt;
+  return AddressPart(*name);
+}
+
+int Selection::GetTypeCode() const {
+  return ModelFromType(typ_);
+}
+
+std::optional<std::string> Selection::GetKennReglerFam() const {
+  constexpr std::array kRegulators = {0, 1, 4, 11, 12};
+  const bool regulator =
+      std::find(kRegulators.begin(), kRegulators.end(), GetTypeCode()) != kRegulators.end();
+  return regulator ? GetKenn() : std::nullopt;
+}
+
+std::optional<std::string> Selection::GetFW() const {
+  if (!GetKennName()) return std::nullopt;
+  return firmware_;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace ostrel {
+
+/// What the main window shows of the selected station, and the answers that the pages get from it.
+/// They go by these texts alone, not by the device identity.
+class Selection {
+ public:
+  /// `kennName` is address and name of the station, `typ` the type string that the device gave.
+  void Set(std::string kennName, std::string typ, std::string firmware, std::string serial);
+
+  const std::string& KennName() const { return kennName_; }
+  const std::string& Typ() const { return typ_; }
+  const std::string& Serial() const { return serial_; }
+
+  /// Address and name, trimmed; nothing when no station is shown.
+  std::optional<std::string> GetKennName() const;
+  /// The address of the station, with its ":".
+  std::optional<std::string> GetKenn() const;
+  /// The model number of the type string.
+  int GetTypeCode() const;
+  /// The address, when the model is one of the regulators 0, 1, 4, 11, 12.
+  std::optional<std::string> GetKennReglerFam() const;
+  /// The firmware version of the station; nothing when no station is shown.
+  std::optional<std::string> GetFW() const;
+
+ private:
+  std::string kennName_;
+  std::string typ_;
+  std::string firmware_;
+  std::string serial_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,96 @@
+#include "device/stations.h"
+
+#include <utility>
+
+#include "app/text_width.h"
+#include "app/texts.h"
+#include "link/answers.h"
+
+namespace ostrel {
+
+std::string Station::Firmware() const {
+  return FirmwareFromVerAnswer(";" + version);
+}
+
+std::string Station::ListLine() const {
+  return Fitted(KennName(), 12) + Fitted("(" + type + ")", 11) + version +
+         (current ? "  (AA:)" : "");
+}
+
+Station StationFromLine(std::string line) {
+  Station station;
+  const std::string first = NextToken(line, ';');
+  station.address = AddressPart(first);
+  station.name = ValueAfter(first, ":");
+  station.type = NextToken(line, ';');
+  station.version = NextToken(line, ';');
+  return station;
+}
+
+int Stations::Ask(const std::string& line, std::string& answer) {
+  return link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
+}
+
+int Stations::StationCurrentGet(std::string& station, std::string& typeString) {
+  if (const int code = Ask("aa:dirn_", station); code != 0) return code;
+  const std::string address = AddressPart(station);
+  if (station.find(':') == std::string::npos) return text::kDeviceReplied;
+  if (Trim(station) == address) {
+    std::string name;
+    if (commands_.DevQueryChecked(link_.CurrentChannel(), address + "station#", name)) {
+      station = address + name;
+    }
+  }
+  typeString = commands_.DevVersionGet(address);
+  return 0;
+}
+
+bool Stations::StationsListAll(std::vector<std::string>& list) {
+  std::string answer;
+  const std::string line = R"(all,station&#,!+";  ", ver.+)";
+  if (!link_.CommandExchange(link_.CurrentChannel(), line, answer)) return false;
+  while (!answer.empty()) {
+    const std::string popped = NextLine(answer);
+    const std::string_view station = Trim(popped);
+    if (!station.empty() && station.front() != '#') list.emplace_back(station);
+  }
+  return true;
+}
+
+int Stations::ListFill(std::vector<Station>& rows) {
+  std::string answer;
+  if (const int code = Ask("AA:dirn_\r\n", answer); code != 0) return code;
+  if (answer.empty()) return code::kTimeout;
+  const std::string current = IsErrorAnswer(answer) ? std::string() : AddressPart(answer);
+
+  if (const int code = Ask(R"(all,station&#,!+";", ver.+)", answer); code != 0) return code;
+  if (IsErrorAnswer(answer)) return text::kDeviceReplied;
+  while (!answer.empty()) {
+    std::string line = NextLine(answer);
+    if (Trim(line).empty()) continue;
+    if (rows.size() == kMost) return text::kStationsIncomplete;
+    Station station = StationFromLine(std::move(line));
+    station.current = !current.empty() && station.address == current;
+    rows.push_back(std::move(station));
+  }
+  return 0;
+}
+
+int Stations::FirmwareGet(const std::string& address, std::string& firmware) {
+  std::string answer;
+  const int code = Ask(address + "ver.", answer);
+  if (code == 0) firmware = FirmwareFromVerAnswer(answer);
+  return code;
+}
+
+int Stations::Lookup(const std::string& address, Station& station) {
+  std::string answer;
+  if (const int code = Ask(address + "dirn_", answer); code != 0) return code;
+  if (AddressPart(answer).empty()) return text::kNoDeviceAnswers;
+  std::string version;
+  if (const int code = Ask(address + "ver.", version); code != 0) return code;
+  station = StationFromLine(answer + ";" + version);
+  return 0;
+}
+
+}  // namespace ostrel

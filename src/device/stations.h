@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/messages.h"
+#include "link/commands.h"
+#include "link/link.h"
+
+namespace ostrel {
+
+/// One station of a connection, as the list shows it.
+struct Station {
+  std::string address;  // with its ":"
+  std::string name;
+  std::string type;     // as the device gave it, e.g. "KT-X+"
+  std::string version;  // as the device gave it, e.g. "V2.27"
+  bool current = false;
+
+  /// Address and name in one, as the device gives them.
+  std::string KennName() const { return address + name; }
+  /// The version without a leading "V".
+  std::string Firmware() const;
+  /// The line of the list: padded columns, and "  (AA:)" behind the current station.
+  std::string ListLine() const;
+};
+
+/// The row for one line "address name;type;version" of a station list.
+Station StationFromLine(std::string line);
+
+/// Finding out which stations a connection reaches.
+class Stations {
+ public:
+  static constexpr std::size_t kMost = 256;
+
+  Stations(Link& link, Commands& commands) : link_(link), commands_(commands) {}
+
+  /// Address and name of the physically connected station, and its type string. 0 or a code; 1280
+  /// for an answer without an address.
+  int StationCurrentGet(std::string& station, std::string& typeString);
+  /// The lines of the answer to "all stations", without empty ones and comments ("#"). Shows the
+  /// message of a failure.
+  bool StationsListAll(std::vector<std::string>& list);
+  /// Fills the rows of the selection. 0 or a code: 1280 for an error answer, text::
+  /// kStationsIncomplete when there are more than kMost (the first ones are in the list then).
+  int ListFill(std::vector<Station>& rows);
+  /// Reads the firmware version text of a station. 0 or a code.
+  int FirmwareGet(const std::string& address, std::string& firmware);
+  /// One station by its address, with name, type and version. 0 or a code; text::kNoDeviceAnswers
+  /// when nobody answers.
+  int Lookup(const std::string& address, Station& station);
+
+ private:
+  int Ask(const std::string& line, std::string& answer);
+
+  Link& link_;
+  Commands& commands_;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,185 @@
+#include "link/link.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/texts.h"
+#include "link/number.h"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int kShortestTimeout = 1;
+constexpr int kLongestTimeout = 15;
+constexpr int kAttempts = 5;
+
+}  // namespace
+
+int ServerError::Code() const {
+  const int code = number - kObjectErrorBase;
+  return number < 0 && code >= 0 && code <= 0xFFFF ? code : number;
+}
+
+Link::Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
+           const Messages& messages, std::filesystem::path programFolder)
+    : factory_(factory),
+      settings_(settings),
+      clock_(clock),
+      dialogs_(dialogs),
+      messages_(messages),
+      programFolder_(std::move(programFolder)) {}
+
+Link::~Link() {
+  ConnectionClose();
+}
+
+void Link::LoadSettings() {
+  const int stored = ReadInteger(settings_.ReadShared(keys::kServerMisc, "DefTimeout_s", "10"));
+  defTimeout_ = std::clamp(stored, kShortestTimeout, kLongestTimeout);
+  const std::string text = std::to_string(defTimeout_);
+  if (defTimeout_ != stored) {
+    messages_.Warn(text::kOutOfRange, "\n" + messages_.Filled(text::kUsedInstead, text));
+  }
+  settings_.WriteShared(keys::kServerMisc, "DefTimeout_s", text);
+  settings_.WriteProgram("ZubServer", "Misc", "DefTimeout_s", text);
+  testMode_ = settings_.ReadShared(keys::kServerMisc, "Testmode", "0") == "9";
+}
+
+bool Link::CommServerCreate() {
+  std::error_code ignored;
+  const bool inProcess = std::filesystem::exists(programFolder_ / "OstrelTESK.dll", ignored) &&
+                         settings_.ReadShared(keys::kServerMisc, "UsePriorServer", "0") == "0";
+  serverClass_ = inProcess ? "OstrelTESK" : "ZubServer";
+  const std::string className = serverClass_ + ".TESKComm";
+  std::string reason;
+  for (int attempt = 0; attempt < (inProcess ? 1 : kAttempts); ++attempt) {
+    AutomationFactory::Created created = factory_.Create(className);
+    server_ = std::move(created.object);
+    if (server_) return true;
+    reason = created.description;
+  }
+  lastError_ = {kObjectErrorBase + code::kServerNotStarted, reason};
+  messages_.Warn(code::kServerNotStarted, "\n" + reason + "\nClassname: " + className);
+  return false;
+}
+
+LinkState Link::ConnectionOpen(std::string name, int frame, int kind) {
+  // Also finds out that the server is gone; then everything starts afresh.
+  if (server_) Call("COpenLocked", {});
+  if (state_ == LinkState::kNoServer && CommServerCreate()) state_ = LinkState::kServer;
+  if (state_ == LinkState::kServer) {
+    int opened = ChannelOpen(name, kind);
+    while (opened < 0 && ChooseConnection(name)) opened = ChannelOpen(name, kind);
+    if (opened >= 0) {
+      channel_ = opened;
+      state_ = LinkState::kChannel;
+    }
+  }
+  if (state_ == LinkState::kChannel && frame >= 0) {
+    Checked(server_->Put("CFrame", {channel_}, frame));
+  }
+  return state_;
+}
+
+bool Link::ChooseConnection(std::string& name) {
+  // A server that is gone has no connections to choose from.
+  if (!server_ || !offerChooser_) return false;
+  if (!chooser_) chooser_ = factory_.Create(serverClass_ + ".Chooser").object;
+  if (!chooser_) return false;
+  const std::string reason = messages_.Text(lastError_.Code());
+  name = chooser_->Call("Select", {name, reason + "\n" + lastError_.description}).Text();
+  return !name.empty();
+}
+
+int Link::ChannelOpen(const std::string& name, int kind) {
+  if (Call("COpenLocked", {}).Bool()) {
+    lastError_ = {kObjectErrorBase + code::kServerGone, {}};
+    return -1;
+  }
+  const AutomationResult result = Call("COpen", {name, kind});
+  if (!result.Ok()) return -1;
+  if (result.Int() < 0) lastError_ = {kObjectErrorBase - result.Int(), {}};
+  return std::max(result.Int(), -1);
+}
+
+void Link::ConnectionClose() {
+  if (state_ == LinkState::kChannel && server_) server_->Call("CClose", {channel_});
+  server_.reset();
+  state_ = LinkState::kNoServer;
+}
+
+std::string Link::ConnectionName() {
+  return state_ == LinkState::kChannel ? Call("CGetConnection", {channel_}).Text() : std::string();
+}
+
+int Link::ChannelTimeoutSet(int seconds) {
+  const int earlier = std::exchange(defTimeout_, seconds);
+  if (!server_) return earlier;
+  const AutomationResult old = server_->Get("CTimeout", {channel_});
+  Checked(server_->Put("CTimeout", {channel_}, seconds));
+  return old.Ok() ? old.Int() : earlier;
+}
+
+void Link::FrameSave() {
+  if (!server_) return;
+  savedFrame_ = server_->Get("CFrame", {channel_}).Int();
+  savedTranslate_ = server_->Get("CTranslate", {channel_}).Int();
+}
+
+void Link::FrameRestore() {
+  if (!server_) return;
+  server_->Put("CFrame", {channel_}, savedFrame_);
+  server_->Put("CTranslate", {channel_}, savedTranslate_);
+}
+
+void Link::KeepAliveTick(const std::string& text) {
+  if (busy_ || !server_) return;
+  if (state_ == LinkState::kChannel) {
+    if (server_->Call("CTerminateApps", {}).Bool()) {
+      if (onTerminate) onTerminate();
+    } else {
+      server_->Call("CNotifyApp", {channel_, text});
+    }
+  } else {
+    server_->Call("CAbout", {text});
+  }
+}
+
+void Link::ServerErrorReport(const ServerError& error, bool quiet) const {
+  const int code = error.Code();
+  if (error.number < 0) {
+    Message message{.number = code,
+                    .text = {},
+                    .title = messages_.Text(text::kError),
+                    .style = MessageStyle::kExclamation};
+    message.text =
+        code >= 10011 && code <= 10038
+            ? messages_.Text(code)
+            : messages_.Text(text::kError) + " " + std::to_string(code) + ": " + error.description;
+    dialogs_.Show(message);
+  } else if (error.number > 0 && !quiet) {
+    messages_.Warn(text::kRuntimeError,
+                   "\nNr. " + std::to_string(error.number) + " = " + error.description);
+  }
+}
+
+AutomationResult Link::Call(std::string_view member, const Values& arguments) {
+  if (!server_) return Checked(ObjectError(code::kNoChannel, {}));
+  return Checked(server_->Call(member, arguments));
+}
+
+AutomationResult Link::Checked(AutomationResult result) {
+  if (!result.Ok()) Raised(result);
+  return result;
+}
+
+int Link::Raised(const AutomationResult& result) {
+  lastError_ = {result.error, result.description};
+  const int code = lastError_.Code();
+  // Nothing more can come from a channel or a server that is gone: the next open starts afresh.
+  if (code == code::kNoChannel || code == code::kServerGone) ConnectionClose();
+  return code;
+}
+
+}  // namespace ostrel

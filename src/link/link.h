@@ -1,0 +1,137 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/messages.h"
+#include "app/settings_store.h"
+#include "link/automation.h"
+#include "link/clock.h"
+
+namespace ostrel {
+
+/// Codes of the server and of the link; each is the number of its message.
+namespace code {
+inline constexpr int kNoCommand = 1283;
+inline constexpr int kTimeout = 10012;
+inline constexpr int kOnlineActive = 10019;
+inline constexpr int kNoChannel = 10026;
+inline constexpr int kServerGone = 10041;
+inline constexpr int kServerNotStarted = 10065;
+inline constexpr int kExchangeUnderWay = Own(3);
+inline constexpr int kExchangeGivenUp = Own(4);
+}  // namespace code
+
+enum class LinkState { kNoServer = 0, kServer = 1, kChannel = 2 };
+
+/// An error that a call of the server raised.
+struct ServerError {
+  int number = 0;  // as raised; 0 = none
+  std::string description;
+  /// The message number: the code of an object error, any other number as it is.
+  int Code() const;
+};
+
+/// The program's side of the communication server: the server object, the channel on which commands
+/// go out, and the exchange of one line for one answer. Waits let events run, so what a timer wants
+/// to send meanwhile is refused with code::kExchangeUnderWay.
+class Link {
+ public:
+  Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
+       const Messages& messages, std::filesystem::path programFolder);
+  ~Link();
+  Link(const Link&) = delete;
+  Link& operator=(const Link&) = delete;
+
+  LinkState ConnState() const { return state_; }
+  int CurrentChannel() const { return channel_; }
+  /// The answer time-out in whole seconds.
+  int DefTimeout() const { return defTimeout_; }
+  bool TestMode() const { return testMode_; }
+  /// True while an answer is awaited.
+  bool Busy() const { return busy_; }
+
+  /// Reads "DefTimeout_s" (corrected to 1..15 with messages, written back) and "Testmode".
+  void LoadSettings();
+
+  /// Whether the user may choose another connection when one does not open; yes at first.
+  void OfferChooser(bool offer) { offerChooser_ = offer; }
+
+  /// Creates the server object; a failure shows message 10065.
+  bool CommServerCreate();
+  /// Opens a channel on the connection (empty = the server's current one), through the chooser
+  /// until one opens or the user cancels; then sets its frame mode unless that is negative.
+  LinkState ConnectionOpen(std::string name, int frame = 2, int kind = 2);
+  /// One attempt to open; the channel, or -1. LastError tells why.
+  int ChannelOpen(const std::string& name, int kind = 2);
+  /// Closes the channel and gives up the server object.
+  void ConnectionClose();
+  /// The name of the connection on which the channel runs; empty when there is none.
+  std::string ConnectionName();
+
+  /// Sets the time-out of link and channel, in seconds; returns the channel's earlier one.
+  int ChannelTimeoutSet(int seconds);
+  void FrameSave();
+  void FrameRestore();
+
+  /// Sends one line after dropping an answer that nobody fetched. 0 or a code.
+  int CommandSend(int channel, const std::string& line);
+  /// Waits for the answer and fetches it. 0 or a code.
+  int AnswerWait(int channel, std::string& answer);
+  /// Sends and waits; shows the message of a failure.
+  bool CommandExchange(int channel, const std::string& line, std::string& answer);
+  /// Sends and waits, silently; 0 or a code.
+  int CommandExchangeCode(int channel, const std::string& line, std::string& answer);
+  /// An exchange on a transparent channel, where nothing frames the answer.
+  bool OnlineExchange(int channel, const std::string& line, std::string& answer, bool showError,
+                      std::optional<int> waitMs = std::nullopt);
+  /// Lets events run for this long.
+  void WaitMs(std::int64_t milliseconds);
+
+  /// Tells the server that this program lives; calls onTerminate when it asks all programs to end.
+  void KeepAliveTick(const std::string& text);
+  std::function<void()> onTerminate;
+
+  /// Turns a raised error into a message; `quiet` swallows what does not come from the server.
+  void ServerErrorReport(const ServerError& error, bool quiet) const;
+
+  /// The error that the last failed operation met.
+  const ServerError& LastError() const { return lastError_; }
+  /// Makes the wait that is going on, and every later one, end with code::kExchangeGivenUp.
+  void GiveUp() { givenUp_ = true; }
+
+ private:
+  AutomationResult Call(std::string_view member, const Values& arguments);
+  AutomationResult Checked(AutomationResult result);
+  int Raised(const AutomationResult& result);
+  bool ChooseConnection(std::string& name);
+  int Poll(int channel, std::string& answer);
+
+  AutomationFactory& factory_;
+  SettingsStore& settings_;
+  Clock& clock_;
+  Dialogs& dialogs_;
+  const Messages& messages_;
+  std::filesystem::path programFolder_;
+
+  std::unique_ptr<AutomationObject> server_;
+  std::unique_ptr<AutomationObject> chooser_;
+  std::string serverClass_;
+  LinkState state_ = LinkState::kNoServer;
+  int channel_ = 0;
+  int defTimeout_ = 10;
+  int savedFrame_ = 0;
+  int savedTranslate_ = 0;
+  bool testMode_ = false;
+  bool busy_ = false;
+  bool givenUp_ = false;
+  bool offerChooser_ = true;
+  ServerError lastError_;
+};
+
+}  // namespace ostrel
