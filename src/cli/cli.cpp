@@ -1,0 +1,192 @@
+#include "cli/cli.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
+
+#include "app/texts.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/terminal_dialogs.h"
+
+namespace ostrel {
+
+namespace {
+
+/// What was asked for; the command as something to run once everything stands.
+struct Request {
+  std::string connection, station = "AA", language;
+  bool json = false, yes = false;
+  std::function<ExitStatus(CliRun&)> command;
+
+  std::string name, kind, target, chartFile;
+  std::vector<std::string> lines;
+  int baud = 19200, id = 0;
+  bool csv = false;
+};
+
+using Command = std::function<ExitStatus(CliRun&)>;
+
+/// Names the command to run when the parser met this subcommand.
+void Runs(CLI::App* subcommand, Request& request, Command command) {
+  subcommand->callback([&request, command = std::move(command)] {
+    if (!request.command) request.command = command;
+  });
+}
+
+std::string StationError(const std::string& station) {
+  const std::string address =
+      station.ends_with(':') ? station.substr(0, station.size() - 1) : station;
+  const auto plain = [](unsigned char letter) {
+    return letter > 32 && letter != 127 &&
+           std::string_view(",;:\"=#").find(static_cast<char>(letter)) == std::string_view::npos;
+  };
+  const bool good =
+      !address.empty() && address != "---" && std::all_of(address.begin(), address.end(), plain);
+  return good ? std::string() : "not the address of a station: \"" + station + "\"";
+}
+
+void DeclareConnections(CLI::App& app, Request& request) {
+  CLI::App* connections = app.add_subcommand("connections", "The server's connections");
+  connections->require_subcommand(0, 1);
+  Runs(connections->add_subcommand("list", "List them; the current one is marked"), request,
+       [](CliRun& run) { return run.ConnectionsList(); });
+
+  CLI::App* add = connections->add_subcommand("add", "Add or replace a connection");
+  add->add_option("name", request.name, "Its name")->required();
+  add->add_option("kind", request.kind, "simulator, tcp or serial")
+      ->required()
+      ->check(CLI::IsMember({"simulator", "tcp", "serial"}));
+  add->add_option("target", request.target, "HOST:PORT or the serial device");
+  add->add_option("--baud", request.baud, "Baud rate of a serial line")->capture_default_str();
+  Runs(add, request, [&request](CliRun& run) {
+    return run.ConnectionsAdd(request.name, request.kind, request.target, request.baud);
+  });
+
+  CLI::App* use = connections->add_subcommand("use", "Make a connection the current one");
+  use->add_option("name", request.name, "Its name")->required();
+  Runs(use, request, [&request](CliRun& run) { return run.ConnectionsUse(request.name); });
+
+  CLI::App* remove = connections->add_subcommand("remove", "Remove a connection");
+  remove->add_option("name", request.name, "Its name")->required();
+  Runs(remove, request, [&request](CliRun& run) { return run.ConnectionsRemove(request.name); });
+
+  Runs(connections, request, [](CliRun& run) { return run.ConnectionsList(); });
+}
+
+void DeclareStatistics(CLI::App& app, Request& request) {
+  CLI::App* statistics = app.add_subcommand("statistics", "Read the tap-changer statistics");
+  statistics->require_subcommand(0, 1);
+  statistics->add_flag("--csv", request.csv,
+                       "Print lines \"position,count\", then the lines of the two totals");
+  statistics->add_option("--chart", request.chartFile, "Also write the chart as a PNG file");
+  Runs(statistics->add_subcommand("clear", "Clear them on the device, after a question"), request,
+       [](CliRun& run) { return run.StatisticsClear(); });
+  Runs(statistics, request,
+       [&request](CliRun& run) { return run.Statistics(request.csv, request.chartFile); });
+}
+
+void DeclareServer(CLI::App& app, Request& request) {
+  CLI::App* server = app.add_subcommand("server", "The communication server");
+  server->require_subcommand(1);
+  Runs(server->add_subcommand("status", "Say whether it runs and whom it serves"), request,
+       [](CliRun& run) { return run.ServerStatus(); });
+  Runs(server->add_subcommand("stop", "Ask all programs to end, then end it"), request,
+       [](CliRun& run) { return run.ServerStop(); });
+}
+
+void DeclareOptions(CLI::App& app, Request& request) {
+  app.set_version_flag("--version", "ostrel " OSTREL_VERSION);
+  app.add_option("--connection", request.connection,
+                 "Connection of the server; else the current one");
+  app.add_option("--station", request.station, "Address of the station")
+      ->capture_default_str()
+      ->check(CLI::Validator(StationError, "ADDRESS"));
+  app.add_option("--language", request.language, "Language of this run")
+      ->check(CLI::IsMember({"deu", "eng", "fra"}));
+  app.add_flag("--json", request.json, "Print JSON and nothing else on standard output");
+  app.add_flag("--yes", request.yes, "Answer every question with Yes");
+}
+
+void Declare(CLI::App& app, Request& request) {
+  app.require_subcommand(1);
+  app.fallthrough();
+  DeclareOptions(app, request);
+  DeclareConnections(app, request);
+  Runs(app.add_subcommand("stations", "List the stations on the bus"), request,
+       [](CliRun& run) { return run.Stations(); });
+  Runs(app.add_subcommand("identify", "Say what kind of device the station is"), request,
+       [](CliRun& run) { return run.Identify(); });
+  CLI::App* send = app.add_subcommand("send", "Send lines and print the answers");
+  send->add_option("line", request.lines,
+                   "A line of the device language; \"-\" takes them from standard input. A line "
+                   "with an address of its own is sent as it stands")
+      ->required();
+  Runs(send, request, [&request](CliRun& run) { return run.Send(request.lines); });
+  DeclareStatistics(app, request);
+  DeclareServer(app, request);
+  CLI::App* text = app.add_subcommand("text", "Print the message with this German id");
+  text->add_option("id", request.id, "Its number")->required();
+  Runs(text, request, [&request](CliRun& run) { return run.TextOf(request.id); });
+  for (CLI::App* subcommand : app.get_subcommands({})) {
+    subcommand->fallthrough();
+    for (CLI::App* inner : subcommand->get_subcommands({})) inner->fallthrough();
+  }
+}
+
+void PrintError(std::ostream& out, int number, const std::string& message) {
+  const std::string error = JsonObject().Add("number", number).Add("message", message).Text();
+  out << JsonObject().AddRaw("error", error).Text() << '\n';
+}
+
+/// What the parser ended with: a wish for help or the version, or a wrong usage.
+ExitStatus Parsed(const CLI::App& app, const CLI::ParseError& end, bool json,
+                  const CliPorts& ports) {
+  const bool help = end.get_name() == "CallForHelp" || end.get_name() == "CallForAllHelp";
+  const bool version = end.get_name() == "CallForVersion";
+  if (help || version) {
+    const std::string text = help ? app.help() : end.what();
+    ports.out << (json ? JsonObject().Add(help ? "help" : "version", text).Text() : text)
+              << (help && !json ? "" : "\n");
+    return ExitStatus::kDone;
+  }
+  if (json) PrintError(ports.out, text::kWrongUsage, end.what());
+  ports.err << "ostrel: " << end.what() << "\nostrel --help\n";
+  return ExitStatus::kWrongUsage;
+}
+
+ExitStatus Execute(const Request& request, const CliPorts& ports) {
+  TerminalDialogs dialogs(
+      ports.in, ports.err,
+      {.yes = request.yes, .interactive = ports.interactive, .quiet = request.json});
+  Service service(
+      {ports.settings, ports.automation, dialogs, ports.clock, ports.desktop},
+      {.connection = request.connection, .language = request.language, .chooser = false});
+  dialogs.SetMessages(service.Texts());
+  std::string station = request.station;
+  if (!station.ends_with(':')) station += ':';
+  CliRun run(ports, service, dialogs, station, request.json);
+  const ExitStatus status = request.command(run);
+  if (request.json && !run.Printed()) {
+    PrintError(ports.out, dialogs.LastMessage().number, dialogs.LastMessage().text);
+  }
+  return status;
+}
+
+}  // namespace
+
+ExitStatus RunCli(const std::vector<std::string>& arguments, const CliPorts& ports) {
+  Request request;
+  CLI::App app("Service functions of voltage-regulator relays, at the terminal.", "ostrel");
+  Declare(app, request);
+  std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+  try {
+    app.parse(std::move(reversed));
+  } catch (const CLI::ParseError& end) {
+    const bool json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+    return Parsed(app, end, json, ports);
+  }
+  return Execute(request, ports);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,38 @@
+#include "cli/commands.h"
+
+#include <algorithm>
+
+#include "app/text_width.h"
+
+namespace ostrel {
+
+ExitStatus CliRun::Refuse(int id, const std::string& value) {
+  dialogs_.Show({.number = id,
+                 .text = service_.Texts().Filled(id, value),
+                 .title = {},
+                 .style = MessageStyle::kExclamation});
+  return ExitStatus::kRefused;
+}
+
+void CliRun::PrintJson(const std::string& json) {
+  ports_.out << json << '\n';
+  printed_ = true;
+}
+
+void CliRun::Table(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths;
+  for (const auto& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t n = 0; n < row.size(); ++n) {
+      widths[n] = std::max(widths[n], CharCount(Visible(row[n])));
+    }
+  }
+  for (const auto& row : rows) {
+    std::string line;
+    for (std::size_t n = 0; n < row.size(); ++n) line += Padded(Visible(row[n]), widths[n] + 2);
+    line.erase(line.find_last_not_of(' ') + 1);
+    ports_.out << line << '\n';
+  }
+}
+
+}  // namespace ostrel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/cli.h"
+#include "cli/terminal_dialogs.h"
+
+namespace ostrel {
+
+/// One run of the command line: what was asked, and where results go.
+class CliRun {
+ public:
+  CliRun(const CliPorts& ports, Service& service, TerminalDialogs& dialogs, std::string station,
+         bool json)
+      : ports_(ports),
+        service_(service),
+        dialogs_(dialogs),
+        station_(std::move(station)),
+        json_(json) {}
+
+  // A command a file, of the same name.
+  ExitStatus ConnectionsList();
+  ExitStatus ConnectionsAdd(const std::string& name, const std::string& kind,
+                            const std::string& target, int baud);
+  ExitStatus ConnectionsUse(const std::string& name);
+  ExitStatus ConnectionsRemove(const std::string& name);
+  ExitStatus Stations();
+  ExitStatus Identify();
+  ExitStatus Send(const std::vector<std::string>& lines);
+  ExitStatus Statistics(bool csv, const std::string& chartFile);
+  ExitStatus StatisticsClear();
+  ExitStatus ServerStatus();
+  ExitStatus ServerStop();
+  ExitStatus TextOf(int id);
+
+  /// Whether a result was printed as JSON; else the failure is what there is to print.
+  bool Printed() const { return printed_; }
+
+ private:
+  /// A message of the program with its first "%s" filled.
+  ExitStatus Refuse(int id, const std::string& value);
+  std::string Text(int id) const { return service_.Texts().Text(id); }
+  void PrintJson(const std::string& json);
+  /// Prints columns under their headings, each as wide as its widest cell.
+  void Table(const std::vector<std::vector<std::string>>& rows);
+  ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
+
+  const CliPorts& ports_;
+  Service& service_;
+  TerminalDialogs& dialogs_;
+  std::string station_;  // with its ":"
+  bool json_;
+  bool printed_ = false;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,54 @@
+#include "app/texts.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+
+namespace ostrel {
+
+ExitStatus CliRun::ServerStatus() {
+  const std::optional<ServerInfo> info = ports_.server.Status();
+  if (json_) {
+    JsonObject object;
+    object.Add("running", info.has_value());
+    if (info) {
+      std::vector<std::string> lines;
+      for (const ServerInfo::Line& line : info->lines) {
+        lines.push_back(
+            JsonObject().Add("name", line.connection).Add("channels", line.channels).Text());
+      }
+      object.Add("pid", info->pid)
+          .Add("version", info->version)
+          .Add("uptime", info->uptimeSeconds)
+          .Add("clients", info->clients)
+          .AddRaw("connections", JsonList(lines));
+    }
+    PrintJson(object.Text());
+    return ExitStatus::kDone;
+  }
+  if (!info) {
+    ports_.out << Text(text::kServerNotRunning) << '\n';
+    return ExitStatus::kDone;
+  }
+  ports_.out << Text(text::kServerRunning) << '\n';
+  std::vector<std::vector<std::string>> rows = {
+      {Text(text::kVersion), info->version},
+      {Text(text::kProcess), std::to_string(info->pid)},
+      {Text(text::kUptime), std::to_string(info->uptimeSeconds) + " s"},
+      {Text(text::kPrograms), std::to_string(info->clients)}};
+  for (const ServerInfo::Line& line : info->lines) {
+    rows.push_back({Text(text::kChannels), line.connection + ": " + std::to_string(line.channels)});
+  }
+  Table(rows);
+  return ExitStatus::kDone;
+}
+
+ExitStatus CliRun::ServerStop() {
+  const bool stopped = ports_.server.Stop();
+  if (json_) {
+    PrintJson(JsonObject().Add("stopped", stopped).Text());
+  } else {
+    ports_.out << Text(stopped ? text::kServerStopped : text::kServerNotRunning) << '\n';
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace ostrel

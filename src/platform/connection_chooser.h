@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/messages.h"
+#include "link/connections.h"
+
+class QWidget;
+
+namespace ostrel {
+
+/// Shows the connections after one did not open. The chosen name; empty when the user cancels.
+std::string ChooseConnection(QWidget* parent, const Messages& messages,
+                             const std::vector<Connection>& connections,
+                             const std::string& preselected, const std::string& reason);
+
+}  // namespace ostrel

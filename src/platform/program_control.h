@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/cli.h"
+
+namespace ostrel {
+
+/// The server program of this user.
+class ProgramControl : public ServerControl {
+ public:
+  std::optional<ServerInfo> Status() override;
+  bool Stop() override;
+};
+
+}  // namespace ostrel

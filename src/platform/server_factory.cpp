@@ -1,0 +1,91 @@
+#include "platform/server_factory.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTimer>
+#include <utility>
+
+#include "server/socket_path.h"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int kStartMs = 5000;
+constexpr int kRetryMs = 10;
+
+/// The program beside this one, else the one on the search path.
+QString ServerProgram() {
+  const QString name = QStringLiteral("ostrel-server");
+  const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
+  return QFileInfo::exists(beside) ? beside : QStandardPaths::findExecutable(name);
+}
+
+bool StartServer(std::string& problem) {
+  const QString folder = QFileInfo(SocketPath()).path();
+  if (!MakePrivateFolder(folder)) {
+    problem = folder.toStdString() + ": no private folder";
+    return false;
+  }
+  QProcess server;
+  server.setProgram(ServerProgram());
+  server.setStandardInputFile(QProcess::nullDevice());
+  server.setStandardOutputFile(QProcess::nullDevice());
+  server.setStandardErrorFile(folder + QStringLiteral("/server.log"), QIODevice::Append);
+  if (!server.program().isEmpty() && server.startDetached()) return true;
+  problem = "ostrel-server: " + server.errorString().toStdString();
+  return false;
+}
+
+/// A chooser as an object with one operation.
+class Chooser : public AutomationObject {
+ public:
+  explicit Chooser(ConnectionChooser choose) : choose_(std::move(choose)) {}
+  AutomationResult Call(std::string_view, const Values& arguments) override {
+    const auto text = [&](std::size_t n) {
+      return n < arguments.size() ? AutomationResult{arguments[n], 0, {}}.Text() : std::string();
+    };
+    return {choose_(text(0), text(1)), 0, {}};
+  }
+  AutomationResult Get(std::string_view, const Values&) override { return {}; }
+  AutomationResult Put(std::string_view, const Values&, const Value&) override { return {}; }
+
+ private:
+  ConnectionChooser choose_;
+};
+
+}  // namespace
+
+std::unique_ptr<ServerProxy> ServerFactory::Running() {
+  auto proxy = std::make_unique<ServerProxy>(SocketPath());
+  if (!proxy->Connected()) return nullptr;
+  return proxy;
+}
+
+AutomationFactory::Created ServerFactory::Create(std::string_view className) {
+  if (className.ends_with(".Chooser") && choose_) {
+    return {std::make_unique<Chooser>(choose_), {}};
+  }
+  if (className != "ZubServer.TESKComm") return {nullptr, "class not registered"};
+  std::unique_ptr<ServerProxy> proxy = Running();
+  std::string problem;
+  if (!proxy && !StartServer(problem)) return {nullptr, problem};
+  QElapsedTimer passed;
+  passed.start();
+  while (!proxy && passed.elapsed() < kStartMs) {
+    QTimer::singleShot(kRetryMs, [] {});
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::WaitForMoreEvents);
+    proxy = Running();
+  }
+  if (!proxy) return {nullptr, "ostrel-server does not listen"};
+  // Only an answer shows that the server serves.
+  const AutomationResult answer = proxy->Call("CAbout", {std::string("hello")});
+  if (!answer.Ok()) return {nullptr, answer.description};
+  return {std::move(proxy), {}};
+}
+
+}  // namespace ostrel

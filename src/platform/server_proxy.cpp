@@ -1,0 +1,194 @@
+#include "platform/server_proxy.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "link/link.h"
+
+namespace ostrel {
+
+namespace {
+
+constexpr int kConnectMs = 1000;
+constexpr int kCallMs = 3000;
+constexpr int kOpenMs = 10000;
+// The server's answers come well within this; only after it the window gets its turn.
+constexpr int kBlockMs = 50;
+constexpr int kReady = 0;
+constexpr int kWaiting = 1;
+constexpr int kNothingSent = 3;
+
+QJsonValue ToJson(const Value& value) {
+  if (const bool* flag = std::get_if<bool>(&value)) return *flag;
+  if (const int* number = std::get_if<int>(&value)) return *number;
+  if (const std::string* text = std::get_if<std::string>(&value)) {
+    return QString::fromStdString(*text);
+  }
+  return QJsonValue::Null;
+}
+
+Value FromJson(const QJsonValue& json) {
+  if (json.isBool()) return json.toBool();
+  if (json.isDouble()) return json.toInt();
+  if (json.isString()) return json.toString().toStdString();
+  return {};
+}
+
+AutomationResult FromError(const QJsonValue& error) {
+  return {{},
+          error[QStringLiteral("code")].toInt(),
+          error[QStringLiteral("message")].toString().toStdString()};
+}
+
+int ChannelOf(const Values& arguments) {
+  const int* channel = arguments.empty() ? nullptr : std::get_if<int>(&arguments.front());
+  return channel != nullptr ? *channel : -1;
+}
+
+}  // namespace
+
+ServerProxy::ServerProxy(const QString& socketPath) {
+  QObject::connect(&socket_, &QLocalSocket::readyRead, &socket_, [this] { Read(); });
+  socket_.connectToServer(socketPath);
+  socket_.waitForConnected(kConnectMs);
+}
+
+AutomationResult ServerProxy::Call(std::string_view member, const Values& arguments) {
+  const int number = ChannelOf(arguments);
+  const auto channel = channels_.find(number);
+  if (channel != channels_.end() && Connected()) {
+    if (member == "CSend") return Send(number, arguments);
+    if (member == "CStatus" || member == "COnlineEnabled" ||
+        (member == "CReceive" && channel->second.answerHere)) {
+      return Local(member, channel->second);
+    }
+  }
+  AutomationResult result = RoundTrip(member, arguments, member == "COpen" ? kOpenMs : kCallMs);
+  if (member == "COpen" && result.Ok() && result.Int() >= 0) channels_[result.Int()];
+  if (member == "CClose") channels_.erase(number);
+  return result;
+}
+
+AutomationResult ServerProxy::Local(std::string_view member, ChannelState& channel) {
+  if (member == "COnlineEnabled") return {channel.online, 0, {}};
+  if (member == "CStatus" && channel.answer.Ok()) return {channel.status, 0, {}};
+  // The answer, or the failure: either is given once.
+  channel.status = kNothingSent;
+  channel.answerHere = false;
+  return std::exchange(channel.answer, {});
+}
+
+AutomationResult ServerProxy::Send(int number, const Values& arguments) {
+  ChannelState& channel = channels_[number];
+  ++channel.exchange;
+  channel.status = kWaiting;
+  channel.answerHere = false;
+  channel.answer = {};
+  AutomationResult result = RoundTrip("CSend", arguments, kCallMs);
+  // Other events may have run meanwhile; the channel is looked up again.
+  if (!result.Ok() && channels_.count(number) != 0) channels_[number].status = kNothingSent;
+  return result;
+}
+
+AutomationResult ServerProxy::Get(std::string_view property, const Values& arguments) {
+  return RoundTrip(property, arguments, kCallMs);
+}
+
+AutomationResult ServerProxy::Put(std::string_view property, const Values& arguments,
+                                  const Value& value) {
+  Values all = arguments;
+  all.push_back(value);
+  return RoundTrip(property, all, kCallMs);
+}
+
+AutomationResult ServerProxy::Request(std::string_view method, const Values& arguments,
+                                      QJsonValue* json) {
+  AutomationResult result = RoundTrip(method, arguments, kCallMs);
+  if (json != nullptr) *json = lastJson_;
+  return result;
+}
+
+AutomationResult ServerProxy::RoundTrip(std::string_view method, const Values& arguments,
+                                        int limitMs) {
+  if (!Connected()) return ObjectError(code::kServerGone, "not connected");
+  const int id = ++lastId_;
+  QJsonArray parameters;
+  for (const Value& argument : arguments) parameters.append(ToJson(argument));
+  const QJsonObject request{
+      {QStringLiteral("jsonrpc"), QStringLiteral("2.0")},
+      {QStringLiteral("id"), id},
+      {QStringLiteral("method"), QString::fromLatin1(method.data(), qsizetype(method.size()))},
+      {QStringLiteral("params"), parameters}};
+  socket_.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+  socket_.flush();
+  if (!WaitForReply(id, limitMs)) {
+    return ObjectError(code::kServerGone, Connected() ? "no answer in time" : "connection lost");
+  }
+  const QJsonObject reply = replies_.take(id);
+  if (const QJsonValue error = reply[QStringLiteral("error")]; error.isObject()) {
+    return FromError(error);
+  }
+  lastJson_ = reply[QStringLiteral("result")];
+  return {FromJson(lastJson_), 0, {}};
+}
+
+bool ServerProxy::WaitForReply(int id, int limitMs) {
+  QElapsedTimer passed;
+  passed.start();
+  while (!replies_.contains(id)) {
+    if (!Connected() || passed.elapsed() > limitMs) return false;
+    if (passed.elapsed() < kBlockMs) {
+      socket_.waitForReadyRead(std::max<int>(1, kBlockMs - int(passed.elapsed())));
+    } else {
+      // The window stays alive, but nothing can be clicked in the middle of a call.
+      QTimer::singleShot(kBlockMs, &socket_, [] {});
+      QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                      QEventLoop::WaitForMoreEvents);
+    }
+  }
+  return true;
+}
+
+void ServerProxy::Read() {
+  while (socket_.canReadLine()) Take(socket_.readLine());
+}
+
+void ServerProxy::Take(const QByteArray& line) {
+  const QJsonObject message = QJsonDocument::fromJson(line).object();
+  const QJsonValue method = message[QStringLiteral("method")];
+  if (method.isUndefined()) {
+    const int id = message[QStringLiteral("id")].toInt();
+    if (id > 0) replies_.insert(id, message);
+    return;
+  }
+  const QJsonObject notice = message[QStringLiteral("params")].toObject();
+  if (method.toString() == QLatin1String("Status")) {
+    TakeStatus(notice);
+  } else if (method.toString() == QLatin1String("Online")) {
+    const auto channel = channels_.find(notice[QStringLiteral("channel")].toInt());
+    if (channel != channels_.end()) {
+      channel->second.online = notice[QStringLiteral("enabled")].toBool();
+    }
+  }
+}
+
+void ServerProxy::TakeStatus(const QJsonObject& notice) {
+  const auto found = channels_.find(notice[QStringLiteral("channel")].toInt());
+  if (found == channels_.end()) return;
+  ChannelState& channel = found->second;
+  if (notice[QStringLiteral("exchange")].toInt() != channel.exchange) return;
+  channel.status = notice[QStringLiteral("status")].toInt();
+  if (const QJsonValue error = notice[QStringLiteral("error")]; error.isObject()) {
+    channel.answer = FromError(error);
+  } else if (const QJsonValue answer = notice[QStringLiteral("answer")]; answer.isString()) {
+    channel.answer = {answer.toString().toStdString(), 0, {}};
+    channel.answerHere = channel.status == kReady;
+  }
+}
+
+}  // namespace ostrel

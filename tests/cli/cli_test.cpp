@@ -1,0 +1,195 @@
+#include "cli/cli.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "app/text_width.h"
+#include "cli/json.h"
+#include "kit/kit.h"
+
+namespace ostrel {
+namespace {
+
+class NoServer : public ServerControl {
+ public:
+  std::optional<ServerInfo> Status() override { return info; }
+  bool Stop() override { return info.has_value(); }
+  std::optional<ServerInfo> info;
+};
+
+struct CliTest : testing::Test {
+  kit::World world;
+  NoServer control;
+  std::string out, err;
+
+  int Run(const std::vector<std::string>& arguments, const std::string& input = "",
+          bool interactive = false) {
+    std::istringstream in(input);
+    std::ostringstream outStream, errStream;
+    const ExitStatus status =
+        RunCli(arguments, {.settings = world.settings,
+                           .automation = world.factory,
+                           .clock = world.clock,
+                           .desktop = world.desktop,
+                           .server = control,
+                           .paintChart = [](const TapCounters&, const Messages&) { return "PNG"; },
+                           .in = in,
+                           .out = outStream,
+                           .err = errStream,
+                           .interactive = interactive});
+    out = outStream.str();
+    err = errStream.str();
+    return static_cast<int>(status);
+  }
+
+  void SetUp() override {
+    std::string counters;
+    for (int n = 0; n < 120; ++n) counters += "1\r\n";
+    world.server.answers = {{"AA:dirn_", "AA:Nord"},
+                            {"AA:ver.", "KT-X+;V2.27"},
+                            {"AA:sysSN#", "123-A"},
+                            {"AA:bad", "<<no\x1b[2J>>"},
+                            {"B1:ver.", "KT-XB+;V2.10"},
+                            {"AA:;-60,59,fori,RegTAPSTAT# 1 i,ni", counters},
+                            {"AA:RegTAPSUM#", "120"},
+                            {"AA:RegTAPSUML#", "-1"},
+                            {"AA:RegTAPSTATCL*=0", ""},
+                            {"AA:dirn_\r\n", "AA:Nord"},
+                            {R"(all,station&#,!+";", ver.+)", "AA:Nord;KT-X+;V2.27"}};
+  }
+};
+
+TEST_F(CliTest, ExitStatusAndStreams) {
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    const char *out, *err;  // what stands there somewhere
+  } cases[] = {
+      {{"--version"}, 0, "ostrel " OSTREL_VERSION, ""},
+      {{"connections", "add", "--help"}, 0, "--baud", ""},
+      {{}, 2, "", "subcommand"},
+      {{"identify", "--station", ""}, 2, "", "--station"},
+      {{"identify", "--station", "---"}, 2, "", "not the address"},
+      {{"identify", "--station", "B1,x"}, 2, "", "not the address"},
+      {{"--language", "ita", "text", "1000"}, 2, "", "ita"},
+      {{"text", "10012", "--language", "eng"}, 0, "Timeout! Device did not reply.\n", ""},
+      {{"text", "999"}, 0, "\n", ""},
+      {{"send", "ver."}, 0, "KT-X+;V2.27\n", ""},
+      {{"--station", "B1", "send", "ver."}, 0, "KT-XB+;V2.10\n", ""},
+      {{"--station", "B1:", "send", "AA:ver."}, 0, "KT-X+;V2.27\n", ""},
+      {{"send", "bad"}, 1, "", "1280: "},
+      {{"send", "silent"}, 1, "", "10012: "},
+      {{"--station", "ZZ", "identify"}, 1, "", "10012: "},
+      {{"statistics", "--chart", "/no/such/folder/x.png"}, 1, "", "/no/such/folder/x.png"},
+      {{"statistics", "--csv"}, 0, "\n59,1\ntotal,120\nunderLoad,65535\n", ""},
+      {{"statistics", "clear"}, 3, "", "20009: "},
+      {{"statistics", "clear", "--yes"}, 0, "", ""},
+      {{"connections", "remove", "x"}, 1, "", "x"},
+      {{"connections", "add", "W", "tcp", "host"}, 1, "", "W host"},
+      {{"connections", "add", "W", "tcp", "host:4001x"}, 1, "", "W host:4001x"},
+      {{"connections", "add", "W", "modem", "x"}, 2, "", "modem"},
+      {{"server", "status"}, 0, "läuft nicht", ""},
+  };
+  for (const auto& c : cases) {
+    std::string called;
+    for (const std::string& argument : c.arguments) called += argument + " ";
+    EXPECT_EQ(Run(c.arguments), c.status) << called << err;
+    EXPECT_NE(out.find(c.out), std::string::npos) << called << out;
+    EXPECT_NE(err.find(c.err), std::string::npos) << called << err;
+    EXPECT_EQ(out.empty(), *c.out == 0) << called << out;
+    EXPECT_EQ(err.empty(), *c.err == 0) << called << err;
+  }
+  EXPECT_EQ(err.find('\x1b'), std::string::npos);
+}
+
+TEST_F(CliTest, JsonAndNothingElse) {
+  std::string ones = "1";
+  for (int n = 1; n < 120; ++n) ones += ", 1";
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    std::string out;
+  } cases[] = {
+      {{"identify"},
+       0,
+       R"({"address": "AA:", "name": "Nord", "type": "KT-X", "model": 0, "modelName": "KT-X", )"
+       R"("firmware": "2.27", "serial": "123-A"})"},
+      {{"stations"},
+       0,
+       R"([{"address": "AA:", "name": "Nord", "type": "KT-X", "version": "2.27", )"
+       R"("current": true}])"},
+      {{"statistics"},
+       0,
+       R"({"first": -60, "counters": [)" + ones + R"(], "total": 120, "underLoad": 65535})"},
+      {{"send", "ver.", "bad"},
+       1,
+       R"([{"line": "AA:ver.", "answer": "KT-X+;V2.27", "ok": true},)"
+       "\n "
+       R"({"line": "AA:bad", "answer": "<<no\u001b[2J>>", "ok": false}])"},
+      {{"--language", "eng", "--station", "B9", "identify"},
+       1,
+       R"({"error": {"number": 10012, "message": "Timeout! Device did not reply."}})"},
+      {{"--language", "eng", "statistics", "clear"},
+       3,
+       R"({"error": {"number": 20009, "message": "Not confirmed; nothing was changed."}})"},
+      {{"server", "stop"}, 0, R"({"stopped": false})"},
+      {{"connections"},
+       0,
+       R"([{"name": "Simulator", "kind": "simulator", "target": "", "current": true}])"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> arguments = c.arguments;
+    arguments.emplace_back("--json");
+    EXPECT_EQ(Run(arguments), c.status) << c.out;
+    EXPECT_EQ(out, c.out + "\n");
+    EXPECT_EQ(err, "") << c.out;
+  }
+  EXPECT_EQ(Run({"--json", "nonsense"}), 2);
+  EXPECT_TRUE(out.starts_with(R"({"error": {"number": 20015, )")) << out;
+}
+
+TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
+  world.server.fails["COpen"] = ObjectError(10042, "host nix: unknown");
+  EXPECT_EQ(Run({"--connection", "nix", "stations"}), 1);
+  EXPECT_NE(err.find("10042: "), std::string::npos) << err;
+  EXPECT_NE(err.find("host nix: unknown"), std::string::npos) << err;
+  EXPECT_TRUE(world.server.choosers.empty());
+  EXPECT_EQ(world.server.opened.size(), 0u);
+
+  world.server.fails.clear();
+  world.server.fails["CReceive"] = ObjectError(10041, "");
+  EXPECT_EQ(Run({"send", "-"}, "ver.\nver.\n"), 1);
+  EXPECT_EQ(world.server.sent, std::vector<std::string>{"AA:ver."});
+}
+
+TEST_F(CliTest, QuestionsAreAskedWhereSomebodySits) {
+  const struct {
+    const char *language, *input;
+    bool interactive;
+    int status;
+  } cases[] = {
+      {"deu", "j\n", true, 0},  {"eng", "Yes\n", true, 0}, {"fra", "o\n", true, 0},
+      {"eng", "j\n", true, 3},  {"eng", "\n", true, 3},    {"eng", "", true, 3},
+      {"eng", "y\n", false, 3},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Run({"statistics", "clear", "--language", c.language}, c.input, c.interactive),
+              c.status)
+        << c.language << c.input;
+  }
+}
+
+TEST(Json, EscapesAndInvalidBytes) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"a\"b\\c", R"("a\"b\\c")"},
+      {"\r\n\t\x01\x7f", R"("\r\n\t\u0001\u007f")"},
+      {"ü€😀", "\"ü€😀\""},
+      {"\xff\xc3", "\"\uFFFD\uFFFD\""},
+      {std::string(1, 0), R"("\u0000")"},
+  };
+  for (const auto& [text, json] : cases) EXPECT_EQ(JsonString(text), json);
+}
+
+}  // namespace
+}  // namespace ostrel

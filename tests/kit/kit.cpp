@@ -1,0 +1,197 @@
+#include "kit/kit.h"
+
+#include <stdlib.h>
+
+#include "app/settings_path.h"
+
+namespace ostrel::kit {
+
+namespace {
+
+template <typename T>
+T Next(std::vector<T>& list, T otherwise) {
+  if (list.empty()) return otherwise;
+  T first = list.front();
+  list.erase(list.begin());
+  return first;
+}
+
+/// The server object: one channel, number 7.
+class ScriptedServer : public AutomationObject {
+ public:
+  ScriptedServer(ServerScript& script, ManualClock& clock) : script_(script), clock_(clock) {}
+
+  AutomationResult Call(std::string_view member, const Values& arguments) override {
+    if (const auto fail = script_.fails.find(std::string(member)); fail != script_.fails.end()) {
+      return fail->second;
+    }
+    const auto text = [&](std::size_t n) {
+      return AutomationResult{arguments.at(n), 0, {}}.Text();
+    };
+    if (member == "COpenLocked") return {script_.locked, 0, {}};
+    if (member == "COnlineEnabled") return {script_.online, 0, {}};
+    if (member == "CTerminateApps") return {script_.terminate, 0, {}};
+    if (member == "CGetConnection") return {std::string("Simulator"), 0, {}};
+    if (member == "CStatus") return {Status(), 0, {}};
+    if (member == "CReceive") return Receive();
+    if (member == "CSend") return Send(text(1));
+    if (member == "CClose") ++script_.closed;
+    if (member == "CNotifyApp") script_.notices.push_back(text(1));
+    if (member == "CAbout") script_.notices.push_back(text(0));
+    if (member == "COpen") {
+      script_.opened.push_back(text(0));
+      return {7, 0, {}};
+    }
+    return {};
+  }
+
+  AutomationResult Get(std::string_view property, const Values&) override {
+    return {property == "CTimeout" ? script_.timeout
+            : property == "CFrame" ? script_.frame
+                                   : script_.translate,
+            0,
+            {}};
+  }
+
+  AutomationResult Put(std::string_view property, const Values&, const Value& value) override {
+    int& target = property == "CTimeout" ? script_.timeout
+                  : property == "CFrame" ? script_.frame
+                                         : script_.translate;
+    target = std::get<int>(value);
+    return {};
+  }
+
+ private:
+  int Status() const {
+    if (!line_) return 3;
+    return script_.answers.count(*line_) != 0 && clock_.tickMs >= readyAt_ ? 0 : 1;
+  }
+
+  AutomationResult Send(const std::string& line) {
+    script_.sent.push_back(line);
+    line_ = line;
+    readyAt_ = clock_.tickMs + script_.answerAfterMs;
+    return {};
+  }
+
+  AutomationResult Receive() {
+    ++script_.received;
+    const std::string line = line_.value_or("");
+    line_.reset();
+    const auto answer = script_.answers.find(line);
+    return {answer == script_.answers.end() ? std::string() : answer->second, 0, {}};
+  }
+
+  ServerScript& script_;
+  ManualClock& clock_;
+  std::optional<std::string> line_;
+  std::int64_t readyAt_ = 0;
+};
+
+class ScriptedChooser : public AutomationObject {
+ public:
+  explicit ScriptedChooser(ServerScript& script) : script_(script) {}
+  AutomationResult Call(std::string_view, const Values& arguments) override {
+    script_.choosers.push_back(AutomationResult{arguments.at(1), 0, {}}.Text());
+    return {Next<std::string>(script_.chosen, ""), 0, {}};
+  }
+  AutomationResult Get(std::string_view, const Values&) override { return {}; }
+  AutomationResult Put(std::string_view, const Values&, const Value&) override { return {}; }
+
+ private:
+  ServerScript& script_;
+};
+
+}  // namespace
+
+std::string MemorySettings::ReadShared(std::string_view key, std::string_view name,
+                                       std::string_view fallback) const {
+  const auto entry = entries_.find(LowerAscii(SettingsPath(key, name)));
+  return entry == entries_.end() ? std::string(fallback) : entry->second.value;
+}
+
+void MemorySettings::WriteShared(std::string_view key, std::string_view name,
+                                 std::string_view value) {
+  const std::string path = SettingsPath(key, name);
+  entries_.try_emplace(LowerAscii(path), Entry{path, {}}).first->second.value = value;
+}
+
+std::string MemorySettings::ReadProgram(std::string_view application, std::string_view section,
+                                        std::string_view key, std::string_view fallback) const {
+  return ReadShared(ProgramKey(application, section), key, fallback);
+}
+
+void MemorySettings::WriteProgram(std::string_view application, std::string_view section,
+                                  std::string_view key, std::string_view value) {
+  WriteShared(ProgramKey(application, section), key, value);
+}
+
+std::vector<std::string> MemorySettings::SharedSubKeys(std::string_view key) const {
+  std::vector<std::string> names;
+  for (const auto& [folded, entry] : entries_) {
+    const std::string name = SubKeyOf(key, entry.path);
+    if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
+  }
+  return names;
+}
+
+void MemorySettings::RemoveSharedKey(std::string_view key) {
+  const std::string prefix = LowerAscii(SettingsPath(key, "")) + '\\';
+  std::erase_if(entries_, [&](const auto& item) { return item.first.starts_with(prefix); });
+}
+
+void ManualClock::ProcessEvents() {
+  tickMs += stepMs;
+  if (onEvents) onEvents();
+}
+
+bool ScriptedDialogs::AskYesNo(const std::string& question) {
+  asked.push_back(question);
+  return Next<bool>(yesNo, false);
+}
+
+std::optional<std::string> ScriptedDialogs::ChooseFile(FileDialogKind, const std::string& title,
+                                                       const std::string& filter,
+                                                       const std::string& folder) {
+  asked.push_back(title + "|" + filter + "|" + folder);
+  const std::string file = Next<std::string>(files, "");
+  return file.empty() ? std::nullopt : std::optional(file);
+}
+
+void ScriptedDialogs::SetBusy(bool on) {
+  busy += on ? 1 : -1;
+  busySeen += on ? 1 : 0;
+}
+
+std::string ScriptedDialogs::Numbers() const {
+  std::string numbers;
+  for (const Message& message : shown) {
+    numbers += (numbers.empty() ? "" : " ") + std::to_string(message.number);
+  }
+  return numbers;
+}
+
+AutomationFactory::Created ScriptedFactory::Create(std::string_view className) {
+  script_.created.emplace_back(className);
+  if (className.ends_with(".Chooser")) return {std::make_unique<ScriptedChooser>(script_), {}};
+  if (script_.failingCreations > 0) {
+    --script_.failingCreations;
+    return {nullptr, "attempt failed"};
+  }
+  return {std::make_unique<ScriptedServer>(script_, clock_), {}};
+}
+
+ProgramFolder::ProgramFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "ostrel-test-XXXXXX").string();
+  path = mkdtemp(name.data());
+  for (const char* language : {"deutsch", "english", "francais"}) {
+    std::filesystem::create_directory(path / language);
+  }
+}
+
+ProgramFolder::~ProgramFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path, ignored);
+}
+
+}  // namespace ostrel::kit

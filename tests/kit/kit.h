@@ -1,0 +1,131 @@
+#pragma once
+
+// The scripted outside world that all tests of the logic share: settings in memory, a communication
+// server that answers from a script, dialogs that answer from a list, a clock moved by hand.
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/desktop.h"
+#include "app/dialogs.h"
+#include "app/service.h"
+#include "app/settings_store.h"
+#include "link/automation.h"
+#include "link/clock.h"
+
+namespace ostrel::kit {
+
+/// Settings that end with the test.
+class MemorySettings : public SettingsStore {
+ public:
+  std::string ReadShared(std::string_view key, std::string_view name,
+                         std::string_view fallback) const override;
+  void WriteShared(std::string_view key, std::string_view name, std::string_view value) override;
+  std::string ReadProgram(std::string_view application, std::string_view section,
+                          std::string_view key, std::string_view fallback) const override;
+  void WriteProgram(std::string_view application, std::string_view section, std::string_view key,
+                    std::string_view value) override;
+  std::vector<std::string> SharedSubKeys(std::string_view key) const override;
+  void RemoveSharedKey(std::string_view key) override;
+
+ private:
+  struct Entry {
+    std::string path;
+    std::string value;
+  };
+  std::map<std::string, Entry> entries_;  // by folded path
+};
+
+/// A clock that stands until something is awaited; every pass of a wait moves it a step.
+class ManualClock : public Clock {
+ public:
+  LocalTime Now() const override { return now; }
+  std::int64_t TickMs() const override { return tickMs; }
+  void ProcessEvents() override;
+
+  LocalTime now;
+  std::int64_t tickMs = 500;
+  std::int64_t stepMs = 100;
+  std::function<void()> onEvents;  // what a timer or a click does meanwhile
+};
+
+/// Dialogs that answer from lists (then No, nothing) and remember what they were asked.
+class ScriptedDialogs : public Dialogs {
+ public:
+  void Show(const Message& message) override { shown.push_back(message); }
+  bool AskYesNo(const std::string& question) override;
+  std::optional<std::string> ChooseFile(FileDialogKind, const std::string& title,
+                                        const std::string& filter,
+                                        const std::string& folder) override;
+  void SetBusy(bool on) override;
+  void ToClipboard(const std::string& text, const std::string&) override { clipboard = text; }
+
+  /// The numbers of the messages shown, e.g. "10012 1280".
+  std::string Numbers() const;
+
+  std::vector<Message> shown;
+  std::vector<std::string> asked;
+  std::vector<bool> yesNo;
+  std::vector<std::string> files;
+  std::string clipboard;
+  int busy = 0, busySeen = 0;
+};
+
+/// What the scripted server does and what it saw. It outlives the objects made of it.
+struct ServerScript {
+  std::map<std::string, std::string> answers;     // by line; a line without one is never answered
+  std::map<std::string, AutomationResult> fails;  // by member: raised instead of an outcome
+  std::int64_t answerAfterMs = 0;
+  bool locked = false, online = false, terminate = false;
+  int failingCreations = 0;         // so many attempts fail first
+  std::vector<std::string> chosen;  // what the chooser gives, in turn
+
+  std::vector<std::string> sent, opened, created, choosers;
+  std::vector<std::string> notices;
+  int timeout = 10, frame = 0, translate = 0, closed = 0, received = 0;
+};
+
+class ScriptedFactory : public AutomationFactory {
+ public:
+  ScriptedFactory(ServerScript& script, ManualClock& clock) : script_(script), clock_(clock) {}
+  Created Create(std::string_view className) override;
+
+ private:
+  ServerScript& script_;
+  ManualClock& clock_;
+};
+
+class FixedDesktop : public Desktop {
+ public:
+  std::filesystem::path ProgramFolder() const override { return folder; }
+  std::filesystem::path folder;
+};
+
+/// A temporary folder with the language folders of an installation, removed at the end.
+class ProgramFolder {
+ public:
+  ProgramFolder();
+  ~ProgramFolder();
+  ProgramFolder(const ProgramFolder&) = delete;
+  ProgramFolder& operator=(const ProgramFolder&) = delete;
+  std::filesystem::path path;
+};
+
+/// The whole world of one Service.
+struct World {
+  World() { desktop.folder = folder.path; }
+  Ports AsPorts() { return {settings, factory, dialogs, clock, desktop}; }
+
+  ProgramFolder folder;
+  MemorySettings settings;
+  ManualClock clock;
+  ServerScript server;
+  ScriptedFactory factory{server, clock};
+  ScriptedDialogs dialogs;
+  FixedDesktop desktop;
+};
+
+}  // namespace ostrel::kit

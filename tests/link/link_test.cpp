@@ -1,0 +1,299 @@
+#include "link/link.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "app/texts.h"
+#include "kit/kit.h"
+#include "link/commands.h"
+
+namespace ostrel {
+namespace {
+
+struct LinkTest : testing::Test {
+  kit::World world;
+  Messages messages{world.dialogs};
+  Link link{world.factory, world.settings, world.clock, world.dialogs, messages, world.folder.path};
+  Commands commands{link, world.dialogs, messages};
+
+  int Ask(const std::string& line, std::string& answer) {
+    return link.CommandExchangeCode(link.CurrentChannel(), line, answer);
+  }
+  void SetUp() override { messages.SetFactor(1); }
+};
+
+TEST_F(LinkTest, ServerClassAndAttempts) {
+  const struct {
+    bool library;
+    const char* prior;
+    const char* className;
+    std::size_t attempts;
+  } cases[] = {
+      {false, "0", "ZubServer.TESKComm", 5},
+      {true, "1", "ZubServer.TESKComm", 5},
+      {true, "0", "OstrelTESK.TESKComm", 1},
+      {true, "", "ZubServer.TESKComm", 5},
+  };
+  for (const auto& c : cases) {
+    world.server.created.clear();
+    world.dialogs.shown.clear();
+    if (c.library) std::ofstream(world.folder.path / "OstrelTESK.dll") << "x";
+    world.settings.WriteShared(keys::kServerMisc, "UsePriorServer", c.prior);
+    world.server.failingCreations = 9;
+    EXPECT_EQ(link.ConnectionOpen(""), LinkState::kNoServer);
+    EXPECT_EQ(world.server.created, std::vector<std::string>(c.attempts, c.className)) << c.prior;
+    ASSERT_EQ(world.dialogs.Numbers(), "10065");
+    EXPECT_NE(
+        world.dialogs.shown[0].text.find(std::string("attempt failed\nClassname: ") + c.className),
+        std::string::npos);
+  }
+  world.server.failingCreations = 4;
+  EXPECT_EQ(link.ConnectionOpen(""), LinkState::kChannel) << "the fifth attempt succeeds";
+}
+
+TEST_F(LinkTest, OpeningGoesThroughTheChooserUntilItIsCancelled) {
+  world.server.fails["COpen"] = ObjectError(10032, "nix");
+  world.server.chosen = {"second", "third"};
+  EXPECT_EQ(link.ConnectionOpen("first"), LinkState::kServer);
+  EXPECT_EQ(world.server.choosers.size(), 3u);
+  EXPECT_EQ(world.server.choosers[0], messages.Text(10032) + "\nnix");
+  EXPECT_EQ(world.dialogs.Numbers(), "");
+
+  world.server.fails.clear();
+  EXPECT_EQ(link.ConnectionOpen("first"), LinkState::kChannel);
+  EXPECT_EQ(world.server.created.size(), 2u) << "server and chooser are kept";
+  EXPECT_EQ(world.server.frame, 2);
+  EXPECT_EQ(link.CurrentChannel(), 7);
+}
+
+TEST_F(LinkTest, LockedServerOpensNothing) {
+  world.server.locked = true;
+  link.OfferChooser(false);
+  EXPECT_EQ(link.ConnectionOpen(""), LinkState::kServer);
+  EXPECT_TRUE(world.server.opened.empty());
+}
+
+TEST_F(LinkTest, TimeoutIsCountedInWholeSeconds) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  link.ChannelTimeoutSet(3);
+  std::string answer;
+  // Sent at 0.5 s: the first whole second more than 3 later is 4.0 s.
+  EXPECT_EQ(Ask("never", answer), code::kTimeout);
+  EXPECT_EQ(world.clock.tickMs, 4000);
+  world.server.answers["late"] = "x";
+  world.server.answerAfterMs = 3000;
+  EXPECT_EQ(Ask("late", answer), 0);
+  EXPECT_EQ(answer, "x");
+}
+
+TEST_F(LinkTest, WhatAWaitMeets) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  world.server.answers = {{"a", "1"}, {"b", "2"}};
+  world.server.answerAfterMs = 300;
+  std::string answer, inner;
+  int innerCode = 0;
+  world.clock.onEvents = [&] {
+    innerCode = Ask("b", inner);
+    link.KeepAliveTick("alive");
+  };
+  EXPECT_EQ(Ask("a", answer), 0) << "not overtaken by what a timer wants";
+  EXPECT_EQ(answer, "1");
+  EXPECT_EQ(innerCode, code::kExchangeUnderWay);
+  EXPECT_EQ(world.server.sent, std::vector<std::string>{"a"});
+  EXPECT_TRUE(world.server.notices.empty());
+
+  world.clock.onEvents = [&] { world.server.online = true; };
+  EXPECT_EQ(Ask("a", answer), code::kOnlineActive);
+  world.server.online = false;
+  world.clock.onEvents = [&] { link.GiveUp(); };
+  EXPECT_EQ(Ask("a", answer), code::kExchangeGivenUp);
+  EXPECT_FALSE(link.Busy());
+}
+
+TEST_F(LinkTest, StaleAnswerIsDroppedAndNothingSentIsSaid) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  world.server.answers = {{"a", "1"}, {"b", "2"}};
+  std::string answer;
+  EXPECT_EQ(link.AnswerWait(7, answer), code::kNoCommand);
+  EXPECT_EQ(link.CommandSend(7, "a"), 0);
+  EXPECT_EQ(Ask("b", answer), 0);
+  EXPECT_EQ(answer, "2");
+  EXPECT_EQ(world.server.received, 2);
+}
+
+TEST_F(LinkTest, RaisedErrorsBecomeCodesAndALostServerStartsAfresh) {
+  const struct {
+    const char* member;
+    int code;
+    LinkState after;
+  } cases[] = {
+      {"CStatus", 10017, LinkState::kChannel}, {"CReceive", 10036, LinkState::kChannel},
+      {"CSend", 10014, LinkState::kChannel},   {"CSend", 10041, LinkState::kNoServer},
+      {"CSend", 10026, LinkState::kNoServer},  {"CStatus", 10041, LinkState::kNoServer},
+  };
+  world.server.answers["a"] = "1";
+  for (const auto& c : cases) {
+    ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+    world.server.fails[c.member] = ObjectError(c.code, "why");
+    std::string answer;
+    EXPECT_EQ(Ask("a", answer), c.code) << c.member;
+    EXPECT_EQ(link.ConnState(), c.after) << c.member << c.code;
+    world.server.fails.clear();
+  }
+  link.ConnectionClose();
+  std::string answer;
+  EXPECT_EQ(Ask("a", answer), code::kNoChannel) << "without a connection";
+}
+
+TEST_F(LinkTest, DefTimeoutIsCorrectedAndWrittenBack) {
+  const struct {
+    const char* stored;
+    int used;
+    const char* messages;
+  } cases[] = {{"0", 1, "20001"}, {"99", 15, "20001"}, {"12", 12, ""}, {"x", 1, "20001"}};
+  for (const auto& c : cases) {
+    world.dialogs.shown.clear();
+    world.settings.WriteShared(keys::kServerMisc, "DefTimeout_s", c.stored);
+    link.LoadSettings();
+    EXPECT_EQ(link.DefTimeout(), c.used) << c.stored;
+    EXPECT_EQ(world.dialogs.Numbers(), c.messages) << c.stored;
+    const std::string written = std::to_string(c.used);
+    EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "DefTimeout_s", ""), written);
+    EXPECT_EQ(world.settings.ReadProgram("ZubServer", "Misc", "DefTimeout_s", ""), written);
+  }
+}
+
+TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
+  const struct {
+    int number;
+    bool quiet;
+    const char *text, *title;
+  } cases[] = {
+      {kObjectErrorBase + 10012, true, "Timeout! Device did not reply.", "Error!"},
+      {kObjectErrorBase + 10038, true, "The Connection You want", "Error!"},
+      {kObjectErrorBase + 10039, true, "Error! 10039: why", "Error!"},
+      {kObjectErrorBase + 10010, false, "Error! 10010: why", "Error!"},
+      {76, false, "Runtime Error\nNr. 76 = why", ""},
+      {76, true, nullptr, nullptr},
+      {0, false, nullptr, nullptr},
+  };
+  for (const auto& c : cases) {
+    world.dialogs.shown.clear();
+    link.ServerErrorReport({c.number, "why"}, c.quiet);
+    ASSERT_EQ(world.dialogs.shown.size(), c.text != nullptr ? 1u : 0u) << c.number;
+    if (c.text == nullptr) continue;
+    EXPECT_TRUE(world.dialogs.shown[0].text.starts_with(c.text)) << world.dialogs.shown[0].text;
+    EXPECT_EQ(world.dialogs.shown[0].title, c.title) << c.number;
+  }
+}
+
+TEST_F(LinkTest, OnlineExchangeTakesOffEchoPromptAndCtrlZ) {
+  ASSERT_EQ(link.ConnectionOpen("", 0), LinkState::kChannel);
+  std::string answer;
+  EXPECT_FALSE(commands.OnlineQueryChecked(7, "ver", answer, true));
+  EXPECT_EQ(world.dialogs.Numbers(), "10096");
+  world.server.online = true;
+  const std::pair<const char*, const char*> cases[] = {
+      {"ver\r\nBOOT 1\r\n<\x1a", "BOOT 1"},
+      {"BOOT\r\n< a", "BOOT"},
+      {"BOOT\r\n< ab", "BOOT\r\n< ab"},
+      {"x\r\nver\r\nB\r\n<", "B"},
+      {" \r\n B \r\n", "B"},
+  };
+  for (const auto& [received, expected] : cases) {
+    world.server.answers = {{"ver\r", received}};
+    const std::int64_t start = world.clock.tickMs;
+    EXPECT_TRUE(commands.OnlineQueryChecked(7, "ver", answer, true)) << received;
+    EXPECT_EQ(answer, expected);
+    EXPECT_EQ(world.clock.tickMs - start, 400) << "350 ms in steps of 100";
+  }
+}
+
+TEST_F(LinkTest, SendAndCheck) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  link.ChannelTimeoutSet(1);
+  world.server.answers = {{"good", "1"}, {"bad", "<<no>>"}};
+  using Operation = std::function<bool(const std::string&, std::string&)>;
+  const struct {
+    const char* name;
+    Operation run;
+    const char* results;   // good, bad, silent line
+    const char* messages;  // shown in all
+  } cases[] = {
+      {"DevCmd", [&](auto& l, auto&) { return commands.DevCmd(7, l); }, "110", "10012"},
+      {"DevCmdQuiet", [&](auto& l, auto&) { return commands.DevCmdQuiet(7, l); }, "110", ""},
+      {"DevQuery", [&](auto& l, auto& a) { return commands.DevQuery(7, l, a); }, "110", ""},
+      {"Checked", [&](auto& l, auto& a) { return commands.DevQueryChecked(7, l, a); }, "100", ""},
+      {"Msg", [&](auto& l, auto& a) { return commands.DevQueryMsg(7, l, a); }, "100", "1280 10012"},
+  };
+  for (const auto& c : cases) {
+    world.dialogs.shown.clear();
+    std::string results, answer;
+    for (const std::string line : {"good", "bad", "silent"}) {
+      results += c.run(line, answer) ? '1' : '0';
+    }
+    EXPECT_EQ(results, c.results) << c.name;
+    EXPECT_EQ(world.dialogs.Numbers(), c.messages) << c.name;
+  }
+  EXPECT_EQ(world.dialogs.shown[0].text,
+            "An Error has occurred. Device replied as follows:\nbad\n<<no>>");
+}
+
+TEST_F(LinkTest, BlocksOfLines) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  link.ChannelTimeoutSet(1);
+  world.server.answers = {{"dirn_", "AA:Nord"}, {"B1:::", ""}, {"x;", "1"}, {"y;", "<<no>>"},
+                          {"AA::", ""},         {"B1:x;", ""}, {"z;", ""}};
+  const struct {
+    const char* lines;
+    bool switchStation, result;
+    std::vector<std::string> sent;
+  } cases[] = {
+      {"", true, false, {}},
+      {" x \r\n<<old error>>\r\nz", true, true, {"dirn_", "B1:::", "x;", "z;", "AA::"}},
+      {"x\r\ny\r\nz", true, false, {"dirn_", "B1:::", "x;", "y;"}},
+      {"x", false, true, {"B1:x;"}},
+  };
+  for (const auto& c : cases) {
+    world.server.sent.clear();
+    EXPECT_EQ(commands.DevSendLines("B1:Süd", c.lines, ";", c.switchStation, true), c.result);
+    EXPECT_EQ(world.server.sent, c.sent) << c.lines;
+  }
+  EXPECT_EQ(world.dialogs.Numbers(), "");
+  EXPECT_EQ(world.dialogs.busy, 0);
+  EXPECT_EQ(world.dialogs.busySeen, 3);
+}
+
+TEST_F(LinkTest, VersionIsAskedAgainWhileAnOnlineChannelIsActive) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  world.server.answers["AA:ver."] = "kt-x+;V2.27";
+  EXPECT_EQ(commands.DevVersionGet("AA:"), "KT-X");
+
+  int passes = 0;
+  world.server.fails["CSend"] = ObjectError(code::kOnlineActive, "");
+  world.clock.onEvents = [&] {
+    if (++passes == 4) world.server.fails.clear();  // after the first pause, in the second
+  };
+  EXPECT_EQ(commands.DevVersionGet("AA:"), "KT-X");
+  world.clock.onEvents = nullptr;
+  world.server.fails["CSend"] = ObjectError(code::kOnlineActive, "");
+  const std::int64_t start = world.clock.tickMs;
+  EXPECT_EQ(commands.DevVersionGet("AA:"), "");
+  EXPECT_EQ(world.clock.tickMs - start, 900) << "three pauses of 250 ms in steps of 100";
+}
+
+TEST_F(LinkTest, KeepAlive) {
+  bool ended = false;
+  link.onTerminate = [&] { ended = true; };
+  link.KeepAliveTick("none");
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  link.KeepAliveTick("channel");
+  EXPECT_EQ(world.server.notices, std::vector<std::string>{"channel"});
+  world.server.terminate = true;
+  link.KeepAliveTick("ends");
+  EXPECT_TRUE(ended);
+}
+
+}  // namespace
+}  // namespace ostrel
