@@ -1,0 +1,38 @@
+#include "simulator/device_line.h"
+
+#include <utility>
+
+#include "simulator/program.h"
+
+namespace ostrel::simulator {
+
+namespace {
+
+constexpr char kCtrlZ = 26;
+
+}  // namespace
+
+std::string DeviceLine::Feed(std::string_view bytes) {
+  std::string replies;
+  for (const char byte : bytes) {
+    if (byte == '\r') {
+      replies += Reply();
+    } else if (byte == '\n' || byte == kCtrlZ) {
+      // A line feed belongs to a carriage return; a Ctrl-Z in the echo would end the reply.
+    } else if (line_.size() < kMaxLine) {
+      line_ += byte;
+    } else {
+      tooLong_ = true;
+    }
+  }
+  return replies;
+}
+
+std::string DeviceLine::Reply() {
+  const std::string line = std::exchange(line_, {});
+  const bool tooLong = std::exchange(tooLong_, false);
+  const std::string answer = tooLong ? "<<line too long>>" : bus_.Answer(line);
+  return line + "\r\n" + answer + "\r\n<" + kCtrlZ;
+}
+
+}  // namespace ostrel::simulator

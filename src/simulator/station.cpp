@@ -1,0 +1,50 @@
+#include "simulator/station.h"
+
+#include <utility>
+
+#include "simulator/value.h"
+
+namespace ostrel::simulator {
+
+namespace {
+
+// Firmware from 2.22 on counts more tap positions.
+constexpr std::string_view kWideStatisticsFirmware = "2.22";
+
+constexpr StationData kBuiltIn[] = {
+    {"KT-X", "2.27", "Umspannwerk Nord T1", "SIM0412345-B", 134, {-9, 9, 1, 41'200}},
+    {"KT-XB", "2.10", "Umspannwerk Nord T2", "SIM0398120-A", 0, {1, 19, 10, 52'300}},
+    {"KT-XB",
+     "3.26",
+     "Schalthaus S\xfc"
+     "d T1",
+     "SIM0731566-C",
+     141,
+     {-13, 13, -2, 310'000}},
+    {"LX-X", "2.21", "Kraftwerk Aue", "SIM0287003-A", 0, {-8, 8, 0, 12'800}},
+    {"KT-XF", "2.4.04", "Abzweig 20 kV West", "SIM0550917-B", 0, {}},
+    {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, {}},
+    {"KT-XW", "2.30", "Windpark H\xf6henweg", "SIM0802441-D", 136, {-16, 16, 3, 28'500}},
+    {"QM-X", "1.9", "Netzqualit\xe4t Nord", "SIM0190478-A", 0, {}},
+    {"JS-X", "1.4.40", "E-Spule Nord", "SIM0333702-A", 0, {}},
+    {"NV-X", "1.5", "Niederspannung Markt", "SIM0905518-B", 0, {}},
+};
+
+std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t seed) {
+  if (data.tapChanger.changesSoFar == 0) return std::nullopt;
+  const bool wide = Compare(std::string(data.firmware), std::string(kWideStatisticsFirmware)) >= 0;
+  return TapChanger(data.tapChanger, wide ? -60 : -40, wide ? 59 : 39, Random(seed));
+}
+
+}  // namespace
+
+Station::Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed)
+    : address(std::move(stationAddress)),
+      data(stationData),
+      tapChanger(MakeTapChanger(stationData, seed)) {}
+
+std::span<const StationData> BuiltInStations() {
+  return kBuiltIn;
+}
+
+}  // namespace ostrel::simulator

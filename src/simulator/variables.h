@@ -1,0 +1,36 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "simulator/value.h"
+
+namespace ostrel::simulator {
+
+struct Station;
+
+struct WriteRequest {
+  Values arguments;  ///< before "=": index, password, ...
+  Values values;     ///< behind "="
+  bool all = false;  ///< "x*=": all elements
+};
+
+/// A variable of the devices. Reads and writes throw Fault.
+struct Variable {
+  std::string_view name;  ///< in lower case
+  bool (*exists)(const Station&);
+  /// In the order in which a device prints them; nothing = write-only.
+  Values (*read)(Station&, const Values& arguments);
+  /// Nothing = read-only.
+  void (*write)(Station&, const WriteRequest&);
+};
+
+using VariableTable = std::span<const Variable>;
+
+/// Nothing when the station does not know the (lower-case) name.
+const Variable* FindVariable(const Station& station, std::string_view name);
+
+/// The whole number at a place of arguments or values; Fault when it is missing or out of range.
+int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int highest);
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,53 @@
+#include "simulator/device_line.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace ostrel::simulator {
+namespace {
+
+TEST(DeviceLine, RepliesTheSameInPiecesOfEverySize) {
+  struct Case {
+    std::string sent, reply;
+  };
+  const std::string longLine(5000, 'x');
+  const Case cases[] = {
+      {"AA:ver.\r", "AA:ver.\r\nKT-X+;V2.27\r\n<\x1a"},
+      {"\r", "\r\n\r\n<\x1a"},
+      {"C9:ver.\r\n", "C9:ver.\r\n\r\n<\x1a"},
+      {"1,2\n,+\x1a,!\rB1:dir\r\n",
+       "1,2,+,!\r\n3\r\n<\x1a"
+       "B1:dir\r\nB1:\r\n<\x1a"},
+      {"!\"S\xfc"
+       "d\tx\"\r",
+       "!\"S\xfc"
+       "d\tx\"\r\nS\xfc"
+       "d\tx\r\n<\x1a"},
+      {"1,!,2,!", ""},
+      {longLine + "\r7,!\r", longLine.substr(0, 4096) + "\r\n<<line too long>>\r\n<\x1a"
+                                                        "7,!\r\n7\r\n<\x1a"},
+  };
+  Bus bus;
+  for (const Case& c : cases) {
+    for (std::size_t size = 1; size <= c.sent.size(); size = size < 20 ? size + 1 : size * 2) {
+      DeviceLine line(bus);
+      std::string reply;
+      for (std::size_t at = 0; at < c.sent.size(); at += size) {
+        reply += line.Feed(std::string_view(c.sent).substr(at, size));
+      }
+      EXPECT_EQ(reply, c.reply) << "sent in pieces of " << size << ": " << c.sent;
+    }
+  }
+}
+
+TEST(DeviceLine, LinesOfTwoHostsDoNotMix) {
+  Bus bus;
+  DeviceLine first(bus), second(bus);
+  EXPECT_EQ(first.Feed("AA:d"), "");
+  EXPECT_EQ(second.Feed("1,!\r"), "1,!\r\n1\r\n<\x1a");
+  EXPECT_EQ(first.Feed("ir\r"), "AA:dir\r\nAA:\r\n<\x1a");
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
