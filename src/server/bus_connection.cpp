@@ -1,0 +1,261 @@
+#include "server/bus_connection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "link/answers.h"
+#include "server/line_text.h"
+
+namespace ostrel {
+namespace {
+
+constexpr std::ptrdiff_t kMaxWaiting = 64;  // lines of one channel
+constexpr std::size_t kMaxRawWaiting = 64 * 1024;
+constexpr int kNoAnswer = 10012;
+constexpr int kReceiveError = 10015;
+constexpr int kTooBig = 10017;
+constexpr int kOnlineActive = 10019;
+constexpr int kOwnTimeoutMs = 3000;
+const std::string kConnected(kConnectedStation);
+
+}  // namespace
+
+BusConnection::BusConnection(std::string name, NewPort newPort)
+    : name_(std::move(name)), newPort_(std::move(newPort)), lineStation_(kConnectedStation) {
+  timer_.setSingleShot(true);
+  timer_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_, &QTimer::timeout, this, &BusConnection::OnTimeout);
+}
+
+BusConnection::~BusConnection() {
+  // Whoever uses the devices next must not find another station current than the connected one.
+  const bool elsewhere = !lineStation_.empty() && lineStation_ != kConnectedStation;
+  if (open_ && !raw_ && elsewhere) port_->Write(kConnected + "::\r");
+  DropPort();
+}
+
+void BusConnection::Hold() {
+  held_ = true;
+  if (!open_) OpenPort();
+}
+
+void BusConnection::Release() {
+  held_ = false;
+  StartNext();
+}
+
+void BusConnection::OpenPort() {
+  if (port_ != nullptr) return;
+  port_ = newPort_().release();
+  port_->setParent(this);
+  connect(port_, &LinePort::Opened, this, &BusConnection::OnOpened);
+  connect(port_, &LinePort::Failed, this, &BusConnection::OnOpenFailed);
+  connect(port_, &LinePort::Received, this, &BusConnection::OnReceived);
+  connect(port_, &LinePort::Lost, this, &BusConnection::OnLost);
+  port_->Open();
+}
+
+void BusConnection::DropPort() {
+  if (port_ == nullptr) return;
+  port_->disconnect(this);
+  port_->Close();
+  port_->deleteLater();
+  port_ = nullptr;
+  open_ = false;
+}
+
+void BusConnection::OnOpened() {
+  open_ = true;
+  framer_.Reset();
+  Note("open");
+  if (!rawWaiting_.empty()) port_->Write(std::exchange(rawWaiting_, {}));
+  emit Opened();
+  StartNext();
+}
+
+void BusConnection::OnOpenFailed(int code, const QString& reason) {
+  DropPort();
+  const std::string text = reason.toStdString();
+  Note("cannot be opened: " + text);
+  rawWaiting_.clear();
+  FailQueue(code, text);
+  if (raw_) emit RawFailed(code, text);
+  emit OpenFailed(code, text);
+}
+
+void BusConnection::OnLost(const QString& reason) {
+  DropPort();
+  const std::string text = "the connection was lost: " + reason.toStdString();
+  Note(text);
+  // A device that comes back may have forgotten which station was current, or not.
+  if (lineStation_ != kConnectedStation) lineStation_.clear();
+  timer_.stop();
+  if (const auto flight = std::exchange(flight_, std::nullopt)) {
+    Report(*flight, kReceiveError, text);
+  }
+  if (raw_) emit RawFailed(kReceiveError, text);
+  StartNext();
+}
+
+bool BusConnection::Send(LineOut line) {
+  const auto sameChannel = [&line](const LineOut& other) { return other.channel == line.channel; };
+  if (std::count_if(queue_.begin(), queue_.end(), sameChannel) >= kMaxWaiting) return false;
+  queue_.push_back(std::move(line));
+  StartNext();
+  return true;
+}
+
+void BusConnection::Forget(int channel) {
+  std::erase_if(queue_, [channel](const LineOut& line) { return line.channel == channel; });
+  if (flight_ && flight_->out.channel == channel) flight_->out.channel = 0;
+  ownStation_.erase(channel);
+}
+
+void BusConnection::SetRaw(bool raw) {
+  if (raw == raw_) return;
+  raw_ = raw;
+  rawWaiting_.clear();
+  framer_.Reset();
+  timer_.stop();
+  lineStation_.clear();  // the online channel may make any station current
+  const std::string reason = "an online channel was opened on " + name_;
+  if (const auto flight = std::exchange(flight_, std::nullopt)) {
+    Report(*flight, kOnlineActive, reason);
+  }
+  FailQueue(kOnlineActive, reason);
+}
+
+void BusConnection::SendRaw(const std::string& bytes) {
+  if (open_) {
+    port_->Write(bytes);
+  } else if (rawWaiting_.size() + bytes.size() <= kMaxRawWaiting) {
+    rawWaiting_ += bytes;
+    OpenPort();
+  }
+}
+
+const std::string& BusConnection::StationOf(int channel) const {
+  const auto own = ownStation_.find(channel);
+  return own == ownStation_.end() ? kConnected : own->second;
+}
+
+void BusConnection::StartNext() {
+  if (flight_ || raw_) return;
+  if (queue_.empty()) {
+    if (!held_) WindUp();
+    return;
+  }
+  if (!open_) {
+    OpenPort();
+    return;
+  }
+  const LineOut& next = queue_.front();
+  const std::string& station = StationOf(next.channel);
+  if (lineStation_ != station && !AddressOf(next.line).addressed) {
+    Point(station, next);
+    return;
+  }
+  LineOut out = std::move(queue_.front());
+  queue_.pop_front();
+  Transmit(std::move(out), false);
+}
+
+/// Closes the port, with the connected station made current before.
+void BusConnection::WindUp() {
+  if (open_ && !lineStation_.empty() && lineStation_ != kConnectedStation) {
+    Point(kConnected, {0, 0, {}, kOwnTimeoutMs});
+  } else {
+    DropPort();
+  }
+}
+
+void BusConnection::Point(const std::string& station, const LineOut& before) {
+  Transmit({before.channel, before.exchange, station + "::", before.timeoutMs}, true);
+}
+
+void BusConnection::Transmit(LineOut out, bool pointing) {
+  framer_.Expect(out.line);
+  port_->Write(out.line + '\r');
+  timer_.start(out.timeoutMs);
+  if (trace_) Note("> " + ForLog(out.line));
+  flight_ = Flight{std::move(out), pointing, false};
+}
+
+void BusConnection::OnReceived(const QByteArray& bytes) {
+  const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  if (raw_) {
+    emit RawReceived(std::string(view));
+    return;
+  }
+  const auto reply = framer_.Feed(view);
+  if (!flight_) return;
+  if (reply && !reply->tooLong) {
+    Complete(reply->answer);
+    return;
+  }
+  if (reply) {
+    Report(*flight_, kTooBig, "the answer is longer than 256 KiB");
+    flight_->reported = true;
+  }
+  // The next line waits until the device has finished this one.
+  if (flight_->reported && !framer_.Skipping()) {
+    timer_.stop();
+    flight_.reset();
+    StartNext();
+  }
+}
+
+void BusConnection::Complete(const std::string& answer) {
+  timer_.stop();
+  const Flight flight = *std::exchange(flight_, std::nullopt);
+  const LineOut& out = flight.out;
+  if (trace_) Note("< " + (IsSecret(out.line) ? "***" : ForLog(answer)));
+  const std::string station = AddressOf(out.line).makesCurrent;
+  if (!station.empty()) {
+    const bool done = !IsErrorAnswer(answer);
+    lineStation_ = done ? station : std::string();
+    if (done && !flight.pointing && out.channel != 0) ownStation_[out.channel] = station;
+  }
+  if (!flight.pointing) {
+    if (out.channel != 0) emit Answered(out.channel, out.exchange, answer);
+  } else if (IsErrorAnswer(answer) && !queue_.empty() && queue_.front().channel == out.channel) {
+    // The station is not to be had: that is the answer, and the line never reaches another one.
+    queue_.pop_front();
+    emit Answered(out.channel, out.exchange, answer);
+  }
+  StartNext();
+}
+
+void BusConnection::OnTimeout() {
+  if (!flight_) return;
+  framer_.Stop();
+  const Flight flight = *std::exchange(flight_, std::nullopt);
+  if (!AddressOf(flight.out.line).makesCurrent.empty()) lineStation_.clear();
+  if (trace_) Note("no answer to " + ForLog(flight.out.line));
+  if (!flight.reported) Report(flight, kNoAnswer, "no answer from " + name_);
+  StartNext();
+}
+
+/// Tells a channel that its line failed; with an exchange of our own that is the line behind it.
+void BusConnection::Report(const Flight& flight, int code, const std::string& reason) {
+  const LineOut out = flight.out;
+  if (out.channel == 0 || flight.reported) return;
+  if (flight.pointing) {
+    std::erase_if(queue_, [&out](const LineOut& line) {
+      return line.channel == out.channel && line.exchange == out.exchange;
+    });
+  }
+  emit Failed(out.channel, out.exchange, code, reason);
+}
+
+void BusConnection::FailQueue(int code, const std::string& reason) {
+  for (const LineOut& line : std::exchange(queue_, {})) {
+    if (line.channel != 0) emit Failed(line.channel, line.exchange, code, reason);
+  }
+}
+
+void BusConnection::Note(const std::string& text) const {
+  if (trace_) trace_(name_ + ": " + text);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "link/automation.h"
+
+namespace ostrel {
+
+struct Line;
+
+/// What a client is told when the status of its channel changes.
+struct StatusNotice {
+  int channel = 0;
+  int exchange = 0;                   // counted per channel from 1, one for each CSend
+  int status = 0;                     // as CStatus gives it
+  std::optional<std::string> answer;  // UTF-8; not for a transparent channel
+  int error = 0;                      // not 0: the exchange failed, this is why
+  std::string description;
+};
+
+/// A client's channel and the exchange that goes on on it.
+class Channel {
+ public:
+  static constexpr int kReady = 0, kWaiting = 1, kNoCommand = 3;
+  static constexpr int kCommandKind = 2, kOnlineKind = 3;
+  static constexpr int kTransparent = 0, kFramed = 2;
+
+  int number = 0;
+  int client = 0;
+  int kind = kCommandKind;
+  int frame = kFramed;
+  int translate = 0;
+  int timeoutS = 10;
+  Line* line = nullptr;
+
+  int Exchange() const { return exchange_; }
+  bool Transparent() const { return frame == kTransparent; }
+
+  /// A CSend came: what was before is given up.
+  int NextExchange();
+  void Wait() { state_ = State::kWaiting; }
+  /// Forgets the exchange, e.g. because the frame mode changes.
+  void Clear();
+
+  StatusNotice Answer(std::string_view bytes);
+  StatusNotice Fail(int error, std::string description);
+  /// Bytes that came in on a transparent channel; a notice when they are the first unfetched ones.
+  std::optional<StatusNotice> AddRaw(std::string_view bytes);
+
+  /// CStatus: 0, 1 or 3; raises a failure once.
+  AutomationResult Status();
+  /// CReceive: the answer, or all that came in; raises a failure once.
+  AutomationResult Receive();
+
+ private:
+  enum class State { kIdle, kWaiting, kReady, kFailed };
+
+  AutomationResult Raise();
+
+  int exchange_ = 0;
+  State state_ = State::kIdle;
+  std::string received_;  // ISO 8859-1
+  AutomationResult failure_;
+};
+
+}  // namespace ostrel

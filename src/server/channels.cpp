@@ -1,0 +1,224 @@
+#include "server/channels.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/settings_path.h"
+
+namespace ostrel {
+namespace {
+
+constexpr std::ptrdiff_t kMaxChannels = 64;  // on one connection
+constexpr int kLastNumber = 32767;
+constexpr int kTooManyChannels = 10011;
+constexpr int kOnlineTaken = 10018;
+constexpr int kNoSuchConnection = 10032;
+constexpr int kFaultyConnection = 10044;
+
+bool SameWay(const Connection& a, const Connection& b) {
+  return a.kind == b.kind && a.host == b.host && a.port == b.port && a.device == b.device &&
+         a.baud == b.baud && a.parity == b.parity && a.stopBits == b.stopBits;
+}
+
+}  // namespace
+
+Channels::~Channels() {
+  // The lines say good-bye to their devices; nobody is told any more.
+  for (const auto& [name, line] : lines_) line->bus->disconnect(this);
+}
+
+Channel* Channels::Find(int client, int number) {
+  const auto found = channels_.find(number);
+  return found == channels_.end() || found->second.client != client ? nullptr : &found->second;
+}
+
+void Channels::Open(int client, const std::string& name, int kind, const Reply& reply) {
+  const auto connection = Connections(settings_).Find(name);
+  if (!connection) {
+    reply(ObjectError(kNoSuchConnection, "there is no connection \"" + name + "\""));
+    return;
+  }
+  Line* line = Connections::Valid(*connection) ? LineFor(*connection) : nullptr;
+  if (line == nullptr) {
+    reply(ObjectError(kFaultyConnection,
+                      "the data of connection \"" + connection->name + "\" are faulty"));
+    return;
+  }
+  if (const AutomationResult refusal = Refusal(*line, kind); !refusal.Ok()) {
+    reply(refusal);
+    return;
+  }
+  openings_.push_back({client, kind, line, reply});
+  line->bus->Hold();
+  if (line->bus->IsOpen()) FinishOpenings(*line, 0, {});
+}
+
+/// The line of a connection; null when its kind is not supported.
+Line* Channels::LineFor(const Connection& connection) {
+  const std::string key = LowerAscii(connection.name);
+  const auto found = lines_.find(key);
+  if (found != lines_.end()) {
+    Line* line = found->second.get();
+    const bool opening = std::any_of(openings_.begin(), openings_.end(),
+                                     [line](const Opening& other) { return other.line == line; });
+    // Changed settings take effect as soon as nobody uses the line.
+    if (opening || !line->channels.empty() || SameWay(line->connection, connection)) return line;
+  }
+  if (portMaker_.Make(connection) == nullptr) return nullptr;
+  auto& line = lines_[key];
+  if (line == nullptr) line = std::make_unique<Line>();
+  line->connection = connection;
+  MakeBus(*line);
+  return line.get();
+}
+
+void Channels::MakeBus(Line& line) {
+  line.bus = std::make_unique<BusConnection>(
+      line.connection.name, [this, way = line.connection] { return portMaker_.Make(way); });
+  line.bus->TraceTo(trace_);
+  Line* const self = &line;
+  BusConnection* const bus = line.bus.get();
+  connect(bus, &BusConnection::Opened, this, [this, self] { FinishOpenings(*self, 0, {}); });
+  connect(bus, &BusConnection::OpenFailed, this, [this, self](int code, const std::string& reason) {
+    FinishOpenings(*self, code, reason);
+  });
+  connect(bus, &BusConnection::Answered, this, &Channels::OnAnswered);
+  connect(bus, &BusConnection::Failed, this, &Channels::OnFailed);
+  connect(bus, &BusConnection::RawReceived, this,
+          [this, self](const std::string& bytes) { OnRaw(self->onlineChannel, bytes); });
+  connect(bus, &BusConnection::RawFailed, this, [this, self](int code, const std::string& reason) {
+    OnRawFailed(self->onlineChannel, code, reason);
+  });
+}
+
+AutomationResult Channels::Refusal(const Line& line, int kind) const {
+  if (std::ssize(line.channels) >= kMaxChannels) {
+    return ObjectError(kTooManyChannels, "too many channels on \"" + line.connection.name + "\"");
+  }
+  if (kind == Channel::kOnlineKind && line.onlineChannel != 0) {
+    return ObjectError(kOnlineTaken,
+                       "an online channel is open on \"" + line.connection.name + "\"");
+  }
+  return {};
+}
+
+void Channels::FinishOpenings(Line& line, int code, const std::string& reason) {
+  std::vector<Opening> mine;
+  std::erase_if(openings_, [&](const Opening& opening) {
+    if (opening.line != &line) return false;
+    mine.push_back(opening);
+    return true;
+  });
+  for (const Opening& opening : mine) {
+    if (code != 0) {
+      opening.reply(ObjectError(code, "\"" + line.connection.name + "\": " + reason));
+    } else if (const AutomationResult refusal = Refusal(line, opening.kind); !refusal.Ok()) {
+      opening.reply(refusal);
+    } else {
+      Add(opening);
+    }
+  }
+  ReleaseIfUnused(line);
+}
+
+void Channels::Add(const Opening& opening) {
+  Line& line = *opening.line;
+  const int number = FreeNumber();
+  Channel& channel = channels_[number];
+  channel.number = number;
+  channel.client = opening.client;
+  channel.kind = opening.kind;
+  channel.line = &line;
+  if (opening.kind == Channel::kOnlineKind) {
+    line.onlineChannel = number;
+    SetFrame(channel, Channel::kTransparent);
+    // The others know before this client can: their next CSend is refused.
+    TellOnline(line);
+  }
+  line.channels.push_back(number);
+  // The client learns the number before it is told anything about the channel.
+  opening.reply({number, 0, {}});
+  if (line.onlineChannel != 0) emit OnlineChanged(opening.client, number, true);
+}
+
+int Channels::FreeNumber() {
+  do {
+    lastNumber_ = lastNumber_ % kLastNumber + 1;
+  } while (channels_.contains(lastNumber_));
+  return lastNumber_;
+}
+
+void Channels::SetFrame(Channel& channel, int frame) {
+  if (channel.frame == frame) return;
+  channel.frame = frame;
+  channel.Clear();
+  channel.line->bus->SetRaw(frame == Channel::kTransparent);
+}
+
+void Channels::Close(int number) {
+  const auto found = channels_.find(number);
+  if (found == channels_.end()) return;
+  Line& line = *found->second.line;
+  channels_.erase(found);
+  std::erase(line.channels, number);
+  line.bus->Forget(number);
+  if (line.onlineChannel == number) {
+    line.onlineChannel = 0;
+    line.bus->SetRaw(false);
+    TellOnline(line);
+  }
+  ReleaseIfUnused(line);
+}
+
+void Channels::ClientGone(int client) {
+  std::erase_if(openings_, [client](const Opening& opening) { return opening.client == client; });
+  std::vector<int> own;
+  for (const auto& [number, channel] : channels_) {
+    if (channel.client == client) own.push_back(number);
+  }
+  for (const int number : own) Close(number);
+  for (const auto& [name, line] : lines_) ReleaseIfUnused(*line);
+}
+
+void Channels::ReleaseIfUnused(Line& line) {
+  const bool opening = std::any_of(openings_.begin(), openings_.end(),
+                                   [&line](const Opening& other) { return other.line == &line; });
+  if (line.channels.empty() && !opening) line.bus->Release();
+}
+
+void Channels::TellOnline(const Line& line) {
+  const std::vector<int> numbers = line.channels;
+  for (const int number : numbers) {
+    const auto channel = channels_.find(number);
+    if (channel == channels_.end()) continue;
+    emit OnlineChanged(channel->second.client, number, line.onlineChannel != 0);
+  }
+}
+
+void Channels::OnAnswered(int number, int exchange, const std::string& answer) {
+  const auto found = channels_.find(number);
+  if (found == channels_.end() || found->second.Exchange() != exchange) return;  // given up
+  emit StatusChanged(found->second.client, found->second.Answer(answer));
+}
+
+void Channels::OnFailed(int number, int exchange, int code, const std::string& reason) {
+  const auto found = channels_.find(number);
+  if (found == channels_.end() || found->second.Exchange() != exchange) return;
+  emit StatusChanged(found->second.client, found->second.Fail(code, reason));
+}
+
+void Channels::OnRaw(int number, const std::string& bytes) {
+  const auto found = channels_.find(number);
+  if (found == channels_.end()) return;
+  if (const auto notice = found->second.AddRaw(bytes)) {
+    emit StatusChanged(found->second.client, *notice);
+  }
+}
+
+void Channels::OnRawFailed(int number, int code, const std::string& reason) {
+  const auto found = channels_.find(number);
+  if (found == channels_.end()) return;
+  emit StatusChanged(found->second.client, found->second.Fail(code, reason));
+}
+
+}  // namespace ostrel

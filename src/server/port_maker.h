@@ -1,0 +1,23 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "link/connections.h"
+#include "server/line_port.h"
+#include "simulator/bus.h"
+
+namespace ostrel {
+
+/// Makes the ports that connections need.
+class PortMaker {
+ public:
+  /// None for a kind of connection that is not supported here.
+  std::unique_ptr<LinePort> Make(const Connection& connection);
+
+ private:
+  std::map<std::string, std::unique_ptr<simulator::Bus>> simulated_;  // by the connection's name
+};
+
+}  // namespace ostrel

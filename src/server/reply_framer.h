@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ostrel {
+
+/// Finds a device's replies in the bytes that come from it: echo, answer, prompt, Ctrl-Z.
+class ReplyFramer {
+ public:
+  /// The longest answer, in bytes.
+  static constexpr std::size_t kMaxAnswer = 256 * 1024;
+
+  struct Reply {
+    bool tooLong = false;
+    std::string answer;  // without echo, prompt and Ctrl-Z
+  };
+
+  /// A line goes out (given without its line end): the next reply that fits is its reply.
+  void Expect(std::string_view line);
+  /// Nobody waits any more.
+  void Stop() { waiting_ = false; }
+  /// Forgets all that has come so far, but not that the line shows echoes.
+  void Reset();
+
+  /// Takes bytes in any portions; returns the awaited reply when they complete it. A reply with
+  /// another echo (on a line that has ever shown one) and one that nobody waits for are dropped.
+  std::optional<Reply> Feed(std::string_view bytes);
+
+  /// True from a reply that was too long until the Ctrl-Z that ends it.
+  bool Skipping() const { return skipping_; }
+
+ private:
+  std::optional<Reply> Take(bool complete);
+  std::size_t Limit() const;
+
+  std::string echo_;  // of the line that is awaited
+  std::string buffer_;
+  bool waiting_ = false;
+  bool skipping_ = false;
+  bool echoSeen_ = false;
+};
+
+}  // namespace ostrel

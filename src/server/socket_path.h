@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+
+namespace ostrel {
+
+/// Where the user's communication server listens: ostrel/server.sock in the runtime folder.
+QString SocketPath();
+
+/// Makes a folder that belongs to the user and that nobody else can enter; false when it cannot be
+/// had.
+bool MakePrivateFolder(const QString& folder);
+
+/// The outcome of claiming a place to listen at.
+struct SocketClaim {
+  enum Kind { kFree, kAlreadyRunning, kRefused };
+  Kind kind = kFree;
+  QString reason;  // when refused
+};
+
+/// Makes the folder, private to the user, and takes the lock beside the socket, so that one server
+/// runs at a time. A socket that nobody listens at is removed; an ordinary file and a socket that
+/// somebody listens at stay.
+SocketClaim ClaimSocket(const QString& path, QLockFile& lock);
+
+/// The lock that belongs to a socket.
+QString LockPath(const QString& socketPath);
+
+}  // namespace ostrel

@@ -1,0 +1,63 @@
+#include "server/reply_framer.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace ostrel {
+namespace {
+
+const std::string kEnd = "\r\n<\x1A";
+
+struct Case {
+  const char* what;
+  std::string line;
+  std::string bytes;
+  std::vector<std::string> answers;
+};
+
+const Case kCases[] = {
+    {"one line", "AA:ver.", "AA:ver.\r\nKT-X+;V2.27" + kEnd, {"KT-X+;V2.27"}},
+    {"two lines", "x", "x\r\n1\r\n2" + kEnd, {"1\r\n2"}},
+    {"empty answer", "all r,x", "all r,x\r\n" + kEnd, {""}},
+    {"bare prompt", "x", "x\r\n<\x1A", {""}},
+    {"no echo", "x", "7" + kEnd, {"7"}},
+    {"no echo, no prompt", "x", "7\x1A", {"7"}},
+    {"empty line", "", "\r\n<<empty>>" + kEnd, {"<<empty>>"}},
+    {"prompt inside", "x", "x\r\na\r\n<b" + kEnd, {"a\r\n<b"}},
+    {"echo in the answer", "x", "x\r\nx\r\n1" + kEnd, {"x\r\n1"}},
+    {"twice", "x", "x\r\n1" + kEnd + "x\r\n2" + kEnd, {"1"}},
+    {"unended", "x", "x\r\n1\r\n<", {}},
+};
+
+TEST(ReplyFramer, FindsTheReplyHoweverTheBytesAreCut) {
+  for (const Case& c : kCases) {
+    for (std::size_t cut = 0; cut <= c.bytes.size(); ++cut) {
+      ReplyFramer framer;
+      framer.Expect(c.line);
+      std::vector<std::string> answers;
+      for (const auto& part : {c.bytes.substr(0, cut), c.bytes.substr(cut)}) {
+        if (const auto reply = framer.Feed(part)) answers.push_back(reply->answer);
+      }
+      EXPECT_EQ(answers, c.answers) << c.what << ", cut at " << cut;
+    }
+  }
+}
+
+TEST(ReplyFramer, OnALineWithEchoesAReplyBelongsToTheLineItEchoes) {
+  ReplyFramer framer;
+  framer.Expect("a");
+  ASSERT_TRUE(framer.Feed("a\r\n1" + kEnd));
+  EXPECT_FALSE(framer.Feed("a\r\n2" + kEnd)) << "nobody waits";
+  framer.Expect("b");
+  EXPECT_FALSE(framer.Feed("a\r\n3" + kEnd)) << "another echo";
+  EXPECT_FALSE(framer.Feed("4" + kEnd)) << "no echo";
+  EXPECT_EQ(framer.Feed("b\r\n5" + kEnd)->answer, "5");
+  framer.Expect("c");
+  EXPECT_FALSE(framer.Feed("c\r\nbroken o"));
+  framer.Expect("d");
+  EXPECT_EQ(framer.Feed("d\r\n6" + kEnd)->answer, "6") << "after half a reply";
+}
+
+}  // namespace
+}  // namespace ostrel

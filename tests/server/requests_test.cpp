@@ -1,0 +1,115 @@
+#include "fixture.h"
+
+namespace ostrel {
+namespace {
+
+class Requests : public ServerTest {};
+
+TEST_F(Requests, AreRefusedWithTheirReason) {
+  auto closed = std::make_unique<ScriptedDevice>();
+  AddTcp("Closed", closed->Port());
+  closed.reset();
+  settings.WriteShared(std::string(keys::kConnections) + "Faulty", "Kind", "tcp");
+  Client client(path);
+  ASSERT_EQ(client.Call("COpen", {"Tcp", 2}), 1);
+  const struct {
+    const char* method;
+    QJsonArray parameters;
+    int code;
+  } cases[] = {
+      {"COpen", {"Nowhere", 2}, 10032},
+      {"COpen", {"Faulty", 2}, 10044},
+      {"COpen", {"Closed", 2}, 10042},
+      {"COpen", {"Tcp", 1}, -32602},
+      {"CSend", {1}, -32602},
+      {"CSend", {"1", "x"}, -32602},
+      {"CSend", {1, "x", 1}, -32602},
+      {"CSend", {7, "x"}, 10026},
+      {"CClose", {-1}, 10026},
+      {"CSend", {1, "a\rb"}, 10014},
+      {"CSend", {1, "a\n\n"}, 10014},
+      {"CSend", {1, QString(QChar(0x3A9))}, 10014},
+      {"CFrame", {1, 0}, 10020},
+      {"CFrame", {1, 1}, 10021},
+      {"CTimeout", {1, 0}, -32602},
+      {"CTimeout", {1, 3601}, -32602},
+      {"COpened", {}, -32601},
+      {"CTimeout", {1, 3600}, 0},
+      {"CFrame", {1, 2}, 0},
+      {"CClose", {1}, 0},
+      {"CStatus", {1}, 10026},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(client.Code(c.method, c.parameters), c.code)
+        << c.method << QJsonDocument(c.parameters).toJson(QJsonDocument::Compact).toStdString();
+  }
+  EXPECT_TRUE(device.lines.empty()) << "nothing that was refused reaches the device";
+}
+
+TEST_F(Requests, OfABadClientLeaveTheSessionAlive) {
+  Client client(path);
+  const QByteArray tooLong = "{\"id\":\"" + QByteArray(1024 * 1024, 'x') + "\"}\n";
+  const struct {
+    const char* what;
+    QByteArray bytes;
+    int code;
+  } cases[] = {
+      {"no JSON", "hello\n", -32700},
+      {"a batch", "[]\n", -32600},
+      {"too long", tooLong, -32600},
+      {"far too long", "\"" + QByteArray(5 * 1024 * 1024, 'x') + "\n", -32600},
+      {"unknown", "{\"jsonrpc\":\"2.0\",\"id\":0,\"method\":\"Quit\"}\r\n", -32601},
+  };
+  for (const auto& c : cases) {
+    client.socket.write(c.bytes);
+    EXPECT_TRUE(WaitUntil([&client] { return !client.responses.empty(); })) << c.what;
+    for (const QJsonObject& response : std::exchange(client.responses, {})) {
+      EXPECT_EQ(response["error"]["code"].toInt(), c.code) << c.what;
+    }
+    client.socket.write("\n{\"jsonrpc\":\"2.0\",\"method\":\"COpenLocked\"}\n");  // not answered
+    EXPECT_EQ(client.Call("COpenLocked"), false) << "after " << c.what;
+  }
+}
+
+TEST_F(Requests, AClientThatDoesNotReadIsCutOff) {
+  Client client(path);
+  client.socket.setReadBufferSize(1);
+  const QByteArray request = "{\"jsonrpc\":\"2.0\",\"id\":\"" + QByteArray(1000 * 1000, 'x') +
+                             "\",\"method\":\"COpenLocked\"}\n";
+  for (int i = 0; i < 7; ++i) client.socket.write(request);
+  EXPECT_TRUE(WaitUntil([&] { return client.socket.state() == QLocalSocket::UnconnectedState; }));
+  EXPECT_EQ(Client(path).Call("COpenLocked"), false);
+}
+
+TEST_F(Requests, AChannelLimitHoldsOnEachConnection) {
+  Client client(path);
+  for (int i = 1; i <= 64; ++i) ASSERT_EQ(client.Call("COpen", {"Tcp", 2}), i);
+  EXPECT_EQ(client.Code("COpen", {"Tcp", 2}), 10011);
+  EXPECT_EQ(client.Code("COpen", {"Simulator", 2}), 0);
+}
+
+TEST_F(Requests, TheTimeoutStartsAsTheSettingSays) {
+  Client client(path);
+  const std::pair<const char*, int> cases[] = {{"", 10}, {"3", 3}, {"0", 1}, {"99", 15}, {"x", 10}};
+  for (const auto& [setting, seconds] : cases) {
+    settings.WriteShared(keys::kServerMisc, "DefTimeout_s", setting);
+    const int channel = client.Call("COpen", {"Tcp"}).toInt();
+    EXPECT_EQ(client.Call("CTimeout", {channel}), seconds) << setting;
+  }
+}
+
+TEST_F(Requests, StopAsksTheOthersToEndAndWaitsForThem) {
+  auto other = std::make_unique<Client>(path);
+  Client client(path);
+  EXPECT_EQ(other->Call("CTerminateApps"), false);
+  EXPECT_EQ(client.Call("ServerStop")["clients"], 2);
+  EXPECT_EQ(other->Call("CTerminateApps"), true);
+  EXPECT_EQ(other->Call("COpenLocked"), true);
+  EXPECT_EQ(other->Code("COpen", {"Tcp", 2}), 10013);
+  EXPECT_FALSE(ended);
+  other.reset();
+  EXPECT_TRUE(WaitUntil([this] { return ended; }));
+}
+
+}  // namespace
+}  // namespace ostrel

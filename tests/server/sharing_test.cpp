@@ -1,0 +1,124 @@
+#include "fixture.h"
+
+namespace ostrel {
+namespace {
+
+class Sharing : public ServerTest {
+ protected:
+  using Lines = std::vector<std::string>;
+  bool Seen(std::size_t count) {
+    return WaitUntil([this, count] { return device.lines.size() == count; });
+  }
+};
+
+TEST_F(Sharing, LinesGoOutOneAtATimeEvenWhenAClientIsGone) {
+  Client two(path);
+  device.answer = [](const QByteArray&) { return QByteArray(); };
+  {
+    Client one(path);
+    one.Call("COpen", {"Tcp"});
+    one.Call("CSend", {1, "AA:1"});
+    one.Call("CSend", {1, "AA:never"});
+    two.Call("COpen", {"Tcp"});
+    ASSERT_TRUE(Seen(1));
+  }
+  two.Call("CSend", {2, "AA:2"});
+  EXPECT_EQ(two.Code("CSend", {1, "AA:3"}), 10026) << "another client's channel";
+  EXPECT_TRUE(WaitUntil([&two] { return two.Call("ServerStatus")["clients"] == 1; }));
+  EXPECT_EQ(device.lines, Lines{"AA:1"});
+  device.Send(ScriptedDevice::Reply("AA:1", "a"));
+  ASSERT_TRUE(Seen(2));
+  EXPECT_EQ(device.lines[1], "AA:2");
+  device.Send(ScriptedDevice::Reply("AA:2", "b"));
+  EXPECT_EQ(two.Notice()["answer"], "b");
+}
+
+TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
+  Client client(path);
+  client.Call("COpen", {"Tcp"});
+  client.Call("COpen", {"Tcp"});
+  device.answer = [](const QByteArray& line) {
+    const bool gone = line.startsWith("C");
+    return ScriptedDevice::Reply(line, gone ? "<<no station>>" : "re " + line);
+  };
+  const struct {
+    int channel;  // 0: the link is dropped
+    const char* line;
+    Lines seen;
+    std::string answer;
+  } steps[] = {
+      {1, "ver.", {"ver."}, "re ver."},          {1, "B1::", {"B1::"}, "re B1::"},
+      {1, "ver.", {"ver."}, "re ver."},          {2, "ver.", {"AA::", "ver."}, "re ver."},
+      {1, "AA:ver.", {"AA:ver."}, "re AA:ver."}, {1, "all,ver.", {"all,ver."}, "re all,ver."},
+      {1, "ver.", {"B1::", "ver."}, "re ver."},  {0, "", {}, ""},
+      {1, "ver.", {"B1::", "ver."}, "re ver."},  {1, "C3::", {"C3::"}, "<<no station>>"},
+      {1, "ver.", {"B1::", "ver."}, "re ver."},  {2, "C3::", {"C3::"}, "<<no station>>"},
+      {2, "x", {"AA::", "x"}, "re x"},
+  };
+  for (const auto& step : steps) {
+    device.lines.clear();
+    if (step.channel == 0) {
+      device.Drop();
+      const auto closed = [&client] {
+        return !client.Call("ServerStatus")["connections"][0]["open"].toBool();
+      };
+      EXPECT_TRUE(WaitUntil(closed));
+      continue;
+    }
+    EXPECT_EQ(client.Exchange(step.channel, step.line), step.answer) << step.line;
+    EXPECT_EQ(device.lines, step.seen) << step.line << " on channel " << step.channel;
+  }
+  // A station that has gone: the line must not reach another one.
+  client.Exchange(1, "B1::");
+  client.Exchange(2, "AA::");
+  device.lines.clear();
+  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "<<gone>>"); };
+  EXPECT_EQ(client.Exchange(1, "reset"), "<<gone>>");
+  EXPECT_EQ(device.lines, Lines{"B1::"});
+  // Whoever uses the devices next finds the connected one current.
+  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "ok"); };
+  client.Exchange(1, "ver.");
+  device.lines.clear();
+  client.Call("CClose", {1});
+  client.Call("CClose", {2});
+  EXPECT_TRUE(WaitUntil([this] { return !device.Connected(); }));
+  EXPECT_EQ(device.lines, Lines{"AA::"});
+}
+
+TEST_F(Sharing, TheOnlineChannelHasTheConnectionToItself) {
+  Client client(path);
+  client.Call("COpen", {"Tcp", 2});
+  device.answer = [](const QByteArray&) { return QByteArray(); };
+  client.Call("CSend", {1, "AA:1"});
+  ASSERT_TRUE(Seen(1));
+  EXPECT_EQ(client.Call("COpen", {"Tcp", 3}), 2);
+  EXPECT_EQ(Client::CodeOf(client.Notice()["error"].toObject()), 10019) << "what was under way";
+  for (const int channel : {1, 2}) {
+    EXPECT_EQ(client.Notice(), (QJsonObject{{"channel", channel}, {"enabled", true}}));
+    EXPECT_EQ(client.Call("COnlineEnabled", {channel}), true);
+  }
+  EXPECT_EQ(client.Code("COpen", {"Tcp", 3}), 10018);
+  EXPECT_EQ(client.Code("CSend", {1, "AA:2"}), 10019);
+  EXPECT_EQ(client.Call("CFrame", {2}), 0);
+
+  device.answer = [](const QByteArray& line) { return line + "\r\n\xE4\x1A<"; };
+  client.Call("CSend", {2, "\r"});
+  client.Call("CSend", {2, "ver\r"});
+  EXPECT_EQ(client.Notice()["status"], 0);
+  QString all;
+  EXPECT_TRUE(
+      WaitUntil([&] { return (all += client.Call("CReceive", {2}).toString()).size() == 13; }));
+  EXPECT_EQ(all, QString::fromUtf8("\r\nä\x1A<ver\r\nä\x1A<"));
+  EXPECT_EQ(client.Call("CReceive", {2}), "");
+
+  client.notices.clear();
+  client.Call("CClose", {2});
+  EXPECT_EQ(client.Notice(), (QJsonObject{{"channel", 1}, {"enabled", false}}));
+  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "b"); };
+  device.lines.clear();
+  EXPECT_EQ(client.Exchange(1, "ver."), "b");
+  EXPECT_EQ(device.lines, (Lines{"AA::", "ver."}));
+}
+
+}  // namespace
+}  // namespace ostrel

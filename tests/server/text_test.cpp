@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+
+#include "server/json_rpc.h"
+#include "server/line_text.h"
+
+namespace ostrel {
+namespace {
+
+TEST(LineText, SaysWhomALineIsFor) {
+  const struct {
+    const char* line;
+    bool addressed;
+    const char* makesCurrent;
+  } cases[] = {
+      {"AA:ver.", true, ""}, {"b1:dirn_", true, ""},     {"all,ver.", true, ""},
+      {"All r,x", true, ""}, {"B1::", true, "B1"},       {"b1:::", true, "B1"},
+      {"AA:", true, ""},     {"B1::x", true, ""},        {"ver.", false, ""},
+      {"", false, ""},       {":", false, ""},           {"all", false, ""},
+      {"allx,1", false, ""}, {"regzeit=1:2", false, ""}, {",\"a:b\",!", false, ""},
+      {" AA:x", false, ""},
+  };
+  for (const auto& c : cases) {
+    const LineAddress address = AddressOf(c.line);
+    EXPECT_EQ(address.addressed, c.addressed) << c.line;
+    EXPECT_EQ(address.makesCurrent, c.makesCurrent) << c.line;
+  }
+}
+
+TEST(LineText, MasksPasswordsAndShowsControlCharacters) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"AA:ver.", "AA:ver."},
+      {"AA:login 1 geheim", "AA:login ***"},
+      {"AA:LOGIN 1 geheim", "AA:LOGIN ***"},
+      {"passwort 1=x login", "passwort ***"},
+      {"AA:PWLrel", "AA:PWLrel"},
+      {"a\r\n\x1A\xE4", "a\\x0d\\x0a\\x1aä"},
+  };
+  for (const auto& [line, shown] : cases) EXPECT_EQ(ForLog(line), shown) << line;
+}
+
+TEST(JsonRpc, AcceptsRequestsAndSaysWhatIsWrongWithTheOthers) {
+  const std::pair<const char*, int> cases[] = {
+      // code 0: accepted
+      {R"({"jsonrpc":"2.0","id":1,"method":"CSend","params":[1,"AA:x",true,-3]})", 0},
+      {R"({"jsonrpc":"2.0","id":"a","method":"COpenLocked"})", 0},
+      {R"({"jsonrpc":"2.0","method":"m"})", 0},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":[2147483647.0]})", 0},
+      {"", rpc::kParseError},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m")", rpc::kParseError},
+      {"{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"\xFF\"}", rpc::kParseError},
+      {R"([{"jsonrpc":"2.0","id":1,"method":"m"}])", rpc::kInvalidRequest},
+      {R"({"jsonrpc":"1.0","id":1,"method":"m"})", rpc::kInvalidRequest},
+      {R"({"jsonrpc":"2.0","id":1})", rpc::kInvalidRequest},
+      {R"({"jsonrpc":"2.0","id":[1],"method":"m"})", rpc::kInvalidRequest},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":{"a":1}})", rpc::kInvalidParameters},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":[1.5]})", rpc::kInvalidParameters},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":[2147483648]})", rpc::kInvalidParameters},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":[null]})", rpc::kInvalidParameters},
+      {R"({"jsonrpc":"2.0","id":1,"method":"m","params":["\ud800"]})", rpc::kInvalidParameters},
+  };
+  for (const auto& [line, code] : cases) {
+    const auto parsed = rpc::Parse(line);
+    const auto* refusal = std::get_if<rpc::Refusal>(&parsed);
+    EXPECT_EQ(refusal == nullptr ? 0 : refusal->code, code) << line;
+  }
+  const auto parsed = rpc::Parse(cases[0].first);
+  const auto& request = std::get<rpc::Request>(parsed);
+  EXPECT_EQ(request.method, "CSend");
+  EXPECT_EQ(request.arguments, (Values{1, std::string("AA:x"), true, -3}));
+}
+
+TEST(JsonRpc, KeepsEveryCharacterOnOneLine) {
+  std::string text = "ä";
+  for (int code = 0; code < 0x80; ++code) text += static_cast<char>(code);
+  const QByteArray line = rpc::EncodeStatus({1, 5, 0, text, 0, {}});
+  EXPECT_EQ(line.indexOf('\n'), line.size() - 1);
+  const QJsonObject notice = QJsonDocument::fromJson(line).object();
+  EXPECT_EQ(notice["params"]["answer"].toString().toStdString(), text);
+}
+
+}  // namespace
+}  // namespace ostrel
