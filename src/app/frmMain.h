@@ -11,13 +11,13 @@
 #include "platform/window_dialogs.h"
 
 class QLabel;
-class QLayout;
 class QLineEdit;
 class QMenu;
 class QPushButton;
 class QStackedWidget;
 class QTimer;
 class QTreeWidget;
+class QVBoxLayout;
 
 namespace ostrel {
 
@@ -41,8 +41,8 @@ class frmMain : public QMainWindow {
 
  private:
   // frmMain_build.cpp
-  void BuildHeader(QLayout& rows);
-  void BuildTree(QLayout& rows);
+  void BuildHeader(QVBoxLayout& rows);
+  void BuildTree(QVBoxLayout& rows);
   void BuildMenus(Scheme scheme);
   void AddSchemes(QMenu& menu, Scheme current);
   void AddLanguages(QMenu& menu);

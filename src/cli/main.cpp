@@ -6,7 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "logs/tap_statistics_text.h"
+#include "platform/bar_chart.h"
 #include "platform/terminal.h"
+
+namespace {
+
+constexpr int kPictureWidth = 1200;
+constexpr int kPictureHeight = 600;
+
+}  // namespace
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
@@ -21,5 +30,8 @@ int main(int argc, char** argv) {
   } else {
     application = std::make_unique<QCoreApplication>(argc, argv);
   }
-  return static_cast<int>(ostrel::RunInTerminal(arguments, {}));
+  const auto paint = [](const ostrel::TapCounters& data, const ostrel::Messages& messages) {
+    return ostrel::BarChartPng(ostrel::TapChart(data, messages), kPictureWidth, kPictureHeight);
+  };
+  return static_cast<int>(ostrel::RunInTerminal(arguments, paint));
 }

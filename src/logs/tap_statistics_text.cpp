@@ -26,6 +26,13 @@ std::string Bar(std::size_t eighths) {
 
 }  // namespace
 
+BarChartData TapChart(const TapCounters& data, const Messages& messages) {
+  return {.first = data.first,
+          .counts = data.counters,
+          .positionLabel = messages.Text(text::kTapPosition),
+          .countLabel = messages.Text(text::kCounter)};
+}
+
 std::string TapTable(const TapCounters& data, const Messages& messages) {
   std::string table = messages.Text(text::kTapPosition) + "\t" + messages.Text(text::kCounter);
   for (std::size_t n = 0; n < data.counters.size(); ++n) {

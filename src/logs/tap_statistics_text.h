@@ -3,9 +3,13 @@
 #include <string>
 
 #include "app/messages.h"
+#include "logs/bar_chart_data.h"
 #include "logs/tap_statistics.h"
 
 namespace ostrel {
+
+/// What a chart of the counters shows.
+BarChartData TapChart(const TapCounters& data, const Messages& messages);
 
 /// All positions as lines "position TAB counter", the totals behind them; lines end with CR LF.
 std::string TapTable(const TapCounters& data, const Messages& messages);

@@ -147,6 +147,7 @@ void BarChart::Colour() {
   label_->setBrush(Mixed(text, base, 0.9));
   hint_->setFont(font());
   hint_->setColor(Mixed(text, base, 0.8));
+  hint_->setBrush(base);
   plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
@@ -199,7 +200,7 @@ void BarChart::PointerAt(const QMouseEvent& event) {
       static_cast<int>(std::lround(plot_->xAxis->pixelToCoord(event.position().x())));
   const int index = position - data_.first;
   const bool inside = plot_->axisRect()->rect().contains(event.position().toPoint());
-  if (inside && index >= 0 && index < static_cast<int>(data_.counts.size())) {
+  if (inside && !hint_->visible() && index >= 0 && index < static_cast<int>(data_.counts.size())) {
     Mark(position);
   } else {
     Unmark();

@@ -2,10 +2,10 @@
 
 #include <QPalette>
 #include <QWidget>
-#include <cstdint>
 #include <string>
 #include <utility>
-#include <vector>
+
+#include "logs/bar_chart_data.h"
 
 class QCPBars;
 class QCPItemText;
@@ -13,14 +13,6 @@ class QCustomPlot;
 class QMouseEvent;
 
 namespace ostrel {
-
-/// How often something happened at each of a row of positions.
-struct BarChartData {
-  int first = 0;  // position of counts[0]
-  std::vector<std::int32_t> counts;
-  std::string positionLabel;
-  std::string countLabel;
-};
 
 /// First and last of at most `most` positions that show what was counted, with some margin; around
 /// position 0 when nothing was.

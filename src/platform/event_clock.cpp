@@ -28,7 +28,8 @@ std::int64_t EventClock::TickMs() const {
 }
 
 void EventClock::ProcessEvents() {
-  limit_.start();
+  // One that still runs ends this wait even sooner; to start it on each pass would cost time.
+  if (!limit_.isActive()) limit_.start();
   QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 

@@ -1,14 +1,16 @@
 #include "platform/server_proxy.h"
 
+#include <poll.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
 #include "link/link.h"
+#include "server/json_rpc.h"
 
 namespace ostrel {
 
@@ -19,18 +21,13 @@ constexpr int kCallMs = 3000;
 constexpr int kOpenMs = 10000;
 // The server's answers come well within this; only after it the window gets its turn.
 constexpr int kBlockMs = 50;
+// A server that has been silent for so long while an answer is awaited is asked whether it lives.
+constexpr int kSilentMs = 1000;
 constexpr int kReady = 0;
 constexpr int kWaiting = 1;
 constexpr int kNothingSent = 3;
-
-QJsonValue ToJson(const Value& value) {
-  if (const bool* flag = std::get_if<bool>(&value)) return *flag;
-  if (const int* number = std::get_if<int>(&value)) return *number;
-  if (const std::string* text = std::get_if<std::string>(&value)) {
-    return QString::fromStdString(*text);
-  }
-  return QJsonValue::Null;
-}
+constexpr int kOnlineKind = 3;
+constexpr int kFramed = 2;
 
 Value FromJson(const QJsonValue& json) {
   if (json.isBool()) return json.toBool();
@@ -45,9 +42,9 @@ AutomationResult FromError(const QJsonValue& error) {
           error[QStringLiteral("message")].toString().toStdString()};
 }
 
-int ChannelOf(const Values& arguments) {
-  const int* channel = arguments.empty() ? nullptr : std::get_if<int>(&arguments.front());
-  return channel != nullptr ? *channel : -1;
+int NumberAt(const Values& arguments, std::size_t place) {
+  const int* number = place < arguments.size() ? std::get_if<int>(&arguments[place]) : nullptr;
+  return number != nullptr ? *number : -1;
 }
 
 }  // namespace
@@ -59,8 +56,15 @@ ServerProxy::ServerProxy(const QString& socketPath) {
 }
 
 AutomationResult ServerProxy::Call(std::string_view member, const Values& arguments) {
-  const int number = ChannelOf(arguments);
-  const auto channel = channels_.find(number);
+  const int number = NumberAt(arguments, 0);
+  auto channel = channels_.find(number);
+  if (channel != channels_.end() && member == "CStatus" && channel->second.status == kWaiting &&
+      heard_.hasExpired(kSilentMs)) {
+    const AutomationResult alive = RoundTrip("COpenLocked", {}, kCallMs);
+    if (!alive.Ok()) return alive;
+    // Other events may have run meanwhile.
+    channel = channels_.find(number);
+  }
   if (channel != channels_.end() && Connected()) {
     if (member == "CSend") return Send(number, arguments);
     if (member == "CStatus" || member == "COnlineEnabled" ||
@@ -69,7 +73,9 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
     }
   }
   AutomationResult result = RoundTrip(member, arguments, member == "COpen" ? kOpenMs : kCallMs);
-  if (member == "COpen" && result.Ok() && result.Int() >= 0) channels_[result.Int()];
+  if (member == "COpen" && result.Ok() && result.Int() >= 0) {
+    channels_[result.Int()].framed = NumberAt(arguments, 1) != kOnlineKind;
+  }
   if (member == "CClose") channels_.erase(number);
   return result;
 }
@@ -84,15 +90,36 @@ AutomationResult ServerProxy::Local(std::string_view member, ChannelState& chann
 }
 
 AutomationResult ServerProxy::Send(int number, const Values& arguments) {
+  // What the server told since the last call, above all of an online channel. To ask the system
+  // first is quicker than the socket's own way of finding out that there is nothing.
+  pollfd told{static_cast<int>(socket_.socketDescriptor()), POLLIN, 0};
+  if (poll(&told, 1, 0) > 0) socket_.waitForReadyRead(0);
   ChannelState& channel = channels_[number];
   ++channel.exchange;
   channel.status = kWaiting;
   channel.answerHere = false;
   channel.answer = {};
+  if (Connected() && SurelyTaken(channel, arguments)) {
+    Write(rpc::EncodeRequest(0, "CSend", arguments));
+    heard_.start();
+    return {};
+  }
   AutomationResult result = RoundTrip("CSend", arguments, kCallMs);
   // Other events may have run meanwhile; the channel is looked up again.
   if (!result.Ok() && channels_.count(number) != 0) channels_[number].status = kNothingSent;
   return result;
+}
+
+/// One plain line on a command channel while there is no online channel.
+bool ServerProxy::SurelyTaken(const ChannelState& channel, const Values& arguments) const {
+  const auto* line = arguments.size() == 2 ? std::get_if<std::string>(&arguments[1]) : nullptr;
+  return line != nullptr && channel.framed && !channel.online &&
+         std::all_of(line->begin(), line->end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+void ServerProxy::Write(const QByteArray& request) {
+  socket_.write(request);
+  socket_.flush();
 }
 
 AutomationResult ServerProxy::Get(std::string_view property, const Values& arguments) {
@@ -103,7 +130,12 @@ AutomationResult ServerProxy::Put(std::string_view property, const Values& argum
                                   const Value& value) {
   Values all = arguments;
   all.push_back(value);
-  return RoundTrip(property, all, kCallMs);
+  AutomationResult result = RoundTrip(property, all, kCallMs);
+  const auto channel = channels_.find(NumberAt(arguments, 0));
+  if (property == "CFrame" && result.Ok() && channel != channels_.end()) {
+    channel->second.framed = NumberAt(all, 1) == kFramed;
+  }
+  return result;
 }
 
 AutomationResult ServerProxy::Request(std::string_view method, const Values& arguments,
@@ -117,15 +149,7 @@ AutomationResult ServerProxy::RoundTrip(std::string_view method, const Values& a
                                         int limitMs) {
   if (!Connected()) return ObjectError(code::kServerGone, "not connected");
   const int id = ++lastId_;
-  QJsonArray parameters;
-  for (const Value& argument : arguments) parameters.append(ToJson(argument));
-  const QJsonObject request{
-      {QStringLiteral("jsonrpc"), QStringLiteral("2.0")},
-      {QStringLiteral("id"), id},
-      {QStringLiteral("method"), QString::fromLatin1(method.data(), qsizetype(method.size()))},
-      {QStringLiteral("params"), parameters}};
-  socket_.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
-  socket_.flush();
+  Write(rpc::EncodeRequest(id, method, arguments));
   if (!WaitForReply(id, limitMs)) {
     return ObjectError(code::kServerGone, Connected() ? "no answer in time" : "connection lost");
   }
@@ -155,6 +179,7 @@ bool ServerProxy::WaitForReply(int id, int limitMs) {
 }
 
 void ServerProxy::Read() {
+  heard_.start();
   while (socket_.canReadLine()) Take(socket_.readLine());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QJsonObject>
 #include <QLocalSocket>
@@ -12,8 +13,10 @@
 namespace ostrel {
 
 /// The communication server as an object of this process: every member is one request on the
-/// server's socket. Statuses come as notices, so that polling "CStatus" costs no round trip. A call
-/// that gets no answer in its time, or a server that is gone, is error 10041.
+/// server's socket. Statuses come as notices, so that polling "CStatus" costs no round trip.
+/// "CSend" awaits no acknowledgement where nothing speaks against the line; should the server
+/// refuse it all the same, "CStatus" raises that. A call that gets no answer in its time, or a
+/// server that is gone, is error 10041.
 class ServerProxy : public AutomationObject {
  public:
   /// Connects to the server's socket; Connected tells whether one listens there.
@@ -35,6 +38,7 @@ class ServerProxy : public AutomationObject {
   struct ChannelState {
     int exchange = 0;
     int status = 3;
+    bool framed = true;
     bool online = false;
     bool answerHere = false;
     AutomationResult answer;
@@ -42,6 +46,8 @@ class ServerProxy : public AutomationObject {
 
   AutomationResult Local(std::string_view member, ChannelState& channel);
   AutomationResult Send(int channel, const Values& arguments);
+  bool SurelyTaken(const ChannelState& channel, const Values& arguments) const;
+  void Write(const QByteArray& request);
   AutomationResult RoundTrip(std::string_view method, const Values& arguments, int limitMs);
   bool WaitForReply(int id, int limitMs);
   void Read();
@@ -49,6 +55,7 @@ class ServerProxy : public AutomationObject {
   void TakeStatus(const QJsonObject& notice);
 
   QLocalSocket socket_;
+  QElapsedTimer heard_;  // since the server told something, or a line went to it
   int lastId_ = 0;
   QHash<int, QJsonObject> replies_;
   std::map<int, ChannelState> channels_;

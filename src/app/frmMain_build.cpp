@@ -1,0 +1,168 @@
+// What the main window consists of, and its captions.
+
+#include <QActionGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "app/frmMain.h"
+#include "app/texts.h"
+
+namespace ostrel {
+
+namespace {
+
+template <typename Control>
+Control* Named(Control* control, const char* name) {
+  control->setObjectName(QLatin1String(name));
+  return control;
+}
+
+QLineEdit* ShowingEdit(const char* name, int width) {
+  auto* edit = Named(new QLineEdit, name);
+  edit->setReadOnly(true);
+  edit->setFixedWidth(width);
+  return edit;
+}
+
+}  // namespace
+
+void frmMain::OnLanguage(int id, std::function<void(const QString&)> set) {
+  captions_.push_back({id, std::move(set)});
+}
+
+QLabel* frmMain::SimulationLabel(int id) {
+  auto* label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignCenter);
+  label->setMargin(4);
+  // The same in every scheme: it must not be overlooked.
+  QPalette colours = label->palette();
+  colours.setColor(QPalette::Window, QColor(0xff, 0xb3, 0x00));
+  colours.setColor(QPalette::WindowText, Qt::black);
+  label->setPalette(colours);
+  label->setAutoFillBackground(true);
+  QFont bold = label->font();
+  bold.setBold(true);
+  label->setFont(bold);
+  label->hide();
+  OnLanguage(id, [label](const QString& text) { label->setText(text); });
+  return label;
+}
+
+void frmMain::BuildHeader(QVBoxLayout& rows) {
+  edtKennName = ShowingEdit("edtKennName", 190);
+  edtTyp = ShowingEdit("edtTyp", 90);
+  lblModel = Named(new QLabel, "lblModel");
+  lblModel->setTextFormat(Qt::PlainText);
+  // A long text of a device is cut, not a reason for a wider window.
+  lblModel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  butDeviceSelect = Named(new QPushButton, "butDeviceSelect");
+  connect(butDeviceSelect, &QPushButton::clicked, this, qOverload<>(&frmMain::DeviceSelect));
+  OnLanguage(text::kSelectDeviceButton,
+             [this](const QString& text) { butDeviceSelect->setText(text); });
+
+  auto* header = new QHBoxLayout;
+  const auto addCaptioned = [&](int id, QLineEdit* edit) {
+    auto* label = new QLabel;
+    header->addWidget(label);
+    header->addWidget(edit);
+    header->addSpacing(8);
+    // The letter that the caption underlines elsewhere belongs to the button here.
+    OnLanguage(id, [label](QString text) { label->setText(text.remove(QLatin1Char('&')) + ':'); });
+  };
+  addCaptioned(text::kDevice, edtKennName);
+  addCaptioned(text::kType, edtTyp);
+  header->addWidget(lblModel, 1);
+  header->addWidget(butDeviceSelect);
+  rows.addLayout(header);
+}
+
+void frmMain::BuildTree(QVBoxLayout& rows) {
+  tvwPages = Named(new QTreeWidget, "tvwPages");
+  tvwPages->setHeaderHidden(true);
+  tvwPages->setMinimumWidth(120);
+  stack_ = new QStackedWidget;
+  auto* splitter = new QSplitter;
+  splitter->addWidget(tvwPages);
+  splitter->addWidget(stack_);
+  splitter->setStretchFactor(1, 1);
+  splitter->setSizes({210, 740});
+  splitter->setChildrenCollapsible(false);
+  rows.addWidget(splitter, 1);
+}
+
+QMenu* frmMain::AddMenu(int id) {
+  QMenu* menu = menuBar()->addMenu(QString());
+  OnLanguage(id, [menu](const QString& text) { menu->setTitle(text); });
+  return menu;
+}
+
+QAction* frmMain::AddCommand(QMenu& menu, int id, QKeySequence keys, void (frmMain::*command)()) {
+  QAction* action = menu.addAction(QString());
+  action->setShortcut(keys);
+  connect(action, &QAction::triggered, this, command);
+  OnLanguage(id, [action](const QString& text) { action->setText(text); });
+  return action;
+}
+
+void frmMain::BuildMenus(Scheme scheme) {
+  QMenu* program = AddMenu(text::kMenuProgram);
+  mnuDeviceSelect =
+      AddCommand(*program, text::kSelectDeviceButton, QKeySequence::Open, &frmMain::DeviceSelect);
+  mnuRead = AddCommand(*program, text::kReadPage, Qt::Key_F5, &frmMain::ReadPage);
+  program->addSeparator();
+  AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
+  QMenu* view = AddMenu(text::kMenuView);
+  AddSchemes(*view, scheme);
+  view->addSeparator();
+  AddLanguages(*view);
+}
+
+void frmMain::AddSchemes(QMenu& menu, Scheme current) {
+  auto* group = new QActionGroup(this);
+  for (const auto& [scheme, id] : {std::pair{Scheme::kSystem, text::kSchemeSystem},
+                                   std::pair{Scheme::kLight, text::kSchemeLight},
+                                   std::pair{Scheme::kDark, text::kSchemeDark}}) {
+    QAction* action = group->addAction(menu.addAction(QString()));
+    action->setCheckable(true);
+    action->setChecked(scheme == current);
+    OnLanguage(id, [action](const QString& text) { action->setText(text); });
+    connect(action, &QAction::triggered, this, [this, chosen = scheme] {
+      ApplyScheme(chosen);
+      service_.Settings().WriteProgram("Ostrel", "Misc", "Scheme", SchemeName(chosen));
+    });
+  }
+}
+
+void frmMain::AddLanguages(QMenu& menu) {
+  auto* group = new QActionGroup(this);
+  // Each in its own language, so that it is found from every other.
+  for (const auto& [code, name] : {std::pair{"deu", "D&eutsch"}, std::pair{"eng", "E&nglish"},
+                                   std::pair{"fra", "&Français"}}) {
+    QAction* action = group->addAction(menu.addAction(QString::fromUtf8(name)));
+    action->setCheckable(true);
+    action->setChecked(service_.Languages().Current() == code);
+    connect(action, &QAction::triggered, this, [this, chosen = code] { ChangeLanguage(chosen); });
+  }
+}
+
+void frmMain::BuildStatusBar() {
+  lblSimulation = SimulationLabel(text::kSimulationMark);
+  lblSimulation->setMargin(1);
+  lblConnection = Named(new QLabel, "lblConnection");
+  lblConnection->setTextFormat(Qt::PlainText);
+  statusBar()->addPermanentWidget(lblSimulation);
+  statusBar()->addPermanentWidget(lblConnection);
+}
+
+}  // namespace ostrel

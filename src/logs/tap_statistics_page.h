@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/service.h"
+#include "platform/bar_chart.h"
+#include "platform/page.h"
+
+class QLabel;
+class QPushButton;
+class QScrollBar;
+
+namespace ostrel {
+
+/// The page of the tap-changer statistics.
+class TapStatisticsPage : public Page {
+ public:
+  TapStatisticsPage(Service& service, Runner run);
+
+  void Captions() override;
+  void Refresh() override;
+  void Read() override;
+  void EnableCommands(bool free) override;
+
+ private:
+  /// A caption and a number beside it.
+  struct Total {
+    QLabel* caption;
+    QLabel* number;
+  };
+
+  void Arrange();
+  Total MakeTotal(const char* name);
+  void Delete();
+  void ToClipboard();
+  bool ReadDevice();
+  BarChartData ChartData() const;
+  void ShowCounters();
+  void ShowTotals();
+  void ShowHint();
+  void ResetWindow();
+  void MoveWindow();
+
+  Service& service_;
+  Runner run_;
+  bool read_ = false;  // the counters shown are the device's
+  QPushButton* butStatLesen;
+  QPushButton* butStatDel;
+  QPushButton* butTapStat2Clip;
+  BarChart* chrtTapStat;
+  QScrollBar* scrlTapStat;
+  Total total_;
+  Total underLoad_;
+};
+
+}  // namespace ostrel

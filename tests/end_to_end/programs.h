@@ -1,0 +1,49 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QJsonValue>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <memory>
+
+namespace ostrel {
+
+/// How a program ended, and what it printed.
+struct Outcome {
+  int status = -1;
+  QByteArray out, err;
+  QJsonDocument Json() const { return QJsonDocument::fromJson(out); }
+};
+
+/// The built programs in folders of their own: settings, socket and log of one test. Its server is
+/// stopped at the end.
+class Programs {
+ public:
+  Programs();
+  ~Programs();
+
+  /// Starts a program of the build; it is killed with the object.
+  std::unique_ptr<QProcess> Start(const QString& program, const QStringList& arguments) const;
+  /// Runs `ostrel` in English and waits for its end.
+  Outcome Run(const QStringList& arguments) const;
+  /// Starts a simulator on a free port; returns the port.
+  int StartSimulator(std::unique_ptr<QProcess>& simulator, int port = 0) const;
+  /// Adds a TCP connection to a port of this machine and makes it the current one.
+  void UseTcp(int port) const;
+  /// The process number of the server; 0 when none runs.
+  int ServerPid() const;
+  QString Folder() const { return folder_.path(); }
+
+  /// Lets this process use the same folders.
+  void Enter() const;
+
+ private:
+  QTemporaryDir folder_;
+  QProcessEnvironment environment_;
+};
+
+}  // namespace ostrel
