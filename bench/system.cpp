@@ -1,0 +1,73 @@
+#include "system.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "link/connections.h"
+
+namespace ostrel::bench {
+
+namespace {
+
+std::array<int, 2> NewPipe() {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  return ends;
+}
+
+}  // namespace
+
+void LiveIn(const std::filesystem::path& folder) {
+  setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+  setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+}
+
+void ChooseEventLoop(int argc, char** argv) {
+  const bool desktop = argc > 1 && std::string_view(argv[1]) == "--glib";
+  if (!desktop) setenv("QT_NO_GLIB", "1", 1);
+}
+
+Server::Server()
+    : log_(NewPipe()), process_([this] {
+        const auto program =
+            std::filesystem::read_symlink("/proc/self/exe").replace_filename("ostrel-server");
+        dup2(log_[1], STDERR_FILENO);
+        execl(program.c_str(), program.c_str(), static_cast<char*>(nullptr));
+        throw std::runtime_error(program.string() + " does not start");
+      }) {
+  close(log_[1]);
+  std::string text;
+  char bytes[1024];
+  while (text.find("listening") == std::string::npos) {
+    const ssize_t count = read(log_[0], bytes, sizeof(bytes));
+    if (count <= 0) throw std::runtime_error("the server does not listen: " + text);
+    text.append(bytes, static_cast<std::size_t>(count));
+  }
+}
+
+Server::~Server() {
+  close(log_[0]);
+}
+
+Program::Program(int port) {
+  const Connection connection{
+      .name = "bench", .kind = "tcp", .host = "127.0.0.1", .port = port, .device = {}};
+  Connections(settings_).Add(connection);
+  link_.LoadSettings();
+  link_.OfferChooser(false);
+  if (link_.ConnectionOpen(connection.name) != LinkState::kChannel) {
+    throw std::runtime_error("no connection: " + link_.LastError().description);
+  }
+}
+
+std::string Program::Exchange(const std::string& line) {
+  std::string answer;
+  const int code = link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
+  if (code != 0) throw std::runtime_error("no answer: " + messages_.Text(code));
+  return answer;
+}
+
+}  // namespace ostrel::bench

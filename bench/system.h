@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <iostream>
+#include <string>
+
+#include "app/messages.h"
+#include "cli/terminal_dialogs.h"
+#include "link/link.h"
+#include "platform/event_clock.h"
+#include "platform/registry_settings.h"
+#include "platform/server_factory.h"
+#include "processes.h"
+
+namespace ostrel::bench {
+
+/// Points the settings and the server's socket into this folder. To be called before all else.
+void LiveIn(const std::filesystem::path& folder);
+
+/// The event loop of the command line; with the argument "--glib" that of the desktop program.
+void ChooseEventLoop(int argc, char** argv);
+
+/// The server program of the same build; it listens when the object is there.
+class Server {
+ public:
+  Server();
+  ~Server();
+  pid_t Pid() const { return process_.Pid(); }
+
+ private:
+  std::array<int, 2> log_;  // what it tells: read here, written there
+  Child process_;
+};
+
+/// A program's link to the devices, on a TCP connection of its own.
+class Program {
+ public:
+  /// Connects through the server to a device on this port; throws when that does not succeed.
+  explicit Program(int port);
+
+  /// One line for one answer; throws when there is no answer.
+  std::string Exchange(const std::string& line);
+
+ private:
+  RegistrySettings settings_;
+  ServerFactory automation_;
+  EventClock clock_;
+  TerminalDialogs dialogs_{std::cin, std::cerr, {}};
+  Messages messages_{dialogs_};
+  Link link_{automation_, settings_, clock_, dialogs_, messages_, {}};
+};
+
+}  // namespace ostrel::bench
