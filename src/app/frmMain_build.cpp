@@ -16,16 +16,11 @@
 
 #include "app/frmMain.h"
 #include "app/texts.h"
+#include "platform/named.h"
 
 namespace ostrel {
 
 namespace {
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QLatin1String(name));
-  return control;
-}
 
 QLineEdit* ShowingEdit(const char* name, int width) {
   auto* edit = Named(new QLineEdit, name);

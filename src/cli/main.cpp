@@ -10,13 +10,6 @@
 #include "platform/bar_chart.h"
 #include "platform/terminal.h"
 
-namespace {
-
-constexpr int kPictureWidth = 1200;
-constexpr int kPictureHeight = 600;
-
-}  // namespace
-
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   // No event comes from a desktop here; without its loop a wait costs less.
@@ -31,7 +24,7 @@ int main(int argc, char** argv) {
     application = std::make_unique<QCoreApplication>(argc, argv);
   }
   const auto paint = [](const ostrel::TapCounters& data, const ostrel::Messages& messages) {
-    return ostrel::BarChartPng(ostrel::TapChart(data, messages), kPictureWidth, kPictureHeight);
+    return ostrel::BarChartPng(ostrel::TapChart(data, messages));
   };
   return static_cast<int>(ostrel::RunInTerminal(arguments, paint));
 }

@@ -11,17 +11,12 @@
 #include <initializer_list>
 
 #include "app/texts.h"
+#include "platform/named.h"
 #include "platform/window_dialogs.h"
 
 namespace ostrel {
 
 namespace {
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QLatin1String(name));
-  return control;
-}
 
 /// Text of a device on one line: what would break the line or the columns is made visible.
 QString OneLine(const std::string& line) {

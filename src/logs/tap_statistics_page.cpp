@@ -10,20 +10,13 @@
 
 #include "app/texts.h"
 #include "logs/tap_statistics_text.h"
+#include "platform/named.h"
 
 namespace ostrel {
 
 namespace {
 
 constexpr int kMostVisible = 41;
-constexpr int kPictureWidth = 1200;
-constexpr int kPictureHeight = 600;
-
-template <typename Control>
-Control* Named(Control* control, const char* name) {
-  control->setObjectName(QLatin1String(name));
-  return control;
-}
 
 }  // namespace
 
@@ -124,7 +117,7 @@ void TapStatisticsPage::Delete() {
 
 void TapStatisticsPage::ToClipboard() {
   service_.Boxes().ToClipboard(TapTable(service_.Statistics().Counters(), service_.Texts()),
-                               BarChartPng(ChartData(), kPictureWidth, kPictureHeight));
+                               BarChartPng(ChartData()));
   service_.Texts().Show(text::kCopiedAsTextAndPicture);
 }
 

@@ -18,6 +18,8 @@ constexpr double kHeadroom = 1.12;
 constexpr int kMargin = 2;   // positions beside the used ones
 constexpr int kFewest = 21;  // positions in a chart
 constexpr double kLowestTop = 10;
+constexpr int kPictureWidth = 1200;
+constexpr int kPictureHeight = 600;
 
 QString PositionText(int position) {
   return (position > 0 ? QStringLiteral("+") : QString()) + QLocale().toString(position);
@@ -229,13 +231,13 @@ void BarChart::Unmark() {
   plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
-std::string BarChartPng(const BarChartData& data, int width, int height, bool dark) {
+std::string BarChartPng(const BarChartData& data) {
   BarChart chart;
-  chart.setPalette(SchemePalette(dark ? Scheme::kDark : Scheme::kLight));
+  chart.setPalette(SchemePalette(Scheme::kLight));
   chart.SetData(data);
   const auto [first, last] = UsedPositions(data, static_cast<int>(data.counts.size()));
   chart.ShowPositions(first, last);
-  return chart.Png(width, height);
+  return chart.Png(kPictureWidth, kPictureHeight);
 }
 
 }  // namespace ostrel

@@ -51,7 +51,8 @@ class BarChart : public QWidget {
   BarChartData data_;
 };
 
-/// PNG bytes of a chart of all that was counted, drawn off screen. A QApplication must exist.
-std::string BarChartPng(const BarChartData& data, int width, int height, bool dark = false);
+/// PNG bytes of a chart of all that was counted, 1200 × 600 pixels large, in light colours, drawn
+/// off screen. A QApplication must exist.
+std::string BarChartPng(const BarChartData& data);
 
 }  // namespace ostrel

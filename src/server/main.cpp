@@ -1,16 +1,13 @@
 // ostrel-server: the communication server as a program of its own.
 
-#include <signal.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QSocketNotifier>
+#include <csignal>
 #include <iostream>
 #include <string>
 
+#include "platform/end_signals.h"
 #include "platform/registry_settings.h"
 #include "server/rpc_server.h"
 
@@ -23,21 +20,8 @@ void Log(const std::string& text) {
             << text << std::endl;
 }
 
-/// A descriptor that becomes readable when the process is asked to end.
-int EndSignals() {
-  signal(SIGPIPE, SIG_IGN);
-  sigset_t blocked;
-  sigemptyset(&blocked);
-  sigaddset(&blocked, SIGTERM);
-  sigaddset(&blocked, SIGINT);
-  sigprocmask(SIG_BLOCK, &blocked, nullptr);
-  return signalfd(-1, &blocked, SFD_CLOEXEC | SFD_NONBLOCK);
-}
-
 int Serve(QCoreApplication& application, int idleS, bool verbose) {
-  QSocketNotifier ending(EndSignals(), QSocketNotifier::Read);
-  QObject::connect(&ending, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
-
+  const ostrel::EndSignals asked(&QCoreApplication::quit);
   ostrel::RegistrySettings settings;
   ostrel::CommServer comm(settings);
   if (verbose) comm.TraceTo(&Log);
@@ -82,6 +66,8 @@ int main(int argc, char** argv) {
   }
   // Qt's own event loop takes a tenth less time for an exchange than GLib's.
   qputenv("QT_NO_GLIB", "1");
+  // A log that nobody reads any more is no reason to end.
+  std::signal(SIGPIPE, SIG_IGN);
   QCoreApplication application(argc, argv);
   return Serve(application, idleS, verbose);
 }

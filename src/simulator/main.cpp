@@ -1,18 +1,16 @@
-#include <sys/socket.h>
-#include <unistd.h>
+// ostrel-simulator: the simulated devices behind a TCP port.
 
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QHostAddress>
-#include <QSocketNotifier>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
-#include <csignal>
 #include <cstdint>
 #include <iostream>
 #include <string>
 
+#include "platform/end_signals.h"
 #include "simulator/bus.h"
 #include "simulator/device_line.h"
 
@@ -24,14 +22,6 @@ using ostrel::simulator::DeviceLine;
 constexpr qint64 kReadBuffer = 64 * 1024;
 // A host that does not fetch its replies gets no further ones.
 constexpr qint64 kMaxUnsent = 1024 * 1024;
-
-int signalPipe[2] = {-1, -1};
-
-void OnSignal(int) {
-  const char byte = 0;
-  // A full pipe already says the same.
-  [[maybe_unused]] const auto written = write(signalPipe[1], &byte, 1);
-}
 
 /// One connected host with a line of its own to the bus; it ends with its socket.
 class Host : public QObject {
@@ -94,22 +84,13 @@ int ParseOptions(int argc, char** argv, Options& options) {
   return -1;
 }
 
-/// Ends the event loop on SIGTERM and SIGINT.
-void QuitOnSignals(QCoreApplication& application) {
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, signalPipe) != 0) return;
-  auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, &application);
-  QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
-  std::signal(SIGTERM, OnSignal);
-  std::signal(SIGINT, OnSignal);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   Options options;
   if (const int status = ParseOptions(argc, argv, options); status >= 0) return status;
   QCoreApplication application(argc, argv);
-  QuitOnSignals(application);
+  const ostrel::EndSignals asked(&QCoreApplication::quit);
 
   Bus bus(options.seed);
   QTcpServer server;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/bar_chart.h"
+#include "platform/scheme.h"
 #include "platform/window_dialogs.h"
 
 namespace ostrel {
@@ -44,13 +45,15 @@ TEST(UsedPositions, ShowWhatWasCounted) {
   }
 }
 
-TEST(BarChartPng, IsAPictureInTheSchemesColours) {
+TEST(BarChart, IsAPictureInTheSchemesColours) {
   for (const bool dark : {false, true}) {
-    const BarChartData data{
-        .first = -2, .counts = {0, 65535, 3}, .positionLabel = "Tap", .countLabel = "Count"};
-    const std::string png = BarChartPng(data, 640, 320, dark);
+    BarChart chart;
+    chart.setPalette(SchemePalette(dark ? Scheme::kDark : Scheme::kLight));
+    chart.SetData(
+        {.first = -2, .counts = {0, 65535, 3}, .positionLabel = "Tap", .countLabel = "Count"});
+    chart.ShowPositions(-2, 0);
     QImage picture;
-    ASSERT_TRUE(picture.loadFromData(QByteArray::fromStdString(png), "PNG")) << dark;
+    ASSERT_TRUE(picture.loadFromData(QByteArray::fromStdString(chart.Png(640, 320)), "PNG"));
     EXPECT_EQ(picture.size(), QSize(640, 320)) << dark;
     EXPECT_EQ(picture.pixelColor(2, 2).lightness() < 128, dark) << dark;
     // The one high bar stands in the middle.
