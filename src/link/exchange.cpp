@@ -11,8 +11,6 @@ namespace ostrel {
 
 namespace {
 
-constexpr int kReady = 0;
-constexpr int kNothingSent = 3;
 constexpr int kOnlineWaitMs = 350;
 constexpr char kCtrlZ = 26;
 
@@ -35,7 +33,7 @@ int Link::CommandSend(int channel, const std::string& line) {
   if (!server_) return Raised(ObjectError(code::kNoChannel, {}));
   // What an earlier exchange left behind, an answer or its failure, is not this one's.
   const AutomationResult status = server_->Call("CStatus", {channel});
-  if (status.Ok() && status.Int() == kReady) server_->Call("CReceive", {channel});
+  if (status.Ok() && status.Int() == status::kReady) server_->Call("CReceive", {channel});
   const AutomationResult sent = server_->Call("CSend", {channel, line});
   return sent.Ok() ? 0 : Raised(sent);
 }
@@ -51,7 +49,7 @@ int Link::AnswerWait(int channel, std::string& answer) {
 int Link::Poll(int channel, std::string& answer) {
   AutomationResult status = Call("CStatus", {channel});
   if (!status.Ok()) return lastError_.Code();
-  if (status.Int() == kNothingSent) return code::kNoCommand;
+  if (status.Int() == status::kNothingSent) return code::kNoCommand;
   const std::int64_t start = clock_.TickMs() / 1000;
   for (;;) {
     const AutomationResult online = Call("COnlineEnabled", {channel});
@@ -62,7 +60,7 @@ int Link::Poll(int channel, std::string& answer) {
     if (givenUp_) return code::kExchangeGivenUp;
     status = Call("CStatus", {channel});
     if (!status.Ok()) return lastError_.Code();
-    if (status.Int() != kReady) continue;
+    if (status.Int() != status::kReady) continue;
     const AutomationResult received = Call("CReceive", {channel});
     answer = received.Text();
     return received.Ok() ? 0 : lastError_.Code();

@@ -12,17 +12,12 @@
 #include "app/settings_store.h"
 #include "link/automation.h"
 #include "link/clock.h"
+#include "link/codes.h"
 
 namespace ostrel {
 
-/// Codes of the server and of the link; each is the number of its message.
+/// Codes of the link itself; the server's are in codes.h.
 namespace code {
-inline constexpr int kNoCommand = 1283;
-inline constexpr int kTimeout = 10012;
-inline constexpr int kOnlineActive = 10019;
-inline constexpr int kNoChannel = 10026;
-inline constexpr int kServerGone = 10041;
-inline constexpr int kServerNotStarted = 10065;
 inline constexpr int kExchangeUnderWay = Own(3);
 inline constexpr int kExchangeGivenUp = Own(4);
 }  // namespace code

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "link/link.h"
 #include "server/json_rpc.h"
 
 namespace ostrel {
@@ -23,11 +22,6 @@ constexpr int kOpenMs = 10000;
 constexpr int kBlockMs = 50;
 // A server that has been silent for so long while an answer is awaited is asked whether it lives.
 constexpr int kSilentMs = 1000;
-constexpr int kReady = 0;
-constexpr int kWaiting = 1;
-constexpr int kNothingSent = 3;
-constexpr int kOnlineKind = 3;
-constexpr int kFramed = 2;
 
 Value FromJson(const QJsonValue& json) {
   if (json.isBool()) return json.toBool();
@@ -58,8 +52,8 @@ ServerProxy::ServerProxy(const QString& socketPath) {
 AutomationResult ServerProxy::Call(std::string_view member, const Values& arguments) {
   const int number = NumberAt(arguments, 0);
   auto channel = channels_.find(number);
-  if (channel != channels_.end() && member == "CStatus" && channel->second.status == kWaiting &&
-      heard_.hasExpired(kSilentMs)) {
+  if (channel != channels_.end() && member == "CStatus" &&
+      channel->second.status == status::kWaiting && heard_.hasExpired(kSilentMs)) {
     const AutomationResult alive = RoundTrip("COpenLocked", {}, kCallMs);
     if (!alive.Ok()) return alive;
     // Other events may have run meanwhile.
@@ -74,7 +68,7 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
   }
   AutomationResult result = RoundTrip(member, arguments, member == "COpen" ? kOpenMs : kCallMs);
   if (member == "COpen" && result.Ok() && result.Int() >= 0) {
-    channels_[result.Int()].framed = NumberAt(arguments, 1) != kOnlineKind;
+    channels_[result.Int()].framed = NumberAt(arguments, 1) != kind::kOnline;
   }
   if (member == "CClose") channels_.erase(number);
   return result;
@@ -84,7 +78,7 @@ AutomationResult ServerProxy::Local(std::string_view member, ChannelState& chann
   if (member == "COnlineEnabled") return {channel.online, 0, {}};
   if (member == "CStatus" && channel.answer.Ok()) return {channel.status, 0, {}};
   // The answer, or the failure: either is given once.
-  channel.status = kNothingSent;
+  channel.status = status::kNothingSent;
   channel.answerHere = false;
   return std::exchange(channel.answer, {});
 }
@@ -96,7 +90,7 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   if (poll(&told, 1, 0) > 0) socket_.waitForReadyRead(0);
   ChannelState& channel = channels_[number];
   ++channel.exchange;
-  channel.status = kWaiting;
+  channel.status = status::kWaiting;
   channel.answerHere = false;
   channel.answer = {};
   if (Connected() && SurelyTaken(channel, arguments)) {
@@ -106,7 +100,7 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   }
   AutomationResult result = RoundTrip("CSend", arguments, kCallMs);
   // Other events may have run meanwhile; the channel is looked up again.
-  if (!result.Ok() && channels_.count(number) != 0) channels_[number].status = kNothingSent;
+  if (!result.Ok() && channels_.count(number) != 0) channels_[number].status = status::kNothingSent;
   return result;
 }
 
@@ -133,7 +127,7 @@ AutomationResult ServerProxy::Put(std::string_view property, const Values& argum
   AutomationResult result = RoundTrip(property, all, kCallMs);
   const auto channel = channels_.find(NumberAt(arguments, 0));
   if (property == "CFrame" && result.Ok() && channel != channels_.end()) {
-    channel->second.framed = NumberAt(all, 1) == kFramed;
+    channel->second.framed = NumberAt(all, 1) == frame::kFramed;
   }
   return result;
 }
@@ -212,7 +206,7 @@ void ServerProxy::TakeStatus(const QJsonObject& notice) {
     channel.answer = FromError(error);
   } else if (const QJsonValue answer = notice[QStringLiteral("answer")]; answer.isString()) {
     channel.answer = {answer.toString().toStdString(), 0, {}};
-    channel.answerHere = channel.status == kReady;
+    channel.answerHere = channel.status == status::kReady;
   }
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "link/automation.h"
+#include "link/codes.h"
 
 namespace ostrel {
 
@@ -37,7 +38,7 @@ class ServerProxy : public AutomationObject {
   /// comes late is known by its number.
   struct ChannelState {
     int exchange = 0;
-    int status = 3;
+    int status = status::kNothingSent;
     bool framed = true;
     bool online = false;
     bool answerHere = false;

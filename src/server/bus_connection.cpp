@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "link/answers.h"
+#include "link/codes.h"
 #include "server/line_text.h"
 
 namespace ostrel {
@@ -11,10 +12,6 @@ namespace {
 
 constexpr std::ptrdiff_t kMaxWaiting = 64;  // lines of one channel
 constexpr std::size_t kMaxRawWaiting = 64 * 1024;
-constexpr int kNoAnswer = 10012;
-constexpr int kReceiveError = 10015;
-constexpr int kTooBig = 10017;
-constexpr int kOnlineActive = 10019;
 constexpr int kOwnTimeoutMs = 3000;
 const std::string kConnected(kConnectedStation);
 
@@ -91,9 +88,9 @@ void BusConnection::OnLost(const QString& reason) {
   if (lineStation_ != kConnectedStation) lineStation_.clear();
   timer_.stop();
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
-    Report(*flight, kReceiveError, text);
+    Report(*flight, code::kReceiveError, text);
   }
-  if (raw_) emit RawFailed(kReceiveError, text);
+  if (raw_) emit RawFailed(code::kReceiveError, text);
   StartNext();
 }
 
@@ -120,9 +117,9 @@ void BusConnection::SetRaw(bool raw) {
   lineStation_.clear();  // the online channel may make any station current
   const std::string reason = "an online channel was opened on " + name_;
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
-    Report(*flight, kOnlineActive, reason);
+    Report(*flight, code::kOnlineActive, reason);
   }
-  FailQueue(kOnlineActive, reason);
+  FailQueue(code::kOnlineActive, reason);
 }
 
 void BusConnection::SendRaw(const std::string& bytes) {
@@ -194,7 +191,7 @@ void BusConnection::OnReceived(const QByteArray& bytes) {
     return;
   }
   if (reply) {
-    Report(*flight_, kTooBig, "the answer is longer than 256 KiB");
+    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
     flight_->reported = true;
   }
   // The next line waits until the device has finished this one.
@@ -232,7 +229,7 @@ void BusConnection::OnTimeout() {
   const Flight flight = *std::exchange(flight_, std::nullopt);
   if (!AddressOf(flight.out.line).makesCurrent.empty()) lineStation_.clear();
   if (trace_) Note("no answer to " + ForLog(flight.out.line));
-  if (!flight.reported) Report(flight, kNoAnswer, "no answer from " + name_);
+  if (!flight.reported) Report(flight, code::kTimeout, "no answer from " + name_);
   StartNext();
 }
 

@@ -2,18 +2,11 @@
 
 #include <utility>
 
+#include "link/codes.h"
 #include "server/line_text.h"
 #include "server/reply_framer.h"
 
 namespace ostrel {
-namespace {
-
-constexpr int kReceiveError = 10015;
-constexpr int kTooBig = 10017;
-constexpr int kNoCommandSent = 1283;
-
-}  // namespace
-
 int Channel::NextExchange() {
   if (!Transparent()) {
     Clear();
@@ -31,25 +24,26 @@ void Channel::Clear() {
 StatusNotice Channel::Answer(std::string_view bytes) {
   state_ = State::kReady;
   received_.assign(bytes);
-  return {number, exchange_, kReady, FromLatin1(bytes), 0, {}};
+  return {number, exchange_, status::kReady, FromLatin1(bytes), 0, {}};
 }
 
 StatusNotice Channel::Fail(int error, std::string description) {
   state_ = State::kFailed;
   received_.clear();
   failure_ = ObjectError(error, std::move(description));
-  return {number, exchange_, kNoCommand, std::nullopt, failure_.error, failure_.description};
+  return {number,       exchange_,      status::kNothingSent,
+          std::nullopt, failure_.error, failure_.description};
 }
 
 std::optional<StatusNotice> Channel::AddRaw(std::string_view bytes) {
   if (received_.size() + bytes.size() > ReplyFramer::kMaxAnswer) {
-    return Fail(kTooBig, "more than 256 KiB came in that nobody fetched");
+    return Fail(code::kTooBig, "more than 256 KiB came in that nobody fetched");
   }
   const bool first = received_.empty();
   received_ += bytes;
   if (state_ != State::kFailed) state_ = State::kReady;
   if (!first) return std::nullopt;
-  return StatusNotice{number, exchange_, kReady, std::nullopt, 0, {}};
+  return StatusNotice{number, exchange_, status::kReady, std::nullopt, 0, {}};
 }
 
 AutomationResult Channel::Raise() {
@@ -62,20 +56,21 @@ AutomationResult Channel::Status() {
     case State::kFailed:
       return Raise();
     case State::kReady:
-      return {kReady, 0, {}};
+      return {status::kReady, 0, {}};
     case State::kWaiting:
-      return {kWaiting, 0, {}};
+      return {status::kWaiting, 0, {}};
     case State::kIdle:
       break;
   }
-  return {kNoCommand, 0, {}};
+  return {status::kNothingSent, 0, {}};
 }
 
 AutomationResult Channel::Receive() {
   if (state_ == State::kFailed) return Raise();
   if (!Transparent()) {
-    if (state_ == State::kWaiting) return ObjectError(kReceiveError, "there is no answer yet");
-    if (state_ == State::kIdle) return ObjectError(kNoCommandSent, "no command was sent");
+    if (state_ == State::kWaiting)
+      return ObjectError(code::kReceiveError, "there is no answer yet");
+    if (state_ == State::kIdle) return ObjectError(code::kNoCommand, "no command was sent");
   }
   state_ = State::kIdle;
   return {FromLatin1(std::exchange(received_, {})), 0, {}};

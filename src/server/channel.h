@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "link/automation.h"
+#include "link/codes.h"
 
 namespace ostrel {
 
@@ -23,20 +24,16 @@ struct StatusNotice {
 /// A client's channel and the exchange that goes on on it.
 class Channel {
  public:
-  static constexpr int kReady = 0, kWaiting = 1, kNoCommand = 3;
-  static constexpr int kCommandKind = 2, kOnlineKind = 3;
-  static constexpr int kTransparent = 0, kFramed = 2;
-
   int number = 0;
   int client = 0;
-  int kind = kCommandKind;
-  int frame = kFramed;
+  int kind = kind::kCommand;
+  int frame = frame::kFramed;
   int translate = 0;
   int timeoutS = 10;
   Line* line = nullptr;
 
   int Exchange() const { return exchange_; }
-  bool Transparent() const { return frame == kTransparent; }
+  bool Transparent() const { return frame == frame::kTransparent; }
 
   /// A CSend came: what was before is given up.
   int NextExchange();

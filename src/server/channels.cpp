@@ -4,16 +4,13 @@
 #include <utility>
 
 #include "app/settings_path.h"
+#include "link/codes.h"
 
 namespace ostrel {
 namespace {
 
 constexpr std::ptrdiff_t kMaxChannels = 64;  // on one connection
 constexpr int kLastNumber = 32767;
-constexpr int kTooManyChannels = 10011;
-constexpr int kOnlineTaken = 10018;
-constexpr int kNoSuchConnection = 10032;
-constexpr int kFaultyConnection = 10044;
 
 bool SameWay(const Connection& a, const Connection& b) {
   return a.kind == b.kind && a.host == b.host && a.port == b.port && a.device == b.device &&
@@ -35,12 +32,12 @@ Channel* Channels::Find(int client, int number) {
 void Channels::Open(int client, const std::string& name, int kind, const Reply& reply) {
   const auto connection = Connections(settings_).Find(name);
   if (!connection) {
-    reply(ObjectError(kNoSuchConnection, "there is no connection \"" + name + "\""));
+    reply(ObjectError(code::kNoSuchConnection, "there is no connection \"" + name + "\""));
     return;
   }
   Line* line = Connections::Valid(*connection) ? LineFor(*connection) : nullptr;
   if (line == nullptr) {
-    reply(ObjectError(kFaultyConnection,
+    reply(ObjectError(code::kFaultyConnection,
                       "the data of connection \"" + connection->name + "\" are faulty"));
     return;
   }
@@ -93,10 +90,11 @@ void Channels::MakeBus(Line& line) {
 
 AutomationResult Channels::Refusal(const Line& line, int kind) const {
   if (std::ssize(line.channels) >= kMaxChannels) {
-    return ObjectError(kTooManyChannels, "too many channels on \"" + line.connection.name + "\"");
+    return ObjectError(code::kTooManyChannels,
+                       "too many channels on \"" + line.connection.name + "\"");
   }
-  if (kind == Channel::kOnlineKind && line.onlineChannel != 0) {
-    return ObjectError(kOnlineTaken,
+  if (kind == kind::kOnline && line.onlineChannel != 0) {
+    return ObjectError(code::kOnlineTaken,
                        "an online channel is open on \"" + line.connection.name + "\"");
   }
   return {};
@@ -129,9 +127,9 @@ void Channels::Add(const Opening& opening) {
   channel.client = opening.client;
   channel.kind = opening.kind;
   channel.line = &line;
-  if (opening.kind == Channel::kOnlineKind) {
+  if (opening.kind == kind::kOnline) {
     line.onlineChannel = number;
-    SetFrame(channel, Channel::kTransparent);
+    SetFrame(channel, frame::kTransparent);
     // The others know before this client can: their next CSend is refused.
     TellOnline(line);
   }
@@ -152,7 +150,7 @@ void Channels::SetFrame(Channel& channel, int frame) {
   if (channel.frame == frame) return;
   channel.frame = frame;
   channel.Clear();
-  channel.line->bus->SetRaw(frame == Channel::kTransparent);
+  channel.line->bus->SetRaw(frame == frame::kTransparent);
 }
 
 void Channels::Close(int number) {

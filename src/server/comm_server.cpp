@@ -6,18 +6,13 @@
 #include <string>
 #include <utility>
 
+#include "link/codes.h"
 #include "server/line_text.h"
 
 namespace ostrel {
 namespace {
 
 constexpr int kMaxTimeoutS = 3600;
-constexpr int kPortFailure = 10013;
-constexpr int kSendError = 10014;
-constexpr int kOnlineActive = 10019;
-constexpr int kNeedsOnline = 10020;
-constexpr int kFrameFailure = 10021;
-constexpr int kNoSuchChannel = 10026;
 
 int DefaultTimeoutS(const SettingsStore& settings) {
   const std::string text = settings.ReadShared(keys::kServerMisc, "DefTimeout_s", "10");
@@ -104,7 +99,7 @@ void CommServer::Call(int client, std::string_view name, const Values& arguments
              Channel* channel = channels_.Find(client, number)) {
     reply((this->*member->handler)(*channel, arguments));
   } else {
-    reply(ObjectError(kNoSuchChannel, "channel " + std::to_string(number) + " is not open"));
+    reply(ObjectError(code::kNoChannel, "channel " + std::to_string(number) + " is not open"));
   }
 }
 
@@ -121,11 +116,11 @@ void CommServer::Notify(int client, std::string_view name, const Values& argumen
 
 void CommServer::COpen(int client, const Values& arguments, const Reply& reply) {
   const std::string& name = std::get<std::string>(arguments[0]);
-  const int kind = arguments.size() > 1 ? std::get<int>(arguments[1]) : Channel::kCommandKind;
-  if (kind != Channel::kCommandKind && kind != Channel::kOnlineKind) {
+  const int kind = arguments.size() > 1 ? std::get<int>(arguments[1]) : kind::kCommand;
+  if (kind != kind::kCommand && kind != kind::kOnline) {
     reply(BadArguments("a channel's kind is 2 or 3"));
   } else if (ending_) {
-    reply(ObjectError(kPortFailure, "the communication server is ending"));
+    reply(ObjectError(code::kPortFailure, "the communication server is ending"));
   } else {
     const auto opened = [this, client, reply](const AutomationResult& result) {
       Channel* channel = result.Ok() ? channels_.Find(client, result.Int()) : nullptr;
@@ -156,10 +151,10 @@ AutomationResult CommServer::CStatus(Channel& channel, const Values&) {
 AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   const int exchange = channel.NextExchange();
   const auto bytes = ToLatin1(std::get<std::string>(arguments[1]));
-  if (!bytes) return ObjectError(kSendError, "the line holds a character outside ISO 8859-1");
+  if (!bytes) return ObjectError(code::kSendError, "the line holds a character outside ISO 8859-1");
   const Line& line = *channel.line;
   if (line.onlineChannel != 0 && line.onlineChannel != channel.number) {
-    return ObjectError(kOnlineActive,
+    return ObjectError(code::kOnlineActive,
                        "an online channel is open on \"" + line.connection.name + "\"");
   }
   if (channel.Transparent()) {
@@ -167,12 +162,12 @@ AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
     return Done();
   }
   auto single = SingleLine(*bytes);
-  if (!single) return ObjectError(kSendError, "the text is more than one line");
+  if (!single) return ObjectError(code::kSendError, "the text is more than one line");
   channel.Wait();
   const int number = channel.number;
   if (!line.bus->Send({number, exchange, *std::move(single), channel.timeoutS * 1000})) {
     channel.Clear();
-    return ObjectError(kSendError, "too many lines wait on this channel");
+    return ObjectError(code::kSendError, "too many lines wait on this channel");
   }
   return Done();
 }
@@ -194,11 +189,11 @@ AutomationResult CommServer::CTimeout(Channel& channel, const Values& arguments)
 AutomationResult CommServer::CFrame(Channel& channel, const Values& arguments) {
   if (arguments.size() < 2) return Done(channel.frame);
   const int frame = std::get<int>(arguments[1]);
-  if (frame != Channel::kTransparent && frame != Channel::kFramed) {
-    return ObjectError(kFrameFailure, "a frame mode is 0 or 2");
+  if (frame != frame::kTransparent && frame != frame::kFramed) {
+    return ObjectError(code::kFrameFailure, "a frame mode is 0 or 2");
   }
-  if (frame == Channel::kTransparent && channel.kind != Channel::kOnlineKind) {
-    return ObjectError(kNeedsOnline, "only an online channel is transparent");
+  if (frame == frame::kTransparent && channel.kind != kind::kOnline) {
+    return ObjectError(code::kNeedsOnline, "only an online channel is transparent");
   }
   channels_.SetFrame(channel, frame);
   return Done();

@@ -3,11 +3,12 @@
 #include <QNetworkProxy>
 #include <utility>
 
+#include "link/codes.h"
+
 namespace ostrel {
 namespace {
 
 constexpr int kConnectMs = 3000;
-constexpr int kCannotConnect = 10042;
 
 }  // namespace
 
@@ -65,7 +66,7 @@ void TcpPort::End(const QString& reason) {
   if (opened_) {
     emit Lost(text);
   } else {
-    emit Failed(kCannotConnect, text);
+    emit Failed(code::kCannotConnect, text);
   }
 }
 
