@@ -6,8 +6,8 @@ JOBS ?= $(shell nproc)
 
 BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev libqcustomplot-dev libqcustomplot2.1-qt6 \
   libcli11-dev libgtest-dev libgl-dev
-RUN_PACKAGES = $(BUILD_PACKAGES) libqt6svg6
-CHECK_PACKAGES = $(BUILD_PACKAGES) clang-format clang-tidy xvfb xauth
+RUN_PACKAGES = $(BUILD_PACKAGES) fonts-dejavu-core
+CHECK_PACKAGES = $(BUILD_PACKAGES) clang-format clang-tidy xvfb
 
 # Installs what is missing of $(1); where everything is there nothing needs root.
 define install_missing
@@ -24,6 +24,8 @@ endef
 SHELL = /bin/bash
 .PHONY: all run test bench install clean packages-build packages-run packages-check release asan
 .DEFAULT_GOAL := all
+# One step after the other, whatever -j says: two steps would install packages at once.
+.NOTPARALLEL:
 
 all: packages-build
 	cmake --preset dev > /dev/null

@@ -4,10 +4,9 @@
 #include <array>
 #include <utility>
 
-#include "app/settings_path.h"
+#include "app/number.h"
+#include "app/text.h"
 #include "app/texts.h"
-#include "link/answers.h"
-#include "link/number.h"
 
 namespace ostrel {
 

@@ -25,6 +25,7 @@ namespace ostrel {
 namespace {
 
 constexpr int kAliveMs = 1000;
+constexpr int kTickPauseMs = 20;
 constexpr std::string_view kApplication = "Service";
 constexpr std::string_view kWindow = "frmMain";
 
@@ -98,6 +99,11 @@ void frmMain::DeviceSelect() {
 
 void frmMain::Run(const std::function<void()>& operation) {
   if (running_ || ending_) return;
+  if (ticking_) {
+    // What the timer sends is soon answered; a click meanwhile is not lost.
+    QTimer::singleShot(kTickPauseMs, this, [this, operation] { Run(operation); });
+    return;
+  }
   running_ = true;
   const QPointer<QWidget> focus = QApplication::focusWidget();
   EnableCommands();

@@ -62,7 +62,7 @@ void frmMain::BuildHeader(QVBoxLayout& rows) {
   // A long text of a device is cut, not a reason for a wider window.
   lblModel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   butDeviceSelect = Named(new QPushButton, "butDeviceSelect");
-  connect(butDeviceSelect, &QPushButton::clicked, this, qOverload<>(&frmMain::DeviceSelect));
+  connect(butDeviceSelect, &QPushButton::clicked, this, &frmMain::DeviceSelect);
   OnLanguage(text::kSelectDeviceButton,
              [this](const QString& text) { butDeviceSelect->setText(text); });
 

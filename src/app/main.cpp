@@ -13,6 +13,7 @@
 #include "app/service.h"
 #include "app/texts.h"
 #include "link/connections.h"
+#include "link/line_rules.h"
 #include "platform/connection_chooser.h"
 #include "platform/end_signals.h"
 #include "platform/event_clock.h"
@@ -32,14 +33,9 @@ struct Options {
   std::string scheme;
 };
 
-std::string AddColon(std::string station) {
-  return station.ends_with(':') ? station : station + ':';
-}
-
 /// What is wrong with an address on the command line; empty when nothing is.
 std::string StationProblem(const std::string& station) {
-  const bool good = AddColon(station) != ":" && station != "---" && station != "---:";
-  return good ? std::string() : "not the address of a station: \"" + station + "\"";
+  return StationAddress(station) ? "" : "not the address of a station: \"" + station + "\"";
 }
 
 /// Nothing when the program is to go on, else its exit status.
@@ -61,7 +57,7 @@ std::optional<int> Parse(int argc, char** argv, Options& options) {
   }
   // A connection named on the command line is meant: no other one is offered.
   options.run.chooser = options.run.connection.empty();
-  if (!options.station.empty()) options.station = AddColon(options.station);
+  options.station = StationAddress(options.station).value_or("");
   return std::nullopt;
 }
 

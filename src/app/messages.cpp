@@ -35,6 +35,11 @@ void Messages::Warn(int id, std::string_view added) const {
                  .style = MessageStyle::kExclamation});
 }
 
+void Messages::WarnFilled(int id, std::string_view value) const {
+  dialogs_.Show(
+      {.number = id, .text = Filled(id, value), .title = {}, .style = MessageStyle::kExclamation});
+}
+
 bool Messages::Ask(int id) const {
   return dialogs_.AskYesNo(Text(id));
 }

@@ -38,6 +38,8 @@ class Messages {
   void Show(int id, std::string_view added = {}) const;
   /// The same for what went wrong.
   void Warn(int id, std::string_view added = {}) const;
+  /// The same with the first "%s" of the text replaced.
+  void WarnFilled(int id, std::string_view value) const;
   /// Asks the text; false for everything but Yes.
   bool Ask(int id) const;
 

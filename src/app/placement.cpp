@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "app/number.h"
 #include "app/settings_path.h"
-#include "link/number.h"
 
 namespace ostrel {
 

@@ -35,12 +35,23 @@ std::string Service::Title() {
 }
 
 bool Service::ConnectionOpen() {
-  if (link_.ConnectionOpen(options_.connection, 2) == LinkState::kChannel) return true;
-  // A server that could not be created has told so itself, and the chooser tells as well.
-  if (link_.ConnState() == LinkState::kServer && !options_.chooser) {
-    link_.ServerErrorReport(link_.LastError(), false);
+  const LinkState state = link_.ConnectionOpen(options_.connection, frame::kFramed);
+  if (state == LinkState::kChannel) {
+    // The device selected until now is not on this connection.
+    if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
+    return true;
   }
+  // A server that could not be created has told so itself, and the chooser tells as well.
+  const bool told = link_.LastError().Code() == code::kServerNotStarted ||
+                    (options_.chooser && state == LinkState::kServer);
+  if (!told) link_.ServerErrorReport(link_.LastError(), false);
   return false;
+}
+
+bool Service::Reconnect() {
+  if (link_.ConnState() == LinkState::kChannel) return true;
+  const std::optional<std::string> address = selection_.GetKenn();
+  return address && ConnectionOpen() && selection_.GetKenn() && DeviceSelectByAddress(*address);
 }
 
 bool Service::DeviceSelect(const StationChooser& choose) {
@@ -53,36 +64,30 @@ bool Service::DeviceSelect(const StationChooser& choose) {
     if (rows.empty()) return false;
   }
   const std::optional<Station> chosen = choose(rows, selection_.GetKenn().value_or(""));
-  return chosen && Adopt(*chosen);
+  return chosen && Adopt(chosen->KennName());
 }
 
 bool Service::DeviceSelectByAddress(const std::string& address) {
   if (!ConnectionOpen()) return false;
   const BusyPointer busy(ports_.dialogs);
-  Station station;
-  const int code = stations_.Lookup(address, station);
-  if (code == text::kNoDeviceAnswers) {
-    ports_.dialogs.Show({.number = code,
-                         .text = messages_.Filled(code, address),
-                         .title = {},
-                         .style = MessageStyle::kExclamation});
-  } else if (code != 0) {
-    messages_.Warn(code);
-  }
-  return code == 0 && Adopt(station);
+  std::string kennName;
+  const int code = stations_.NameGet(address, kennName);
+  if (code != 0) messages_.WarnFilled(code, address);
+  return code == 0 && Adopt(kennName);
 }
 
-bool Service::Adopt(const Station& station) {
+bool Service::Adopt(const std::string& kennName) {
   const BusyPointer busy(ports_.dialogs);
-  std::string firmware;
-  if (const int code = stations_.FirmwareGet(station.address, firmware); code != 0) {
+  const std::string address = AddressPart(kennName);
+  std::string typ, firmware, serial;
+  if (const int code = stations_.VersionGet(address, typ, firmware); code != 0) {
     link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
     return false;
   }
-  std::string serial;
-  const std::string line = station.address + "sysSN#";
-  if (!commands_.DevQueryChecked(link_.CurrentChannel(), line, serial)) serial.clear();
-  DeviceChange(station.KennName(), TypeFromVerAnswer(station.type), firmware, TrimAnswer(serial));
+  if (!commands_.DevQueryChecked(link_.CurrentChannel(), address + "sysSN#", serial)) {
+    serial.clear();
+  }
+  DeviceChange(kennName, typ, firmware, TrimAnswer(serial));
   return true;
 }
 
@@ -91,6 +96,17 @@ void Service::DeviceChange(const std::string& kennName, const std::string& typ,
   device_.SetIdentity(kennName, typ);
   device_.SetFirmware(firmware);
   selection_.Set(kennName, typ, firmware, serial);
+  selectedOn_ = link_.ConnectionName();
+  RefreshAfterDevChange();
+}
+
+void Service::Deselect() {
+  device_ = {};
+  selection_ = {};
+  RefreshAfterDevChange();
+}
+
+void Service::RefreshAfterDevChange() {
   statistics_.DeviceChanged();
   if (onDeviceChange) onDeviceChange();
 }

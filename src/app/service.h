@@ -50,7 +50,6 @@ class Service {
   SettingsStore& Settings() { return ports_.settings; }
   Dialogs& Boxes() { return ports_.dialogs; }
   Link& ServerLink() { return link_; }
-  Commands& Sending() { return commands_; }
   Stations& Bus() { return stations_; }
   const clsDevice& Device() const { return device_; }
   const Selection& Selected() const { return selection_; }
@@ -65,8 +64,12 @@ class Service {
   bool DeviceSelect(const StationChooser& choose);
   /// The same for a station whose address ("B1:") is known.
   bool DeviceSelectByAddress(const std::string& address);
-  /// Opens the connection of this run; shows what went wrong.
+  /// Opens the connection of this run; shows what went wrong. When that is another one than the
+  /// selected device's, no device is selected any more.
   bool ConnectionOpen();
+  /// Opens a link that was lost and identifies the selected device there again; true at once while
+  /// the link stands. Failures are shown.
+  bool Reconnect();
   /// Makes a station the selected device and refreshes what depends on it.
   void DeviceChange(const std::string& kennName, const std::string& typ,
                     const std::string& firmware, const std::string& serial);
@@ -82,7 +85,9 @@ class Service {
   void Beenden();
 
  private:
-  bool Adopt(const Station& station);
+  bool Adopt(const std::string& kennName);
+  void Deselect();
+  void RefreshAfterDevChange();
   void PeriodicAction();
 
   Ports ports_;
@@ -94,6 +99,7 @@ class Service {
   Stations stations_;
   clsDevice device_;
   Selection selection_;
+  std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
   int aliveMs_ = 0;
 };

@@ -1,14 +1,8 @@
 #include "app/settings_path.h"
 
-namespace ostrel {
+#include "app/text.h"
 
-std::string LowerAscii(std::string_view text) {
-  std::string lower(text);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return lower;
-}
+namespace ostrel {
 
 std::string SettingsPath(std::string_view key, std::string_view name) {
   std::string path;

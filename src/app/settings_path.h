@@ -5,9 +5,6 @@
 
 namespace ostrel {
 
-/// ASCII letters in lower case, all other bytes as they are.
-std::string LowerAscii(std::string_view text);
-
 /// Key and value name as one path, without doubled or trailing backslashes.
 std::string SettingsPath(std::string_view key, std::string_view name);
 

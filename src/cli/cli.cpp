@@ -8,6 +8,7 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/terminal_dialogs.h"
+#include "link/line_rules.h"
 
 namespace ostrel {
 
@@ -34,16 +35,8 @@ void Runs(CLI::App* subcommand, Request& request, Command command) {
   });
 }
 
-std::string StationError(const std::string& station) {
-  const std::string address =
-      station.ends_with(':') ? station.substr(0, station.size() - 1) : station;
-  const auto plain = [](unsigned char letter) {
-    return letter > 32 && letter != 127 &&
-           std::string_view(",;:\"=#").find(static_cast<char>(letter)) == std::string_view::npos;
-  };
-  const bool good =
-      !address.empty() && address != "---" && std::all_of(address.begin(), address.end(), plain);
-  return good ? std::string() : "not the address of a station: \"" + station + "\"";
+std::string StationProblem(const std::string& station) {
+  return StationAddress(station) ? "" : "not the address of a station: \"" + station + "\"";
 }
 
 void DeclareConnections(CLI::App& app, Request& request) {
@@ -101,7 +94,7 @@ void DeclareOptions(CLI::App& app, Request& request) {
                  "Connection of the server; else the current one");
   app.add_option("--station", request.station, "Address of the station")
       ->capture_default_str()
-      ->check(CLI::Validator(StationError, "ADDRESS"));
+      ->check(CLI::Validator(StationProblem, "ADDRESS"));
   app.add_option("--language", request.language, "Language of this run")
       ->check(CLI::IsMember({"deu", "eng", "fra"}));
   app.add_flag("--json", request.json, "Print JSON and nothing else on standard output");
@@ -163,9 +156,7 @@ ExitStatus Execute(const Request& request, const CliPorts& ports) {
       {ports.settings, ports.automation, dialogs, ports.clock, ports.desktop},
       {.connection = request.connection, .language = request.language, .chooser = false});
   dialogs.SetMessages(service.Texts());
-  std::string station = request.station;
-  if (!station.ends_with(':')) station += ':';
-  CliRun run(ports, service, dialogs, station, request.json);
+  CliRun run(ports, service, dialogs, StationAddress(request.station).value_or(""), request.json);
   const ExitStatus status = request.command(run);
   if (request.json && !run.Printed()) {
     PrintError(ports.out, dialogs.LastMessage().number, dialogs.LastMessage().text);

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "app/text_width.h"
+#include "app/text.h"
 
 namespace ostrel {
 
 ExitStatus CliRun::Refuse(int id, const std::string& value) {
-  dialogs_.Show({.number = id,
-                 .text = service_.Texts().Filled(id, value),
-                 .title = {},
-                 .style = MessageStyle::kExclamation});
+  service_.Texts().WarnFilled(id, value);
   return ExitStatus::kRefused;
 }
 
@@ -24,12 +21,12 @@ void CliRun::Table(const std::vector<std::vector<std::string>>& rows) {
   for (const auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
     for (std::size_t n = 0; n < row.size(); ++n) {
-      widths[n] = std::max(widths[n], CharCount(Visible(row[n])));
+      widths[n] = std::max(widths[n], CharCount(VisibleLine(row[n])));
     }
   }
   for (const auto& row : rows) {
     std::string line;
-    for (std::size_t n = 0; n < row.size(); ++n) line += Padded(Visible(row[n]), widths[n] + 2);
+    for (std::size_t n = 0; n < row.size(); ++n) line += Padded(VisibleLine(row[n]), widths[n] + 2);
     line.erase(line.find_last_not_of(' ') + 1);
     ports_.out << line << '\n';
   }

@@ -1,9 +1,9 @@
 #include "link/connections.h"
 
+#include "app/number.h"
 #include "app/texts.h"
 #include "cli/commands.h"
 #include "cli/json.h"
-#include "link/number.h"
 
 namespace ostrel {
 
@@ -47,7 +47,8 @@ ExitStatus CliRun::ConnectionsAdd(const std::string& name, const std::string& ki
     connection.baud = baud;
   }
   if (!Connections(ports_.settings).Add(connection)) {
-    return Refuse(text::kConnectionFaulty, name + " " + target);
+    Refuse(text::kConnectionFaulty, name + " " + target);
+    return ExitStatus::kWrongUsage;
   }
   return ConnectionsList();
 }

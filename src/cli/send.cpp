@@ -1,30 +1,11 @@
-#include <algorithm>
-#include <string_view>
-
-#include "app/settings_path.h"
-#include "app/text_width.h"
+#include "app/text.h"
 #include "app/texts.h"
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "link/answers.h"
+#include "link/line_rules.h"
 
 namespace ostrel {
-
-namespace {
-
-/// Whether a line says itself for whom it is: "B1:…", "all,…" or "all r…".
-bool Addressed(std::string_view line) {
-  const std::string start = LowerAscii(line.substr(0, 4));
-  if (start == "all," || start == "all ") return true;
-  const std::size_t colon = line.find(':');
-  const auto plain = [](char letter) {
-    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
-           (letter >= 'a' && letter <= 'z');
-  };
-  return colon >= 1 && colon <= 4 && std::all_of(line.begin(), line.begin() + colon, plain);
-}
-
-}  // namespace
 
 ExitStatus CliRun::Send(const std::vector<std::string>& lines) {
   if (!service_.ConnectionOpen()) return ExitStatus::kRefused;
@@ -40,7 +21,7 @@ ExitStatus CliRun::Send(const std::vector<std::string>& lines) {
   ExitStatus status = ExitStatus::kDone;
   std::vector<std::string> json;
   for (const std::string& line : all) {
-    const ExitStatus one = SendOne(Addressed(line) ? line : station_ + line, json);
+    const ExitStatus one = SendOne(AddressOf(line).addressed ? line : station_ + line, json);
     if (one != ExitStatus::kDone) status = one;
     // A link that failed fails for the rest as well.
     if (service_.ServerLink().ConnState() != LinkState::kChannel) break;
@@ -55,12 +36,12 @@ ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& js
   const int code = link.CommandExchangeCode(link.CurrentChannel(), line, answer);
   const bool ok = code == 0 && !IsErrorAnswer(answer);
   JsonObject entry;
-  entry.Add("line", line).Add("answer", answer).Add("ok", ok);
+  entry.Add("line", Masked(line)).Add("answer", answer).Add("ok", ok);
   if (code != 0) {
     service_.Texts().Warn(code);
     entry.AddRaw("error", JsonObject().Add("number", code).Add("message", Text(code)).Text());
   } else if (!ok) {
-    service_.Texts().Warn(text::kDeviceReplied, "\n" + line + "\n" + answer);
+    service_.Texts().Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
   } else if (!json_ && !answer.empty()) {
     ports_.out << Visible(answer) << '\n';
   }

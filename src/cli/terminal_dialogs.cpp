@@ -1,6 +1,6 @@
 #include "cli/terminal_dialogs.h"
 
-#include "app/text_width.h"
+#include "app/text.h"
 #include "app/texts.h"
 
 namespace ostrel {

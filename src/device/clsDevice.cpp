@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "app/settings_path.h"
+#include "app/text.h"
 #include "link/answers.h"
 
 namespace ostrel {

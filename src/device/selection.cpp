@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "app/text.h"
 #include "device/clsDevice.h"
 #include "link/answers.h"
 

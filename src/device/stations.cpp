@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "app/text_width.h"
+#include "app/text.h"
 #include "app/texts.h"
 #include "link/answers.h"
 
@@ -67,30 +67,30 @@ int Stations::ListFill(std::vector<Station>& rows) {
   if (IsErrorAnswer(answer)) return text::kDeviceReplied;
   while (!answer.empty()) {
     std::string line = NextLine(answer);
-    if (Trim(line).empty()) continue;
-    if (rows.size() == kMost) return text::kStationsIncomplete;
     Station station = StationFromLine(std::move(line));
+    // Nothing can be sent to a row without an address.
+    if (station.address.empty()) continue;
+    if (rows.size() == kMost) return text::kStationsIncomplete;
     station.current = !current.empty() && station.address == current;
     rows.push_back(std::move(station));
   }
   return 0;
 }
 
-int Stations::FirmwareGet(const std::string& address, std::string& firmware) {
+int Stations::VersionGet(const std::string& address, std::string& typeString,
+                         std::string& firmware) {
   std::string answer;
   const int code = Ask(address + "ver.", answer);
-  if (code == 0) firmware = FirmwareFromVerAnswer(answer);
-  return code;
+  if (code != 0 || IsErrorAnswer(answer)) return code;
+  typeString = TypeFromVerAnswer(answer);
+  firmware = FirmwareFromVerAnswer(answer);
+  return 0;
 }
 
-int Stations::Lookup(const std::string& address, Station& station) {
-  std::string answer;
-  if (const int code = Ask(address + "dirn_", answer); code != 0) return code;
-  if (AddressPart(answer).empty()) return text::kNoDeviceAnswers;
-  std::string version;
-  if (const int code = Ask(address + "ver.", version); code != 0) return code;
-  station = StationFromLine(answer + ";" + version);
-  return 0;
+int Stations::NameGet(const std::string& address, std::string& kennName) {
+  const int code = Ask(address + "dirn_", kennName);
+  const bool named = !IsErrorAnswer(kennName) && !AddressPart(kennName).empty();
+  return code != 0 || named ? code : text::kNoDeviceAnswers;
 }
 
 }  // namespace ostrel

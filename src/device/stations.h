@@ -44,11 +44,12 @@ class Stations {
   /// Fills the rows of the selection. 0 or a code: 1280 for an error answer, text::
   /// kStationsIncomplete when there are more than kMost (the first ones are in the list then).
   int ListFill(std::vector<Station>& rows);
-  /// Reads the firmware version text of a station. 0 or a code.
-  int FirmwareGet(const std::string& address, std::string& firmware);
-  /// One station by its address, with name, type and version. 0 or a code; text::kNoDeviceAnswers
-  /// when nobody answers.
-  int Lookup(const std::string& address, Station& station);
+  /// Type string and firmware version text of a station; as they were when it refuses to tell. 0 or
+  /// a code.
+  int VersionGet(const std::string& address, std::string& typeString, std::string& firmware);
+  /// Address and name of the station with this address. 0 or a code; text::kNoDeviceAnswers when
+  /// none answers there.
+  int NameGet(const std::string& address, std::string& kennName);
 
  private:
   int Ask(const std::string& line, std::string& answer);

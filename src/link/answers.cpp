@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "app/settings_path.h"
+#include "app/text.h"
 
 namespace ostrel {
 
@@ -19,12 +19,6 @@ std::string Pop(std::string& text, std::string_view separator) {
 }
 
 }  // namespace
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 std::string AddressPart(std::string_view text) {
   text = Trim(text);

@@ -5,9 +5,6 @@
 
 namespace ostrel {
 
-/// Takes blanks off both ends; line ends stay.
-std::string_view Trim(std::string_view text);
-
 /// The address of a station: the trimmed text up to and including the first ":"; "---" stays as it
 /// is; empty when there is no ":".
 std::string AddressPart(std::string_view text);

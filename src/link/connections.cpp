@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "app/settings_path.h"
+#include "app/text.h"
 
 namespace ostrel {
 

@@ -29,13 +29,12 @@ std::string Unframed(std::string answer, const std::string& line) {
 }  // namespace
 
 int Link::CommandSend(int channel, const std::string& line) {
-  if (busy_) return code::kExchangeUnderWay;
-  if (!server_) return Raised(ObjectError(code::kNoChannel, {}));
+  if (busy_ || calls_ > 0) return code::kExchangeUnderWay;
   // What an earlier exchange left behind, an answer or its failure, is not this one's.
-  const AutomationResult status = server_->Call("CStatus", {channel});
-  if (status.Ok() && status.Int() == status::kReady) server_->Call("CReceive", {channel});
-  const AutomationResult sent = server_->Call("CSend", {channel, line});
-  return sent.Ok() ? 0 : Raised(sent);
+  const AutomationResult status = Call("CStatus", {channel});
+  if (!server_) return lastError_.Code();
+  if (status.Ok() && status.Int() == status::kReady) Call("CReceive", {channel});
+  return Call("CSend", {channel, line}).Ok() ? 0 : lastError_.Code();
 }
 
 int Link::AnswerWait(int channel, std::string& answer) {

@@ -4,14 +4,12 @@
 #include <utility>
 
 #include "app/texts.h"
-#include "link/number.h"
+#include "link/def_timeout.h"
 
 namespace ostrel {
 
 namespace {
 
-constexpr int kShortestTimeout = 1;
-constexpr int kLongestTimeout = 15;
 constexpr int kAttempts = 5;
 
 }  // namespace
@@ -35,10 +33,10 @@ Link::~Link() {
 }
 
 void Link::LoadSettings() {
-  const int stored = ReadInteger(settings_.ReadShared(keys::kServerMisc, "DefTimeout_s", "10"));
-  defTimeout_ = std::clamp(stored, kShortestTimeout, kLongestTimeout);
+  const AnswerTimeout timeout = ReadDefTimeout(settings_);
+  defTimeout_ = timeout.seconds;
   const std::string text = std::to_string(defTimeout_);
-  if (defTimeout_ != stored) {
+  if (timeout.corrected) {
     messages_.Warn(text::kOutOfRange, "\n" + messages_.Filled(text::kUsedInstead, text));
   }
   settings_.WriteShared(keys::kServerMisc, "DefTimeout_s", text);
@@ -76,9 +74,7 @@ LinkState Link::ConnectionOpen(std::string name, int frame, int kind) {
       state_ = LinkState::kChannel;
     }
   }
-  if (state_ == LinkState::kChannel && frame >= 0) {
-    Checked(server_->Put("CFrame", {channel_}, frame));
-  }
+  if (state_ == LinkState::kChannel && frame >= 0) Put("CFrame", frame);
   return state_;
 }
 
@@ -93,10 +89,9 @@ bool Link::ChooseConnection(std::string& name) {
 }
 
 int Link::ChannelOpen(const std::string& name, int kind) {
-  if (Call("COpenLocked", {}).Bool()) {
-    lastError_ = {kObjectErrorBase + code::kServerGone, {}};
-    return -1;
-  }
+  const bool locked = Call("COpenLocked", {}).Bool();
+  if (locked) lastError_ = {kObjectErrorBase + code::kServerGone, {}};
+  if (locked || !server_) return -1;
   const AutomationResult result = Call("COpen", {name, kind});
   if (!result.Ok()) return -1;
   if (result.Int() < 0) lastError_ = {kObjectErrorBase - result.Int(), {}};
@@ -115,34 +110,30 @@ std::string Link::ConnectionName() {
 
 int Link::ChannelTimeoutSet(int seconds) {
   const int earlier = std::exchange(defTimeout_, seconds);
-  if (!server_) return earlier;
-  const AutomationResult old = server_->Get("CTimeout", {channel_});
-  Checked(server_->Put("CTimeout", {channel_}, seconds));
+  if (state_ != LinkState::kChannel) return earlier;
+  const AutomationResult old = Get("CTimeout");
+  Put("CTimeout", seconds);
   return old.Ok() ? old.Int() : earlier;
 }
 
 void Link::FrameSave() {
-  if (!server_) return;
-  savedFrame_ = server_->Get("CFrame", {channel_}).Int();
-  savedTranslate_ = server_->Get("CTranslate", {channel_}).Int();
+  savedFrame_ = Get("CFrame").Int();
+  savedTranslate_ = Get("CTranslate").Int();
 }
 
 void Link::FrameRestore() {
-  if (!server_) return;
-  server_->Put("CFrame", {channel_}, savedFrame_);
-  server_->Put("CTranslate", {channel_}, savedTranslate_);
+  Put("CFrame", savedFrame_);
+  Put("CTranslate", savedTranslate_);
 }
 
 void Link::KeepAliveTick(const std::string& text) {
-  if (busy_ || !server_) return;
-  if (state_ == LinkState::kChannel) {
-    if (server_->Call("CTerminateApps", {}).Bool()) {
-      if (onTerminate) onTerminate();
-    } else {
-      server_->Call("CNotifyApp", {channel_, text});
-    }
-  } else {
-    server_->Call("CAbout", {text});
+  if (busy_ || calls_ > 0) return;
+  if (state_ == LinkState::kServer) {
+    Call("CAbout", {text});
+  } else if (state_ == LinkState::kChannel) {
+    const bool end = Call("CTerminateApps", {}).Bool();
+    if (!end && server_) Call("CNotifyApp", {channel_, text});
+    if (end && onTerminate) onTerminate();
   }
 }
 
@@ -165,21 +156,36 @@ void Link::ServerErrorReport(const ServerError& error, bool quiet) const {
 }
 
 AutomationResult Link::Call(std::string_view member, const Values& arguments) {
-  if (!server_) return Checked(ObjectError(code::kNoChannel, {}));
-  return Checked(server_->Call(member, arguments));
+  return Use([&](AutomationObject& server) { return server.Call(member, arguments); });
 }
 
-AutomationResult Link::Checked(AutomationResult result) {
+AutomationResult Link::Get(std::string_view property) {
+  return Use([&](AutomationObject& server) { return server.Get(property, {channel_}); });
+}
+
+AutomationResult Link::Put(std::string_view property, int value) {
+  return Use([&](AutomationObject& server) { return server.Put(property, {channel_}, value); });
+}
+
+AutomationResult Link::Use(const std::function<AutomationResult(AutomationObject&)>& member) {
+  AutomationResult result = ObjectError(code::kNoChannel, {});
+  if (server_) {
+    ++calls_;
+    result = member(*server_);
+    --calls_;
+  }
   if (!result.Ok()) Raised(result);
   return result;
 }
 
-int Link::Raised(const AutomationResult& result) {
+void Link::Raised(const AutomationResult& result) {
   lastError_ = {result.error, result.description};
-  const int code = lastError_.Code();
   // Nothing more can come from a channel or a server that is gone: the next open starts afresh.
-  if (code == code::kNoChannel || code == code::kServerGone) ConnectionClose();
-  return code;
+  // Only the outermost call may give up the object; those inside are of timers during its wait.
+  const int code = lastError_.Code();
+  if (calls_ > 0 || (code != code::kNoChannel && code != code::kServerGone)) return;
+  if (code == code::kServerGone) server_.reset();
+  ConnectionClose();
 }
 
 }  // namespace ostrel

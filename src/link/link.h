@@ -102,8 +102,10 @@ class Link {
 
  private:
   AutomationResult Call(std::string_view member, const Values& arguments);
-  AutomationResult Checked(AutomationResult result);
-  int Raised(const AutomationResult& result);
+  AutomationResult Get(std::string_view property);
+  AutomationResult Put(std::string_view property, int value);
+  AutomationResult Use(const std::function<AutomationResult(AutomationObject&)>& member);
+  void Raised(const AutomationResult& result);
   bool ChooseConnection(std::string& name);
   int Poll(int channel, std::string& answer);
 
@@ -124,6 +126,7 @@ class Link {
   int savedTranslate_ = 0;
   bool testMode_ = false;
   bool busy_ = false;
+  int calls_ = 0;  // of the server that have not returned yet
   bool givenUp_ = false;
   bool offerChooser_ = true;
   ServerError lastError_;

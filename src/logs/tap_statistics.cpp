@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "app/number.h"
 #include "app/texts.h"
 #include "link/answers.h"
-#include "link/number.h"
 
 namespace ostrel {
 
@@ -13,10 +13,11 @@ namespace {
 constexpr double kLargeRangeFirmware = 2.22;
 constexpr int kReadingTimeoutSeconds = 10;
 
-/// Counters have 16 bits; those above 32767 arrive as negative numbers.
+/// Counters have 16 bits; those above 32767 arrive as negative numbers. What is still negative then
+/// is none, and counts as 0.
 std::int32_t Counter(std::string_view text) {
   const std::int32_t number = ReadInteger(text);
-  return number < 0 ? number + 65536 : number;
+  return std::max(number < 0 ? number + 65536 : number, 0);
 }
 
 /// Another time-out while it lives.
@@ -51,6 +52,7 @@ void TapStatistics::RangeFromFirmware() {
   if (data_.first == first && data_.counters.size() == count) return;
   data_.first = first;
   data_.counters.assign(count, 0);
+  data_.counted = false;
 }
 
 void TapStatistics::DeviceChanged() {
@@ -67,6 +69,7 @@ bool TapStatistics::Read() {
   const BusyPointer busy(dialogs_);
   RangeFromFirmware();
   std::fill(data_.counters.begin(), data_.counters.end(), 0);
+  data_.counted = false;
   const TimeoutFor timeout(link_, kReadingTimeoutSeconds);
   return ReadAll(*prefix);
 }
@@ -79,8 +82,11 @@ bool TapStatistics::ReadAll(const std::string& prefix) {
     return false;
   }
   for (std::int32_t& counter : data_.counters) counter = Counter(NextLine(answer));
-  return ReadTotal(prefix + "RegTAPSUM#", data_.total) &&
-         ReadTotal(prefix + "RegTAPSUML#", data_.underLoad);
+  data_.counted = true;
+  const bool totals = ReadTotal(prefix + "RegTAPSUM#", data_.total) &&
+                      ReadTotal(prefix + "RegTAPSUML#", data_.underLoad);
+  data_.totalled = data_.totalled || totals;
+  return totals;
 }
 
 bool TapStatistics::ReadTotal(const std::string& line, std::int32_t& total) {

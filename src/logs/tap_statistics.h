@@ -15,9 +15,11 @@ namespace ostrel {
 /// What was read of a tap changer: how often it moved to each position, and the two totals.
 struct TapCounters {
   int first = -60;                     // position of counters[0]
-  std::vector<std::int32_t> counters;  // 0..65535 each
+  std::vector<std::int32_t> counters;  // 0 or more
   std::int32_t total = 0;              // all tap changes
   std::int32_t underLoad = 0;          // tap changes under load
+  bool counted = false;                // the counters are the device's
+  bool totalled = false;               // the totals are the device's
 
   int Last() const { return first + static_cast<int>(counters.size()) - 1; }
 };

@@ -83,14 +83,14 @@ void TapStatisticsPage::Captions() {
 }
 
 void TapStatisticsPage::Refresh() {
-  read_ = false;
+  windowChosen_ = false;
   ShowCounters();
 }
 
 void TapStatisticsPage::EnableCommands(bool free) {
   const bool device = service_.Selected().GetKenn().has_value();
   for (QPushButton* button : {butStatLesen, butStatDel}) button->setEnabled(free && device);
-  butTapStat2Clip->setEnabled(free && read_);
+  butTapStat2Clip->setEnabled(free && service_.Statistics().Counters().counted);
 }
 
 void TapStatisticsPage::Read() {
@@ -98,19 +98,14 @@ void TapStatisticsPage::Read() {
   run_([this] { ReadDevice(); });
 }
 
-bool TapStatisticsPage::ReadDevice() {
-  // A link that was lost begins afresh, with the device that answers there now.
-  if (service_.ServerLink().ConnState() != LinkState::kChannel &&
-      !service_.DeviceSelectByAddress(service_.Selected().GetKenn().value_or(""))) {
-    return false;
-  }
-  read_ = service_.Statistics().Read();
+void TapStatisticsPage::ReadDevice() {
+  if (service_.Reconnect()) service_.Statistics().Read();
   ShowCounters();
-  return read_;
 }
 
 void TapStatisticsPage::Delete() {
   run_([this] {
+    if (!service_.Reconnect()) return;
     if (service_.Statistics().Clear() == TapStatistics::Clearing::kDone) ReadDevice();
   });
 }
@@ -127,7 +122,10 @@ BarChartData TapStatisticsPage::ChartData() const {
 
 void TapStatisticsPage::ShowCounters() {
   chrtTapStat->SetData(ChartData());
-  ResetWindow();
+  // The first reading of a device chooses the window; after it the user's choice stays.
+  if (!windowChosen_) ResetWindow();
+  windowChosen_ = service_.Statistics().Counters().counted;
+  MoveWindow();
   ShowTotals();
   ShowHint();
 }
@@ -137,7 +135,7 @@ void TapStatisticsPage::ShowTotals() {
   locale.setNumberOptions(locale.numberOptions() & ~QLocale::OmitGroupSeparator);
   const TapCounters& counters = service_.Statistics().Counters();
   const auto text = [&](std::int32_t number) {
-    return read_ ? locale.toString(number) : QStringLiteral("–");
+    return counters.totalled ? locale.toString(number) : QStringLiteral("–");
   };
   total_.number->setText(text(counters.total));
   underLoad_.number->setText(text(counters.underLoad));
@@ -146,7 +144,9 @@ void TapStatisticsPage::ShowTotals() {
 void TapStatisticsPage::ShowHint() {
   const bool device = service_.Selected().GetKenn().has_value();
   const int hint = device ? text::kNotReadYet : text::kChooseDeviceFirst;
-  chrtTapStat->SetHint(read_ ? QString() : QString::fromStdString(service_.Texts().Text(hint)));
+  chrtTapStat->SetHint(service_.Statistics().Counters().counted
+                           ? QString()
+                           : QString::fromStdString(service_.Texts().Text(hint)));
 }
 
 void TapStatisticsPage::ResetWindow() {
@@ -156,7 +156,6 @@ void TapStatisticsPage::ResetWindow() {
   scrlTapStat->setRange(chart.first, chart.first + static_cast<int>(chart.counts.size()) - size);
   scrlTapStat->setPageStep(size);
   scrlTapStat->setValue(first);
-  MoveWindow();
 }
 
 void TapStatisticsPage::MoveWindow() {

@@ -31,7 +31,7 @@ class TapStatisticsPage : public Page {
   Total MakeTotal(const char* name);
   void Delete();
   void ToClipboard();
-  bool ReadDevice();
+  void ReadDevice();
   BarChartData ChartData() const;
   void ShowCounters();
   void ShowTotals();
@@ -41,7 +41,7 @@ class TapStatisticsPage : public Page {
 
   Service& service_;
   Runner run_;
-  bool read_ = false;  // the counters shown are the device's
+  bool windowChosen_ = false;  // by what was counted, or by the user
   QPushButton* butStatLesen;
   QPushButton* butStatDel;
   QPushButton* butTapStat2Clip;

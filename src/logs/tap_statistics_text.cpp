@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "app/text_width.h"
+#include "app/text.h"
 #include "app/texts.h"
 
 namespace ostrel {

@@ -8,7 +8,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "app/settings_path.h"
+#include "app/text.h"
 #include "app/texts.h"
 #include "platform/window_dialogs.h"
 

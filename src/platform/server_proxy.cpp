@@ -189,10 +189,9 @@ void ServerProxy::Take(const QByteArray& line) {
   if (method.toString() == QLatin1String("Status")) {
     TakeStatus(notice);
   } else if (method.toString() == QLatin1String("Online")) {
-    const auto channel = channels_.find(notice[QStringLiteral("channel")].toInt());
-    if (channel != channels_.end()) {
-      channel->second.online = notice[QStringLiteral("enabled")].toBool();
-    }
+    // It may come together with the reply that tells the channel's number.
+    channels_[notice[QStringLiteral("channel")].toInt()].online =
+        notice[QStringLiteral("enabled")].toBool();
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "link/answers.h"
 #include "link/codes.h"
+#include "link/line_rules.h"
 #include "server/line_text.h"
 
 namespace ostrel {
@@ -26,7 +27,7 @@ BusConnection::BusConnection(std::string name, NewPort newPort)
 
 BusConnection::~BusConnection() {
   // Whoever uses the devices next must not find another station current than the connected one.
-  const bool elsewhere = !lineStation_.empty() && lineStation_ != kConnectedStation;
+  const bool elsewhere = lineStation_ != kConnectedStation;
   if (open_ && !raw_ && elsewhere) port_->Write(kConnected + "::\r");
   DropPort();
 }
@@ -159,7 +160,7 @@ void BusConnection::StartNext() {
 
 /// Closes the port, with the connected station made current before.
 void BusConnection::WindUp() {
-  if (open_ && !lineStation_.empty() && lineStation_ != kConnectedStation) {
+  if (open_ && lineStation_ != kConnectedStation) {
     Point(kConnected, {0, 0, {}, kOwnTimeoutMs});
   } else {
     DropPort();

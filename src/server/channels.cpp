@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/settings_path.h"
+#include "app/text.h"
 #include "link/codes.h"
 
 namespace ostrel {
@@ -35,12 +35,17 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
     reply(ObjectError(code::kNoSuchConnection, "there is no connection \"" + name + "\""));
     return;
   }
-  Line* line = Connections::Valid(*connection) ? LineFor(*connection) : nullptr;
-  if (line == nullptr) {
+  if (!Connections::Valid(*connection)) {
     reply(ObjectError(code::kFaultyConnection,
                       "the data of connection \"" + connection->name + "\" are faulty"));
     return;
   }
+  if (!PortMaker::Knows(*connection)) {
+    reply(ObjectError(code::kPortFailure,
+                      "connections of kind " + connection->kind + " are not supported"));
+    return;
+  }
+  Line* line = LineFor(*connection);
   if (const AutomationResult refusal = Refusal(*line, kind); !refusal.Ok()) {
     reply(refusal);
     return;
@@ -50,7 +55,7 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
   if (line->bus->IsOpen()) FinishOpenings(*line, 0, {});
 }
 
-/// The line of a connection; null when its kind is not supported.
+/// The line of a connection.
 Line* Channels::LineFor(const Connection& connection) {
   const std::string key = LowerAscii(connection.name);
   const auto found = lines_.find(key);
@@ -61,7 +66,6 @@ Line* Channels::LineFor(const Connection& connection) {
     // Changed settings take effect as soon as nobody uses the line.
     if (opening || !line->channels.empty() || SameWay(line->connection, connection)) return line;
   }
-  if (portMaker_.Make(connection) == nullptr) return nullptr;
   auto& line = lines_[key];
   if (line == nullptr) line = std::make_unique<Line>();
   line->connection = connection;

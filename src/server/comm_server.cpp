@@ -2,24 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <string>
 #include <utility>
 
 #include "link/codes.h"
+#include "link/def_timeout.h"
 #include "server/line_text.h"
 
 namespace ostrel {
 namespace {
 
 constexpr int kMaxTimeoutS = 3600;
-
-int DefaultTimeoutS(const SettingsStore& settings) {
-  const std::string text = settings.ReadShared(keys::kServerMisc, "DefTimeout_s", "10");
-  int seconds = 10;
-  std::from_chars(text.data(), text.data() + text.size(), seconds);
-  return std::clamp(seconds, 1, 15);
-}
 
 /// Checks arguments against a pattern: "i" a number, "s" a text, after "|" they may be missing.
 bool Fits(std::string_view pattern, const Values& arguments) {
@@ -124,7 +117,7 @@ void CommServer::COpen(int client, const Values& arguments, const Reply& reply) 
   } else {
     const auto opened = [this, client, reply](const AutomationResult& result) {
       Channel* channel = result.Ok() ? channels_.Find(client, result.Int()) : nullptr;
-      if (channel != nullptr) channel->timeoutS = DefaultTimeoutS(settings_);
+      if (channel != nullptr) channel->timeoutS = ReadDefTimeout(settings_).seconds;
       reply(result);
     };
     channels_.Open(client, name, kind, opened);

@@ -17,7 +17,6 @@ namespace rpc {
 
 inline constexpr int kParseError = -32700;
 inline constexpr int kInvalidRequest = -32600;
-inline constexpr int kUnknownMethod = -32601;
 inline constexpr int kInvalidParameters = -32602;
 
 struct Request {

@@ -19,17 +19,7 @@ std::string FromLatin1(std::string_view bytes);
 /// carriage return, a line feed or Ctrl-Z, which would make a second command of it.
 std::optional<std::string> SingleLine(std::string_view text);
 
-/// Whom a line is for.
-struct LineAddress {
-  bool addressed = false;    // begins with a station's address or with "all"
-  std::string makesCurrent;  // "B1" for "B1::", which makes that station the current one
-};
-LineAddress AddressOf(std::string_view line);
-
-/// True when the line carries or asks for a password.
-bool IsSecret(std::string_view line);
-/// A line for a log: what follows "login", "passwort" or "PWLrel" is masked, control characters
-/// are made visible.
+/// A line or an answer for a log: passwords masked, control characters made visible.
 std::string ForLog(std::string_view line);
 
 }  // namespace ostrel

@@ -13,7 +13,8 @@ namespace ostrel {
 /// Makes the ports that connections need.
 class PortMaker {
  public:
-  /// None for a kind of connection that is not supported here.
+  /// Whether connections of this kind are supported.
+  static bool Knows(const Connection& connection);
   std::unique_ptr<LinePort> Make(const Connection& connection);
 
  private:

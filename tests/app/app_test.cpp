@@ -7,7 +7,7 @@
 #include "app/placement.h"
 #include "app/settings_path.h"
 #include "app/string_table.h"
-#include "app/text_width.h"
+#include "app/text.h"
 #include "app/texts.h"
 #include "kit/kit.h"
 
@@ -133,10 +133,11 @@ TEST(TextWidth, CountsCharacters) {
   EXPECT_EQ(Fitted("Süd", 5) + "|", "Süd  |");
   EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
   const std::pair<std::string, const char*> cases[] = {
-      {"a\r\nb\n", "a\r\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
-      {"\xc2\x9b", "\uFFFD"},   {std::string(1, 0), "␀"}, {"ü", "ü"},
+      {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
   };
   for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
+  EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "app/text_width.h"
+#include "app/text.h"
 #include "cli/json.h"
 #include "kit/kit.h"
 
@@ -50,7 +50,9 @@ struct CliTest : testing::Test {
                             {"AA:ver.", "KT-X+;V2.27"},
                             {"AA:sysSN#", "123-A"},
                             {"AA:bad", "<<no\x1b[2J>>"},
+                            {"AA:login 1 geheim", "<<no>>"},
                             {"B1:ver.", "KT-XB+;V2.10"},
+                            {"B2:dirn_", "<<no: such>>"},
                             {"AA:;-60,59,fori,RegTAPSTAT# 1 i,ni", counters},
                             {"AA:RegTAPSUM#", "120"},
                             {"AA:RegTAPSUML#", "-1"},
@@ -81,13 +83,15 @@ TEST_F(CliTest, ExitStatusAndStreams) {
       {{"send", "bad"}, 1, "", "1280: "},
       {{"send", "silent"}, 1, "", "10012: "},
       {{"--station", "ZZ", "identify"}, 1, "", "10012: "},
+      {{"--station", "B2", "identify"}, 1, "", "20013: "},
       {{"statistics", "--chart", "/no/such/folder/x.png"}, 1, "", "/no/such/folder/x.png"},
       {{"statistics", "--csv"}, 0, "\n59,1\ntotal,120\nunderLoad,65535\n", ""},
       {{"statistics", "clear"}, 3, "", "20009: "},
       {{"statistics", "clear", "--yes"}, 0, "", ""},
       {{"connections", "remove", "x"}, 1, "", "x"},
-      {{"connections", "add", "W", "tcp", "host"}, 1, "", "W host"},
-      {{"connections", "add", "W", "tcp", "host:4001x"}, 1, "", "W host:4001x"},
+      {{"connections", "add", "W", "tcp", "host"}, 2, "", "W host"},
+      {{"connections", "add", "W", "tcp", "host:4001x"}, 2, "", "W host:4001x"},
+      {{"send", "login 1 geheim"}, 1, "", "AA:login ***\n<<no>>"},
       {{"connections", "add", "W", "modem", "x"}, 2, "", "modem"},
       {{"server", "status"}, 0, "läuft nicht", ""},
   };
@@ -99,8 +103,8 @@ TEST_F(CliTest, ExitStatusAndStreams) {
     EXPECT_NE(err.find(c.err), std::string::npos) << called << err;
     EXPECT_EQ(out.empty(), *c.out == 0) << called << out;
     EXPECT_EQ(err.empty(), *c.err == 0) << called << err;
+    EXPECT_EQ((out + err).find('\x1b'), std::string::npos) << called;
   }
-  EXPECT_EQ(err.find('\x1b'), std::string::npos);
 }
 
 TEST_F(CliTest, JsonAndNothingElse) {
@@ -155,10 +159,12 @@ TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
   EXPECT_NE(err.find("10042: "), std::string::npos) << err;
   EXPECT_NE(err.find("host nix: unknown"), std::string::npos) << err;
   EXPECT_TRUE(world.server.choosers.empty());
-  EXPECT_EQ(world.server.opened.size(), 0u);
 
-  world.server.fails.clear();
-  world.server.fails["CReceive"] = ObjectError(10041, "");
+  world.server.fails = {{"COpen", ObjectError(10041, "")}};
+  EXPECT_EQ(Run({"--json", "stations"}), 1);
+  EXPECT_NE(out.find("\"number\": 10041, \"message\": \""), std::string::npos) << out;
+
+  world.server.fails = {{"CReceive", ObjectError(10041, "")}};
   EXPECT_EQ(Run({"send", "-"}, "ver.\nver.\n"), 1);
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"AA:ver."});
 }

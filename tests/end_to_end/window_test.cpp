@@ -121,7 +121,7 @@ TEST(Window, EndsWhenTheServerIsStopped) {
   EXPECT_TRUE(stage.RunToTheEnd());
 }
 
-TEST(Window, ALostLinkIsSaidAndTheNextReadingConnectsAgain) {
+TEST(Window, AfterALostLinkTheNextReadingConnectsAgain) {
   const Programs programs;
   Stage stage(programs, "AA:");
   ASSERT_TRUE(stage.Selected());

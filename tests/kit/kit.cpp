@@ -3,6 +3,7 @@
 #include <stdlib.h>
 
 #include "app/settings_path.h"
+#include "app/text.h"
 
 namespace ostrel::kit {
 
@@ -31,7 +32,7 @@ class ScriptedServer : public AutomationObject {
     if (member == "COpenLocked") return {script_.locked, 0, {}};
     if (member == "COnlineEnabled") return {script_.online, 0, {}};
     if (member == "CTerminateApps") return {script_.terminate, 0, {}};
-    if (member == "CGetConnection") return {std::string("Simulator"), 0, {}};
+    if (member == "CGetConnection") return {script_.connection, 0, {}};
     if (member == "CStatus") return {Status(), 0, {}};
     if (member == "CReceive") return Receive();
     if (member == "CSend") return Send(text(1));

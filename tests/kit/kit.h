@@ -83,6 +83,8 @@ struct ServerScript {
   int failingCreations = 0;         // so many attempts fail first
   std::vector<std::string> chosen;  // what the chooser gives, in turn
 
+  std::string connection = "Simulator";
+
   std::vector<std::string> sent, opened, created, choosers;
   std::vector<std::string> notices;
   int timeout = 10, frame = 0, translate = 0, closed = 0, received = 0;

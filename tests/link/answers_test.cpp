@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "link/number.h"
+#include "app/number.h"
 
 namespace ostrel {
 namespace {

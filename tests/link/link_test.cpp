@@ -30,24 +30,25 @@ TEST_F(LinkTest, ServerClassAndAttempts) {
     const char* className;
     std::size_t attempts;
   } cases[] = {
-      {false, "0", "ZubServer.TESKComm", 5},
+      {false, nullptr, "ZubServer.TESKComm", 5},
+      {true, nullptr, "OstrelTESK.TESKComm", 1},
       {true, "1", "ZubServer.TESKComm", 5},
       {true, "0", "OstrelTESK.TESKComm", 1},
-      {true, "", "ZubServer.TESKComm", 5},
   };
   for (const auto& c : cases) {
     world.server.created.clear();
     world.dialogs.shown.clear();
     if (c.library) std::ofstream(world.folder.path / "OstrelTESK.dll") << "x";
-    world.settings.WriteShared(keys::kServerMisc, "UsePriorServer", c.prior);
+    if (c.prior) world.settings.WriteShared(keys::kServerMisc, "UsePriorServer", c.prior);
     world.server.failingCreations = 9;
     EXPECT_EQ(link.ConnectionOpen(""), LinkState::kNoServer);
-    EXPECT_EQ(world.server.created, std::vector<std::string>(c.attempts, c.className)) << c.prior;
+    EXPECT_EQ(world.server.created, std::vector<std::string>(c.attempts, c.className));
     ASSERT_EQ(world.dialogs.Numbers(), "10065");
     EXPECT_NE(
         world.dialogs.shown[0].text.find(std::string("attempt failed\nClassname: ") + c.className),
         std::string::npos);
   }
+  world.settings.WriteShared(keys::kServerMisc, "UsePriorServer", "1");
   world.server.failingCreations = 4;
   EXPECT_EQ(link.ConnectionOpen(""), LinkState::kChannel) << "the fifth attempt succeeds";
 }

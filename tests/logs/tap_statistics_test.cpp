@@ -88,6 +88,26 @@ TEST_F(StatisticsTest, WhatFailsLeaves) {
   }
 }
 
+TEST_F(StatisticsTest, WhatIsNoCounterCountsAsNone) {
+  Select("2.27");
+  Answer("-60,59", 120);
+  world.server.answers["B1:;-60,59,fori,RegTAPSTAT# 1 i,ni"] = "-99999\r\nabc\r\n-65537\r\n7";
+  ASSERT_TRUE(statistics.Read());
+  const std::vector<std::int32_t>& counters = statistics.Counters().counters;
+  EXPECT_EQ(std::vector(counters.begin(), counters.begin() + 5),
+            (std::vector<std::int32_t>{0, 0, 0, 7, 0}));
+}
+
+TEST_F(StatisticsTest, AnotherConnectionHasAnotherDevice) {
+  Select("2.27");
+  ASSERT_TRUE(service.Selected().GetKenn());
+  world.server.connection = "Elsewhere";
+  EXPECT_TRUE(service.ConnectionOpen());
+  EXPECT_FALSE(service.Selected().GetKenn());
+  EXPECT_FALSE(service.Device().Valid());
+  EXPECT_EQ(statistics.Clear(), TapStatistics::Clearing::kFailed);
+}
+
 TEST_F(StatisticsTest, AnotherDeviceStartsWithZeros) {
   Select("2.27");
   Answer("-60,59", 120);

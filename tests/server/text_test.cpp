@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 
+#include "link/line_rules.h"
 #include "server/json_rpc.h"
 #include "server/line_text.h"
 
@@ -35,7 +36,7 @@ TEST(LineText, MasksPasswordsAndShowsControlCharacters) {
       {"AA:LOGIN 1 geheim", "AA:LOGIN ***"},
       {"passwort 1=x login", "passwort ***"},
       {"AA:PWLrel", "AA:PWLrel"},
-      {"a\r\n\x1A\xE4", "a\\x0d\\x0a\\x1aä"},
+      {"a\r\n\x1A\xE4", "a␍␊␚ä"},
   };
   for (const auto& [line, shown] : cases) EXPECT_EQ(ForLog(line), shown) << line;
 }

@@ -1,4 +1,4 @@
-#include "link/number.h"
+#include "app/number.h"
 
 #include <algorithm>
 #include <charconv>

@@ -6,6 +6,12 @@
 
 namespace ostrel {
 
+/// Takes blanks off both ends; line ends stay.
+std::string_view Trim(std::string_view text);
+
+/// ASCII letters in lower case, all other bytes as they are.
+std::string LowerAscii(std::string_view text);
+
 /// The number of characters (not bytes) of a UTF-8 text.
 std::size_t CharCount(std::string_view text);
 
@@ -15,8 +21,11 @@ std::string Padded(std::string_view text, std::size_t width);
 /// The same, but a longer text is cut.
 std::string Fitted(std::string_view text, std::size_t width);
 
-/// The text with control characters replaced by visible signs, safe to print on a terminal.
-/// Line ends stay.
+/// The text with control characters replaced by visible signs, safe to print on a terminal. Line
+/// ends become those of a terminal.
 std::string Visible(std::string_view text);
+
+/// The same for a text that has to stay on one line.
+std::string VisibleLine(std::string_view text);
 
 }  // namespace ostrel

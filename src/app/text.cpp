@@ -1,4 +1,4 @@
-#include "app/text_width.h"
+#include "app/text.h"
 
 namespace ostrel {
 
@@ -9,6 +9,20 @@ bool StartsCharacter(char byte) {
 }
 
 }  // namespace
+
+std::string_view Trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return lower;
+}
 
 std::size_t CharCount(std::string_view text) {
   std::size_t count = 0;
@@ -31,16 +45,15 @@ std::string Fitted(std::string_view text, std::size_t width) {
   return Padded(text.substr(0, end), width);
 }
 
-std::string Visible(std::string_view text) {
+std::string VisibleLine(std::string_view text) {
   std::string visible;
   for (std::size_t n = 0; n < text.size(); ++n) {
     const auto byte = static_cast<unsigned char>(text[n]);
-    const bool lineEnd = byte == '\n' || (byte == '\r' && text.substr(n, 2) == "\r\n");
     const auto next = n + 1 < text.size() ? static_cast<unsigned char>(text[n + 1]) : 0;
     if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {
       visible += "\uFFFD";  // the control characters above 127 steer terminals as well
       ++n;
-    } else if (lineEnd || (byte >= 32 && byte != 127)) {
+    } else if (byte >= 32 && byte != 127) {
       visible += text[n];
     } else if (byte == 127) {
       visible += "\u2421";
@@ -50,6 +63,16 @@ std::string Visible(std::string_view text) {
     }
   }
   return visible;
+}
+
+std::string Visible(std::string_view text) {
+  std::string visible;
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    const bool carriageReturn = end > 0 && text[end - 1] == '\r';
+    visible += VisibleLine(text.substr(0, carriageReturn ? end - 1 : end)) + '\n';
+    text.remove_prefix(end + 1);
+  }
+  return visible + VisibleLine(text);
 }
 
 }  // namespace ostrel

@@ -1,0 +1,58 @@
+#include "link/line_rules.h"
+
+#include <algorithm>
+
+#include "app/text.h"
+
+namespace ostrel {
+
+namespace {
+
+bool IsAlnum(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// Where the first word that a password may follow ends; npos when there is none.
+std::size_t EndOfSecretWord(std::string_view line) {
+  const std::string lower = LowerAscii(line);
+  std::size_t end = std::string::npos;
+  for (const std::string_view word : {"login", "passwort", "pwlrel"}) {
+    const std::size_t at = lower.find(word);
+    if (at != std::string::npos) end = std::min(end, at + word.size());
+  }
+  return end;
+}
+
+}  // namespace
+
+LineAddress AddressOf(std::string_view line) {
+  const auto first = std::find_if_not(line.begin(), line.end(), IsAlnum);
+  const auto length = static_cast<std::size_t>(first - line.begin());
+  if (length == 0 || length == line.size()) return {};
+  const std::string_view word = line.substr(0, length);
+  if (LowerAscii(word) == "all" && (line[length] == ',' || line[length] == ' ')) return {true, {}};
+  if (line[length] != ':') return {};
+  const std::string_view rest = line.substr(length);
+  if (rest.size() < 2 || rest.find_first_not_of(':') != std::string_view::npos) return {true, {}};
+  std::string station(word);
+  for (char& c : station) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  return {true, station};
+}
+
+std::optional<std::string> StationAddress(std::string_view text) {
+  if (text.ends_with(':')) text.remove_suffix(1);
+  if (text.empty() || !std::all_of(text.begin(), text.end(), IsAlnum)) return std::nullopt;
+  return std::string(text) + ':';
+}
+
+bool IsSecret(std::string_view line) {
+  return EndOfSecretWord(line) != std::string::npos;
+}
+
+std::string Masked(std::string_view line) {
+  const std::size_t end = EndOfSecretWord(line);
+  if (end >= line.size()) return std::string(line);
+  return std::string(line.substr(0, end)) + " ***";
+}
+
+}  // namespace ostrel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ostrel {
+
+/// Whom a command line is for.
+struct LineAddress {
+  bool addressed = false;    // begins with a station's address or with "all"
+  std::string makesCurrent;  // "B1" for "B1::", which makes that station the current one
+};
+LineAddress AddressOf(std::string_view line);
+
+/// A station's address as a user writes it, "B1" or "B1:", with its ":". Nothing for an empty text,
+/// for "---", and for a text that would change what is sent.
+std::optional<std::string> StationAddress(std::string_view text);
+
+/// True when the line carries or asks for a password.
+bool IsSecret(std::string_view line);
+
+/// The line as it may be shown or logged: what follows "login", "passwort" or "PWLrel" is masked.
+std::string Masked(std::string_view line);
+
+}  // namespace ostrel
