@@ -30,8 +30,9 @@ for look in light:eng dark:eng light:deu dark:deu; do
   window=$(xdotool search --sync --onlyvisible --name '^Service ')
   # The button "Read" works once the station is selected; the pointer then rests on a bar.
   until "$programs/ostrel" server status --json | grep -q '"channels": 1'; do :; done
-  for _ in 1 2 3; do xdotool mousemove --window "$window" --sync 270 104 click 1; done
-  xdotool mousemove --window "$window" --sync 600 400
+  xdotool mousemove --window "$window" 270 104
+  for _ in 1 2 3 4 5; do xdotool click 1; done
+  xdotool mousemove --window "$window" 600 400
   until import -window "$window" "$work/new.png" && cmp -s "$work/new.png" "$work/old.png"; do
     mv "$work/new.png" "$work/old.png"
   done
