@@ -49,7 +49,7 @@ class frmMain : public QMainWindow {
   void BuildStatusBar();
   QLabel* SimulationLabel(int id);
   QMenu* AddMenu(int id);
-  QAction* AddCommand(QMenu& menu, int id, QKeySequence keys, void (frmMain::*command)());
+  QAction* AddCommand(QMenu& menu, int id, const QKeySequence& keys, void (frmMain::*command)());
   void OnLanguage(int id, std::function<void(const QString&)> set);
   void Captions();
   void RestorePlacement();

@@ -102,7 +102,8 @@ QMenu* frmMain::AddMenu(int id) {
   return menu;
 }
 
-QAction* frmMain::AddCommand(QMenu& menu, int id, QKeySequence keys, void (frmMain::*command)()) {
+QAction* frmMain::AddCommand(QMenu& menu, int id, const QKeySequence& keys,
+                             void (frmMain::*command)()) {
   QAction* action = menu.addAction(QString());
   action->setShortcut(keys);
   connect(action, &QAction::triggered, this, command);
