@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "app/settings_path.h"
+
 namespace ostrel {
 
 /// The user's settings. Every value is a text. Look-ups ignore case and a trailing backslash.
@@ -18,10 +20,14 @@ class SettingsStore {
   virtual void WriteShared(std::string_view key, std::string_view name, std::string_view value) = 0;
 
   /// A setting of one program, e.g. ("Ostrel", "Dirs", "XFLog", "").
-  virtual std::string ReadProgram(std::string_view application, std::string_view section,
-                                  std::string_view key, std::string_view fallback) const = 0;
-  virtual void WriteProgram(std::string_view application, std::string_view section,
-                            std::string_view key, std::string_view value) = 0;
+  std::string ReadProgram(std::string_view application, std::string_view section,
+                          std::string_view key, std::string_view fallback) const {
+    return ReadShared(ProgramKey(application, section), key, fallback);
+  }
+  void WriteProgram(std::string_view application, std::string_view section, std::string_view key,
+                    std::string_view value) {
+    WriteShared(ProgramKey(application, section), key, value);
+  }
 
   /// The names of the keys directly below a key, in the order of the alphabet.
   virtual std::vector<std::string> SharedSubKeys(std::string_view key) const = 0;

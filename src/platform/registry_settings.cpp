@@ -62,16 +62,6 @@ void RegistrySettings::WriteShared(std::string_view key, std::string_view name,
   store_.sync();
 }
 
-std::string RegistrySettings::ReadProgram(std::string_view application, std::string_view section,
-                                          std::string_view key, std::string_view fallback) const {
-  return ReadShared(ProgramKey(application, section), key, fallback);
-}
-
-void RegistrySettings::WriteProgram(std::string_view application, std::string_view section,
-                                    std::string_view key, std::string_view value) {
-  WriteShared(ProgramKey(application, section), key, value);
-}
-
 std::vector<std::string> RegistrySettings::SharedSubKeys(std::string_view key) const {
   store_.sync();
   QStringList names;

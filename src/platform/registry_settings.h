@@ -15,10 +15,6 @@ class RegistrySettings : public SettingsStore {
   std::string ReadShared(std::string_view key, std::string_view name,
                          std::string_view fallback) const override;
   void WriteShared(std::string_view key, std::string_view name, std::string_view value) override;
-  std::string ReadProgram(std::string_view application, std::string_view section,
-                          std::string_view key, std::string_view fallback) const override;
-  void WriteProgram(std::string_view application, std::string_view section, std::string_view key,
-                    std::string_view value) override;
   std::vector<std::string> SharedSubKeys(std::string_view key) const override;
   void RemoveSharedKey(std::string_view key) override;
 

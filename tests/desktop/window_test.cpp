@@ -15,7 +15,6 @@
 #include "app/frmMain.h"
 #include "app/placement.h"
 #include "kit/kit.h"
-#include "link/connections.h"
 
 namespace ostrel {
 namespace {
@@ -164,20 +163,6 @@ TEST_F(WindowTest, PlacementComesBackUnlessItIsOnNoScreen) {
     EXPECT_EQ(window.width() == c.stored.width, c.restored) << c.stored.left;
     EXPECT_LE(window.minimumSizeHint().width(), 800);
     EXPECT_LE(window.minimumSizeHint().height(), 600);
-  }
-}
-
-TEST_F(WindowTest, SaysThatDevicesAreSimulated) {
-  Connections connections(world.settings);
-  for (const bool simulated : {true, false}) {
-    Connection plant{
-        .name = "Simulator", .kind = "tcp", .host = "192.0.2.7", .port = 4001, .device = {}};
-    ASSERT_TRUE(simulated || connections.Add(plant));
-    frmMain window(service, dialogs, Scheme::kSystem);
-    window.show();
-    SelectB1(window);
-    EXPECT_EQ(Find<QLabel>(window, "lblBanner").isVisible(), simulated);
-    EXPECT_EQ(window.windowTitle().toStdString(), Service::Title());
   }
 }
 

@@ -117,16 +117,6 @@ void MemorySettings::WriteShared(std::string_view key, std::string_view name,
   entries_.try_emplace(LowerAscii(path), Entry{path, {}}).first->second.value = value;
 }
 
-std::string MemorySettings::ReadProgram(std::string_view application, std::string_view section,
-                                        std::string_view key, std::string_view fallback) const {
-  return ReadShared(ProgramKey(application, section), key, fallback);
-}
-
-void MemorySettings::WriteProgram(std::string_view application, std::string_view section,
-                                  std::string_view key, std::string_view value) {
-  WriteShared(ProgramKey(application, section), key, value);
-}
-
 std::vector<std::string> MemorySettings::SharedSubKeys(std::string_view key) const {
   std::vector<std::string> names;
   for (const auto& [folded, entry] : entries_) {

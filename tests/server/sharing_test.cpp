@@ -120,5 +120,25 @@ TEST_F(Sharing, TheOnlineChannelHasTheConnectionToItself) {
   EXPECT_EQ(device.lines, (Lines{"AA::", "ver."}));
 }
 
+TEST_F(Sharing, ALineThatAwaitsNoReplyFailsAsItsExchange) {
+  Client client(path);
+  client.Call("COpen", {"Tcp", 2});
+  const auto notify = [&](int channel, const char* line) {
+    const QJsonObject request{
+        {"jsonrpc", "2.0"}, {"method", "CSend"}, {"params", QJsonArray{channel, line}}};
+    client.socket.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+  };
+  notify(99, "of another client");
+  notify(1, "AA:1");
+  EXPECT_EQ(client.Notice()["answer"], "re AA:1");
+  notify(1, "two\rlines");
+  const QJsonObject refused = client.Notice();
+  EXPECT_EQ(Client::CodeOf(refused["error"].toObject()), 10014);
+  EXPECT_EQ(refused["exchange"], 2);
+  EXPECT_EQ(client.Call("CStatus", {1})["code"].toInt() - kObjectErrorBase, 10014);
+  EXPECT_EQ(client.Call("CStatus", {1}), 3);
+  EXPECT_TRUE(client.responses.empty());
+}
+
 }  // namespace
 }  // namespace ostrel
