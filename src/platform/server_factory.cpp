@@ -5,9 +5,10 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTimer>
 #include <utility>
 
+#include "platform/event_pump.h"
+#include "platform/in_process_server.h"
 #include "server/socket_path.h"
 
 namespace ostrel {
@@ -69,6 +70,7 @@ AutomationFactory::Created ServerFactory::Create(std::string_view className) {
   if (className.ends_with(".Chooser") && choose_) {
     return {std::make_unique<Chooser>(choose_), {}};
   }
+  if (className == "OstrelTESK.TESKComm") return {std::make_unique<InProcessServer>(), {}};
   if (className != "ZubServer.TESKComm") return {nullptr, "class not registered"};
   std::unique_ptr<ServerProxy> proxy = Running();
   std::string problem;
@@ -76,9 +78,7 @@ AutomationFactory::Created ServerFactory::Create(std::string_view className) {
   QElapsedTimer passed;
   passed.start();
   while (!proxy && passed.elapsed() < kStartMs) {
-    QTimer::singleShot(kRetryMs, [] {});
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
-                                    QEventLoop::WaitForMoreEvents);
+    PumpEvents(kRetryMs);
     proxy = Running();
   }
   if (!proxy) return {nullptr, "ostrel-server does not listen"};

@@ -2,13 +2,12 @@
 
 #include <poll.h>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QJsonDocument>
-#include <QTimer>
 #include <algorithm>
 #include <utility>
 
+#include "platform/event_pump.h"
 #include "server/json_rpc.h"
 
 namespace ostrel {
@@ -163,10 +162,7 @@ bool ServerProxy::WaitForReply(int id, int limitMs) {
     if (passed.elapsed() < kBlockMs) {
       socket_.waitForReadyRead(std::max<int>(1, kBlockMs - int(passed.elapsed())));
     } else {
-      // The window stays alive, but nothing can be clicked in the middle of a call.
-      QTimer::singleShot(kBlockMs, &socket_, [] {});
-      QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
-                                      QEventLoop::WaitForMoreEvents);
+      PumpEvents(kBlockMs);
     }
   }
   return true;
