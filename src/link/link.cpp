@@ -144,10 +144,11 @@ void Link::ServerErrorReport(const ServerError& error, bool quiet) const {
                     .text = {},
                     .title = messages_.Text(text::kError),
                     .style = MessageStyle::kExclamation};
-    message.text =
-        code >= 10011 && code <= 10038
-            ? messages_.Text(code)
-            : messages_.Text(text::kError) + " " + std::to_string(code) + ": " + error.description;
+    const std::string text = messages_.Text(code);
+    message.text = code >= 10011 && code <= 10038
+                       ? text
+                       : messages_.Text(text::kError) + " " + std::to_string(code) + ": " +
+                             (error.description.empty() ? text : error.description);
     dialogs_.Show(message);
   } else if (error.number > 0 && !quiet) {
     messages_.Warn(text::kRuntimeError,

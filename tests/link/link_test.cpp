@@ -170,7 +170,9 @@ TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
     int number;
     bool quiet;
     const char *text, *title;
+    const char* why = "why";
   } cases[] = {
+      {kObjectErrorBase + 10042, true, "Error! 10042: Error while trying", "Error!", ""},
       {kObjectErrorBase + 10012, true, "Timeout! Device did not reply.", "Error!"},
       {kObjectErrorBase + 10038, true, "The Connection You want", "Error!"},
       {kObjectErrorBase + 10039, true, "Error! 10039: why", "Error!"},
@@ -181,7 +183,7 @@ TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
   };
   for (const auto& c : cases) {
     world.dialogs.shown.clear();
-    link.ServerErrorReport({c.number, "why"}, c.quiet);
+    link.ServerErrorReport({c.number, c.why}, c.quiet);
     ASSERT_EQ(world.dialogs.shown.size(), c.text != nullptr ? 1u : 0u) << c.number;
     if (c.text == nullptr) continue;
     EXPECT_TRUE(world.dialogs.shown[0].text.starts_with(c.text)) << world.dialogs.shown[0].text;
