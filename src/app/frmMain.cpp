@@ -263,7 +263,7 @@ void frmMain::paintEvent(QPaintEvent* event) {
   QMainWindow::paintEvent(event);
   if (firstAddress_.empty()) return;
   QTimer::singleShot(0, this, [this, address = std::exchange(firstAddress_, {})] {
-    Run([&] { service_.DeviceSelectByAddress(address); });
+    Run([this, address] { service_.DeviceSelectByAddress(address); });
   });
 }
 

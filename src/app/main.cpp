@@ -15,6 +15,7 @@
 #include "link/connections.h"
 #include "link/line_rules.h"
 #include "platform/connection_chooser.h"
+#include "platform/display.h"
 #include "platform/end_signals.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
@@ -32,11 +33,6 @@ struct Options {
   std::string station;
   std::string scheme;
 };
-
-/// What is wrong with an address on the command line; empty when nothing is.
-std::string StationProblem(const std::string& station) {
-  return StationAddress(station) ? "" : "not the address of a station: \"" + station + "\"";
-}
 
 /// Nothing when the program is to go on, else its exit status.
 std::optional<int> Parse(int argc, char** argv, Options& options) {
@@ -61,15 +57,12 @@ std::optional<int> Parse(int argc, char** argv, Options& options) {
   return std::nullopt;
 }
 
-bool HasDisplay(int argc, char** argv) {
-  const auto names = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
-  const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
-  const auto isPlatform = [](std::string_view text) {
+/// Whether one of the window system's own options asks for a platform.
+bool NamesPlatform(int argc, char** argv) {
+  return std::any_of(argv + 1, argv + argc, [](std::string_view text) {
     return text == "-platform" || text == "--platform" || text.starts_with("-platform=") ||
            text.starts_with("--platform=");
-  };
-  return std::any_of(names.begin(), names.end(), isSet) ||
-         std::any_of(argv + 1, argv + argc, isPlatform);
+  });
 }
 
 /// Why there is no window, in the language of this run.
@@ -137,7 +130,9 @@ int RunInWindow(QApplication& application, const Options& options) {
 }  // namespace ostrel
 
 int main(int argc, char** argv) {
-  if (!ostrel::HasDisplay(argc, argv)) return ostrel::RunWithoutDisplay(argc, argv);
+  if (!ostrel::HasDisplay() && !ostrel::NamesPlatform(argc, argv)) {
+    return ostrel::RunWithoutDisplay(argc, argv);
+  }
   QApplication application(argc, argv);  // takes its own options out
   QApplication::setDesktopFileName(QStringLiteral("ostrel-service"));
   QApplication::setQuitOnLastWindowClosed(false);

@@ -35,8 +35,11 @@ std::string Service::Title() {
 }
 
 bool Service::ConnectionOpen() {
+  const int before = link_.ConnState() == LinkState::kChannel ? link_.CurrentChannel() : 0;
   const LinkState state = link_.ConnectionOpen(options_.connection, frame::kFramed);
   if (state == LinkState::kChannel) {
+    // Settings that change later do not change where an open channel leads.
+    if (before != link_.CurrentChannel()) simulated_ = LeadsToSimulator();
     // The device selected until now is not on this connection.
     if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
     return true;
@@ -49,6 +52,7 @@ bool Service::ConnectionOpen() {
 }
 
 bool Service::Reconnect() {
+  link_.ConnectionName();  // finds out that the server is gone
   if (link_.ConnState() == LinkState::kChannel) return true;
   const std::optional<std::string> address = selection_.GetKenn();
   return address && ConnectionOpen() && selection_.GetKenn() && DeviceSelectByAddress(*address);
@@ -111,13 +115,16 @@ void Service::RefreshAfterDevChange() {
   if (onDeviceChange) onDeviceChange();
 }
 
-bool Service::Simulated() {
-  // Simulated devices behind a TCP port say so with their serial number.
-  if (selection_.Serial().starts_with("SIM")) return true;
-  const std::string name = link_.ConnectionName();
-  if (name.empty()) return false;
-  const std::optional<Connection> connection = Connections(ports_.settings).Find(name);
+bool Service::LeadsToSimulator() {
+  const std::optional<Connection> connection =
+      Connections(ports_.settings).Find(link_.ConnectionName());
   return connection && connection->Simulated();
+}
+
+bool Service::Simulated() const {
+  // Simulated devices behind a TCP port say so with their serial number.
+  return selection_.Serial().starts_with("SIM") ||
+         (link_.ConnState() == LinkState::kChannel && simulated_);
 }
 
 void Service::AliveTick(int intervalMs) {

@@ -77,7 +77,7 @@ class Service {
   std::function<void()> onDeviceChange;
 
   /// True when the channel leads to simulated devices.
-  bool Simulated();
+  bool Simulated() const;
 
   /// One tick of the alive timer. Nothing happens while an exchange is under way.
   void AliveTick(int intervalMs);
@@ -87,6 +87,7 @@ class Service {
  private:
   bool Adopt(const std::string& kennName);
   void Deselect();
+  bool LeadsToSimulator();
   void RefreshAfterDevChange();
   void PeriodicAction();
 
@@ -99,6 +100,7 @@ class Service {
   Stations stations_;
   clsDevice device_;
   Selection selection_;
+  bool simulated_ = false;  // the open channel leads to the simulator
   std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
   int aliveMs_ = 0;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/text.h"
 #include "app/texts.h"
 #include "cli/commands.h"
 #include "cli/json.h"
@@ -33,10 +34,6 @@ void Runs(CLI::App* subcommand, Request& request, Command command) {
   subcommand->callback([&request, command = std::move(command)] {
     if (!request.command) request.command = command;
   });
-}
-
-std::string StationProblem(const std::string& station) {
-  return StationAddress(station) ? "" : "not the address of a station: \"" + station + "\"";
 }
 
 void DeclareConnections(CLI::App& app, Request& request) {
@@ -143,23 +140,30 @@ ExitStatus Parsed(const CLI::App& app, const CLI::ParseError& end, bool json,
               << (help && !json ? "" : "\n");
     return ExitStatus::kDone;
   }
-  if (json) PrintError(ports.out, text::kWrongUsage, end.what());
-  ports.err << "ostrel: " << end.what() << "\nostrel --help\n";
+  // The parser would complain of a missing command where an unknown one stands.
+  const std::vector<std::string> unknown = app.remaining();
+  const std::string what = unknown.empty() ? end.what() : "unknown: " + unknown.front();
+  if (json) PrintError(ports.out, text::kWrongUsage, what);
+  ports.err << "ostrel: " << Visible(what) << "\nostrel --help\n";
   return ExitStatus::kWrongUsage;
 }
 
 ExitStatus Execute(const Request& request, const CliPorts& ports) {
-  TerminalDialogs dialogs(
-      ports.in, ports.err,
-      {.yes = request.yes, .interactive = ports.interactive, .quiet = request.json});
+  TerminalDialogs dialogs(ports.in, ports.err,
+                          {.yes = request.yes, .interactive = ports.interactive});
   Service service(
       {ports.settings, ports.automation, dialogs, ports.clock, ports.desktop},
       {.connection = request.connection, .language = request.language, .chooser = false});
   dialogs.SetMessages(service.Texts());
   CliRun run(ports, service, dialogs, StationAddress(request.station).value_or(""), request.json);
-  const ExitStatus status = request.command(run);
+  ExitStatus status = request.command(run);
   if (request.json && !run.Printed()) {
     PrintError(ports.out, dialogs.LastMessage().number, dialogs.LastMessage().text);
+  }
+  // A full disk behind a redirection is no success.
+  if (!ports.out.flush()) {
+    service.Texts().WarnFilled(text::kFileNotWritten, "-");
+    status = ExitStatus::kRefused;
   }
   return status;
 }

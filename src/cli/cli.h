@@ -20,6 +20,7 @@ struct ServerInfo {
     std::string connection;
     int channels = 0;
   };
+  bool answers = true;  // else it runs, but nothing more is known
   int pid = 0;
   std::string version;
   int uptimeSeconds = 0;
@@ -33,8 +34,9 @@ class ServerControl {
   virtual ~ServerControl() = default;
   /// Nothing when no server runs; it is not started for this.
   virtual std::optional<ServerInfo> Status() = 0;
-  /// Asks all programs and then the server to end; false when no server runs.
-  virtual bool Stop() = 0;
+  /// Asks all programs and then the server to end; nothing when no server runs, false when it does
+  /// not answer.
+  virtual std::optional<bool> Stop() = 0;
 };
 
 /// What the command line needs of the outside world.

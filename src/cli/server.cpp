@@ -1,11 +1,16 @@
 #include "app/texts.h"
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "link/codes.h"
 
 namespace ostrel {
 
 ExitStatus CliRun::ServerStatus() {
   const std::optional<ServerInfo> info = ports_.server.Status();
+  if (info && !info->answers) {
+    service_.Texts().Warn(code::kServerGone);
+    return ExitStatus::kRefused;
+  }
   if (json_) {
     JsonObject object;
     object.Add("running", info.has_value());
@@ -42,9 +47,13 @@ ExitStatus CliRun::ServerStatus() {
 }
 
 ExitStatus CliRun::ServerStop() {
-  const bool stopped = ports_.server.Stop();
+  const std::optional<bool> stopped = ports_.server.Stop();
+  if (stopped && !*stopped) {
+    service_.Texts().Warn(code::kServerGone);
+    return ExitStatus::kRefused;
+  }
   if (json_) {
-    PrintJson(JsonObject().Add("stopped", stopped).Text());
+    PrintJson(JsonObject().Add("stopped", stopped.has_value()).Text());
   } else {
     ports_.out << Text(stopped ? text::kServerStopped : text::kServerNotRunning) << '\n';
   }

@@ -7,9 +7,10 @@ namespace ostrel {
 
 void TerminalDialogs::Show(const Message& message) {
   last_ = message;
-  if (options_.quiet) return;
   err_ << "ostrel: ";
-  if (message.number != 0) err_ << message.number << ": ";
+  const std::string number = std::to_string(message.number);
+  // Some texts name their number themselves.
+  if (message.number != 0 && message.text.find(number) == std::string::npos) err_ << number << ": ";
   err_ << Visible(message.text) << '\n';
 }
 

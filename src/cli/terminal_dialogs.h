@@ -16,7 +16,6 @@ class TerminalDialogs : public Dialogs {
   struct Options {
     bool yes = false;          // every question is answered Yes
     bool interactive = false;  // somebody can be asked
-    bool quiet = false;        // messages are only kept
   };
   TerminalDialogs(std::istream& in, std::ostream& err, Options options)
       : in_(in), err_(err), options_(options) {}

@@ -29,7 +29,7 @@ std::string Unframed(std::string answer, const std::string& line) {
 }  // namespace
 
 int Link::CommandSend(int channel, const std::string& line) {
-  if (busy_ || calls_ > 0) return code::kExchangeUnderWay;
+  if (busy_ || calls_ > 0) return text::kExchangeUnderWay;
   // What an earlier exchange left behind, an answer or its failure, is not this one's.
   const AutomationResult status = Call("CStatus", {channel});
   if (!server_) return lastError_.Code();
@@ -38,7 +38,7 @@ int Link::CommandSend(int channel, const std::string& line) {
 }
 
 int Link::AnswerWait(int channel, std::string& answer) {
-  if (busy_) return code::kExchangeUnderWay;
+  if (busy_) return text::kExchangeUnderWay;
   busy_ = true;
   const int code = Poll(channel, answer);
   busy_ = false;
@@ -56,7 +56,7 @@ int Link::Poll(int channel, std::string& answer) {
     if (online.Bool()) return code::kOnlineActive;
     if (clock_.TickMs() / 1000 - start > defTimeout_) return code::kTimeout;
     clock_.ProcessEvents();
-    if (givenUp_) return code::kExchangeGivenUp;
+    if (givenUp_) return text::kExchangeGivenUp;
     status = Call("CStatus", {channel});
     if (!status.Ok()) return lastError_.Code();
     if (status.Int() != status::kReady) continue;

@@ -45,6 +45,10 @@ std::optional<std::string> StationAddress(std::string_view text) {
   return std::string(text) + ':';
 }
 
+std::string StationProblem(const std::string& station) {
+  return StationAddress(station) ? "" : "not the address of a station: \"" + station + "\"";
+}
+
 bool IsSecret(std::string_view line) {
   return EndOfSecretWord(line) != std::string::npos;
 }

@@ -17,6 +17,9 @@ LineAddress AddressOf(std::string_view line);
 /// for "---", and for a text that would change what is sent.
 std::optional<std::string> StationAddress(std::string_view text);
 
+/// What is wrong with an address that a user wrote; empty when nothing is.
+std::string StationProblem(const std::string& station);
+
 /// True when the line carries or asks for a password.
 bool IsSecret(std::string_view line);
 

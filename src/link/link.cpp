@@ -51,7 +51,7 @@ bool Link::CommServerCreate() {
   serverClass_ = inProcess ? "OstrelTESK" : "ZubServer";
   const std::string className = serverClass_ + ".TESKComm";
   std::string reason;
-  for (int attempt = 0; attempt < (inProcess ? 1 : kAttempts); ++attempt) {
+  for (int attempt = 0; attempt < (inProcess ? 1 : kAttempts) && !givenUp_; ++attempt) {
     AutomationFactory::Created created = factory_.Create(className);
     server_ = std::move(created.object);
     if (server_) return true;
@@ -99,9 +99,11 @@ int Link::ChannelOpen(const std::string& name, int kind) {
 }
 
 void Link::ConnectionClose() {
-  if (state_ == LinkState::kChannel && server_) server_->Call("CClose", {channel_});
-  server_.reset();
-  state_ = LinkState::kNoServer;
+  // Nothing that runs during the call may find the object that is given up.
+  const std::unique_ptr<AutomationObject> server = std::move(server_);
+  const LinkState before = std::exchange(state_, LinkState::kNoServer);
+  goneCode_ = code::kNoChannel;
+  if (before == LinkState::kChannel && server) server->Call("CClose", {channel_});
 }
 
 std::string Link::ConnectionName() {
@@ -169,8 +171,9 @@ AutomationResult Link::Put(std::string_view property, int value) {
 }
 
 AutomationResult Link::Use(const std::function<AutomationResult(AutomationObject&)>& member) {
-  AutomationResult result = ObjectError(code::kNoChannel, {});
-  if (server_) {
+  AutomationResult result =
+      givenUp_ ? AutomationResult{{}, text::kExchangeGivenUp, {}} : ObjectError(goneCode_, {});
+  if (server_ && !givenUp_) {
     ++calls_;
     result = member(*server_);
     --calls_;
@@ -187,6 +190,7 @@ void Link::Raised(const AutomationResult& result) {
   if (calls_ > 0 || (code != code::kNoChannel && code != code::kServerGone)) return;
   if (code == code::kServerGone) server_.reset();
   ConnectionClose();
+  goneCode_ = code;
 }
 
 }  // namespace ostrel

@@ -10,17 +10,12 @@
 
 #include "app/messages.h"
 #include "app/settings_store.h"
+#include "app/texts.h"
 #include "link/automation.h"
 #include "link/clock.h"
 #include "link/codes.h"
 
 namespace ostrel {
-
-/// Codes of the link itself; the server's are in codes.h.
-namespace code {
-inline constexpr int kExchangeUnderWay = Own(3);
-inline constexpr int kExchangeGivenUp = Own(4);
-}  // namespace code
 
 enum class LinkState { kNoServer = 0, kServer = 1, kChannel = 2 };
 
@@ -34,7 +29,7 @@ struct ServerError {
 
 /// The program's side of the communication server: the server object, the channel on which commands
 /// go out, and the exchange of one line for one answer. Waits let events run, so what a timer wants
-/// to send meanwhile is refused with code::kExchangeUnderWay.
+/// to send meanwhile is refused with text::kExchangeUnderWay.
 class Link {
  public:
   Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
@@ -97,7 +92,7 @@ class Link {
 
   /// The error that the last failed operation met.
   const ServerError& LastError() const { return lastError_; }
-  /// Makes the wait that is going on, and every later one, end with code::kExchangeGivenUp.
+  /// Makes the wait that is going on, and every later one, end with text::kExchangeGivenUp.
   void GiveUp() { givenUp_ = true; }
 
  private:
@@ -126,7 +121,8 @@ class Link {
   int savedTranslate_ = 0;
   bool testMode_ = false;
   bool busy_ = false;
-  int calls_ = 0;  // of the server that have not returned yet
+  int goneCode_ = code::kNoChannel;  // what a call without a server object ends with
+  int calls_ = 0;                    // of the server that have not returned yet
   bool givenUp_ = false;
   bool offerChooser_ = true;
   ServerError lastError_;

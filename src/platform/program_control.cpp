@@ -9,9 +9,11 @@ namespace ostrel {
 
 std::optional<ServerInfo> ProgramControl::Status() {
   const std::unique_ptr<ServerProxy> server = ServerFactory::Running();
+  if (!server) return std::nullopt;
   QJsonValue json;
-  if (!server || !server->Request("ServerStatus", {}, &json).Ok()) return std::nullopt;
   ServerInfo info;
+  info.answers = server->Request("ServerStatus", {}, &json).Ok();
+  if (!info.answers) return info;
   info.pid = json[QStringLiteral("pid")].toInt();
   info.version = json[QStringLiteral("version")].toString().toStdString();
   info.uptimeSeconds = json[QStringLiteral("uptime")].toInt();
@@ -25,9 +27,10 @@ std::optional<ServerInfo> ProgramControl::Status() {
   return info;
 }
 
-bool ProgramControl::Stop() {
+std::optional<bool> ProgramControl::Stop() {
   const std::unique_ptr<ServerProxy> server = ServerFactory::Running();
-  return server && server->Request("ServerStop", {}).Ok();
+  if (!server) return std::nullopt;
+  return server->Request("ServerStop", {}).Ok();
 }
 
 }  // namespace ostrel

@@ -8,7 +8,7 @@ namespace ostrel {
 class ProgramControl : public ServerControl {
  public:
   std::optional<ServerInfo> Status() override;
-  bool Stop() override;
+  std::optional<bool> Stop() override;
 };
 
 }  // namespace ostrel

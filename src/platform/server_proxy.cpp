@@ -19,6 +19,7 @@ constexpr int kCallMs = 3000;
 constexpr int kOpenMs = 10000;
 // The server's answers come well within this; only after it the window gets its turn.
 constexpr int kBlockMs = 50;
+constexpr qsizetype kRoomForId = 32;
 // A server that has been silent for so long while an answer is awaited is asked whether it lives.
 constexpr int kSilentMs = 1000;
 
@@ -87,13 +88,18 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   // first is quicker than the socket's own way of finding out that there is nothing.
   pollfd told{static_cast<int>(socket_.socketDescriptor()), POLLIN, 0};
   if (poll(&told, 1, 0) > 0) socket_.waitForReadyRead(0);
+  const QByteArray request = rpc::EncodeRequest(0, "CSend", arguments);
+  // The server would refuse it unseen, and neither side's count of exchanges may run ahead.
+  if (request.size() + kRoomForId > rpc::kMaxRequest) {
+    return ObjectError(code::kSendError, "the line is longer than 1 MiB");
+  }
   ChannelState& channel = channels_[number];
   ++channel.exchange;
   channel.status = status::kWaiting;
   channel.answerHere = false;
   channel.answer = {};
   if (Connected() && SurelyTaken(channel, arguments)) {
-    Write(rpc::EncodeRequest(0, "CSend", arguments));
+    Write(request);
     heard_.start();
     return {};
   }

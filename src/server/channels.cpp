@@ -46,6 +46,11 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
     return;
   }
   Line* line = LineFor(*connection);
+  if (line == nullptr) {
+    reply(ObjectError(code::kFaultyConnection,
+                      "connection \"" + connection->name + "\" was changed while it is in use"));
+    return;
+  }
   if (const AutomationResult refusal = Refusal(*line, kind); !refusal.Ok()) {
     reply(refusal);
     return;
@@ -55,16 +60,16 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
   if (line->bus->IsOpen()) FinishOpenings(*line, 0, {});
 }
 
-/// The line of a connection.
+/// The line of a connection; null while it is in use with other data than these.
 Line* Channels::LineFor(const Connection& connection) {
   const std::string key = LowerAscii(connection.name);
   const auto found = lines_.find(key);
   if (found != lines_.end()) {
     Line* line = found->second.get();
+    if (SameWay(line->connection, connection)) return line;
     const bool opening = std::any_of(openings_.begin(), openings_.end(),
                                      [line](const Opening& other) { return other.line == line; });
-    // Changed settings take effect as soon as nobody uses the line.
-    if (opening || !line->channels.empty() || SameWay(line->connection, connection)) return line;
+    if (opening || !line->channels.empty()) return nullptr;
   }
   auto& line = lines_[key];
   if (line == nullptr) line = std::make_unique<Line>();

@@ -17,6 +17,9 @@ namespace rpc {
 
 inline constexpr int kParseError = -32700;
 inline constexpr int kInvalidRequest = -32600;
+/// The longest request line, in bytes.
+inline constexpr qsizetype kMaxRequest = 1024 * 1024;
+
 inline constexpr int kInvalidParameters = -32602;
 
 struct Request {

@@ -59,7 +59,7 @@ void RpcServer::OnNewConnection() {
     auto session = std::make_unique<Session>();
     session->client = client;
     session->socket = socket;
-    socket->setReadBufferSize(kMaxRequest);
+    socket->setReadBufferSize(rpc::kMaxRequest);
     Session* const self = session.get();
     connect(socket, &QLocalSocket::readyRead, this, [this, self] { OnReadable(*self); });
     // Queued: a client that is cut off while it is served goes when that is done.
@@ -99,7 +99,7 @@ void RpcServer::TakeLines(Session& session) {
     const QByteArray line = bytes.mid(from, end - from);
     from = end + 1;
     if (std::exchange(session.skipping, false)) continue;
-    if (line.size() > kMaxRequest) {
+    if (line.size() > rpc::kMaxRequest) {
       TooLong(session);
     } else if (!line.trimmed().isEmpty()) {
       Handle(session.client, line);
@@ -107,7 +107,7 @@ void RpcServer::TakeLines(Session& session) {
   }
   if (session.skipping) return;
   session.buffer = bytes.mid(from);
-  if (session.buffer.size() <= kMaxRequest) return;
+  if (session.buffer.size() <= rpc::kMaxRequest) return;
   session.buffer.clear();
   session.skipping = true;
   TooLong(session);

@@ -19,8 +19,7 @@ namespace ostrel {
 class RpcServer : public QObject {
   Q_OBJECT
  public:
-  /// The longest request line, and the most that may wait to be read by a client, in bytes.
-  static constexpr qsizetype kMaxRequest = 1024 * 1024;
+  /// The most that may wait to be read by a client, in bytes.
   static constexpr qint64 kMaxUnsent = 4 * 1024 * 1024;
 
   /// Ends `idleMs` after the last client has gone, also when none ever comes.

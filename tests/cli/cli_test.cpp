@@ -14,7 +14,7 @@ namespace {
 class NoServer : public ServerControl {
  public:
   std::optional<ServerInfo> Status() override { return info; }
-  bool Stop() override { return info.has_value(); }
+  std::optional<bool> Stop() override { return info ? std::optional(info->answers) : std::nullopt; }
   std::optional<ServerInfo> info;
 };
 
@@ -147,10 +147,14 @@ TEST_F(CliTest, JsonAndNothingElse) {
     arguments.emplace_back("--json");
     EXPECT_EQ(Run(arguments), c.status) << c.out;
     EXPECT_EQ(out, c.out + "\n");
-    EXPECT_EQ(err, "") << c.out;
   }
   EXPECT_EQ(Run({"--json", "nonsense"}), 2);
-  EXPECT_TRUE(out.starts_with(R"({"error": {"number": 20015, )")) << out;
+  EXPECT_EQ(out, "{\"error\": {\"number\": 20015, \"message\": \"unknown: nonsense\"}}\n");
+  control.info = ServerInfo{.answers = false, .version = {}, .lines = {}};
+  for (const char* command : {"status", "stop"}) {
+    EXPECT_EQ(Run({"--json", "server", command}), 1);
+    EXPECT_TRUE(out.starts_with(R"({"error": {"number": 10041, )")) << out;
+  }
 }
 
 TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {

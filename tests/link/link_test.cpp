@@ -100,7 +100,7 @@ TEST_F(LinkTest, WhatAWaitMeets) {
   };
   EXPECT_EQ(Ask("a", answer), 0) << "not overtaken by what a timer wants";
   EXPECT_EQ(answer, "1");
-  EXPECT_EQ(innerCode, code::kExchangeUnderWay);
+  EXPECT_EQ(innerCode, text::kExchangeUnderWay);
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"a"});
   EXPECT_TRUE(world.server.notices.empty());
 
@@ -108,7 +108,7 @@ TEST_F(LinkTest, WhatAWaitMeets) {
   EXPECT_EQ(Ask("a", answer), code::kOnlineActive);
   world.server.online = false;
   world.clock.onEvents = [&] { link.GiveUp(); };
-  EXPECT_EQ(Ask("a", answer), code::kExchangeGivenUp);
+  EXPECT_EQ(Ask("a", answer), text::kExchangeGivenUp);
   EXPECT_FALSE(link.Busy());
 }
 
