@@ -35,11 +35,12 @@ std::string Service::Title() {
 }
 
 bool Service::ConnectionOpen() {
-  const int before = link_.ConnState() == LinkState::kChannel ? link_.CurrentChannel() : 0;
+  // Asking for the name also finds out that the server is gone; a new one counts channels afresh.
+  const bool wasOpen = !link_.ConnectionName().empty();
   const LinkState state = link_.ConnectionOpen(options_.connection, frame::kFramed);
   if (state == LinkState::kChannel) {
     // Settings that change later do not change where an open channel leads.
-    if (before != link_.CurrentChannel()) simulated_ = LeadsToSimulator();
+    if (!wasOpen) simulated_ = LeadsToSimulator();
     // The device selected until now is not on this connection.
     if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
     return true;

@@ -1,6 +1,5 @@
 // What goes over the channel: one line out, one answer back.
 
-#include <algorithm>
 #include <utility>
 
 #include "app/texts.h"

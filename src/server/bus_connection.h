@@ -50,7 +50,6 @@ class BusConnection : public QObject {
 
   /// In raw mode bytes pass as they are; what was under way fails with 10019.
   void SetRaw(bool raw);
-  bool Raw() const { return raw_; }
   void SendRaw(const std::string& bytes);
 
  signals:

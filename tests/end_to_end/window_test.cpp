@@ -130,5 +130,17 @@ TEST(Window, AfterALostLinkTheNextReadingConnectsAgain) {
   EXPECT_GT(stage.service->Statistics().Counters().total, 0);
 }
 
+TEST(Window, TheMarkOfTheSimulationFollowsAConnectionThatAnotherServerOpens) {
+  const Programs programs;
+  Stage stage(programs, "AA:");
+  ASSERT_TRUE(stage.Selected());
+  ASSERT_TRUE(stage.service->Simulated());
+  ASSERT_EQ(kill(programs.ServerPid(), SIGKILL), 0);
+  ScriptedDevice device;
+  programs.UseTcp(device.Port());
+  EXPECT_TRUE(stage.service->ConnectionOpen());
+  EXPECT_FALSE(stage.service->Simulated());
+}
+
 }  // namespace
 }  // namespace ostrel
