@@ -111,8 +111,7 @@ void Print(Setting& setting) {
             << setting.limit << '\n';
 }
 
-int Run(const std::filesystem::path& folder, int argc, char** argv) {
-  LiveIn(folder);
+int Run(int argc, char** argv) {
   const Server server;
   const TcpDevice near(kAnswer);
   const TcpDevice far(kAnswer);
@@ -143,7 +142,5 @@ int Run(const std::filesystem::path& folder, int argc, char** argv) {
 }  // namespace ostrel::bench
 
 int main(int argc, char** argv) {
-  ostrel::bench::ChooseEventLoop(argc, argv);
-  return ostrel::bench::RunGuarded(
-      [&](const std::filesystem::path& folder) { return ostrel::bench::Run(folder, argc, argv); });
+  return ostrel::bench::RunMain(argc, argv, &ostrel::bench::Run);
 }

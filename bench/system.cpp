@@ -20,14 +20,14 @@ std::array<int, 2> NewPipe() {
 
 }  // namespace
 
-void LiveIn(const std::filesystem::path& folder) {
-  setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
-  setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
-}
-
-void ChooseEventLoop(int argc, char** argv) {
+int RunMain(int argc, char** argv, int (*bench)(int argc, char** argv)) {
   const bool desktop = argc > 1 && std::string_view(argv[1]) == "--glib";
   if (!desktop) setenv("QT_NO_GLIB", "1", 1);
+  return RunGuarded([&](const std::filesystem::path& folder) {
+    setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    return bench(argc, argv);
+  });
 }
 
 Server::Server()

@@ -15,11 +15,10 @@
 
 namespace ostrel::bench {
 
-/// Points the settings and the server's socket into this folder. To be called before all else.
-void LiveIn(const std::filesystem::path& folder);
-
-/// The event loop of the command line; with the argument "--glib" that of the desktop program.
-void ChooseEventLoop(int argc, char** argv);
+/// Runs a bench in a guarded process, with settings and server socket in a folder of its own and
+/// the event loop of the command line; with the argument "--glib" that of the desktop program.
+/// Returns the exit status.
+int RunMain(int argc, char** argv, int (*bench)(int argc, char** argv));
 
 /// The server program of the same build; it listens when the object is there.
 class Server {

@@ -17,8 +17,7 @@ constexpr int kDelayMs = 3000;
 constexpr int kWaits = 3;
 constexpr double kLimit = 3.0;  // percent of one core, both together
 
-int Run(const std::filesystem::path& folder, int argc, char** argv) {
-  LiveIn(folder);
+int Run(int argc, char** argv) {
   const Server server;
   const TcpDevice device("1", kDelayMs);
   QCoreApplication application(argc, argv);
@@ -42,7 +41,5 @@ int Run(const std::filesystem::path& folder, int argc, char** argv) {
 }  // namespace ostrel::bench
 
 int main(int argc, char** argv) {
-  ostrel::bench::ChooseEventLoop(argc, argv);
-  return ostrel::bench::RunGuarded(
-      [&](const std::filesystem::path& folder) { return ostrel::bench::Run(folder, argc, argv); });
+  return ostrel::bench::RunMain(argc, argv, &ostrel::bench::Run);
 }
