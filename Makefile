@@ -4,8 +4,8 @@ PREFIX ?= /usr/local
 DESTDIR ?=
 JOBS ?= $(shell nproc)
 
-BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev libqcustomplot-dev libqcustomplot2.1-qt6 \
-  libcli11-dev libgtest-dev libgl-dev
+BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev qt6-serialport-dev \
+  libqcustomplot-dev libqcustomplot2.1-qt6 libcli11-dev libgtest-dev libgl-dev
 RUN_PACKAGES = $(BUILD_PACKAGES) fonts-dejavu-core
 CHECK_PACKAGES = $(BUILD_PACKAGES) clang-format clang-tidy xvfb
 
