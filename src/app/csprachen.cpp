@@ -107,9 +107,8 @@ void CSprachen::SetLanguage(std::string_view code) {
 }
 
 void CSprachen::UserIndex_Test() {
-  std::string setting = settings_.ReadShared(keys::kServerMisc, "language", "");
-  if (setting.empty()) setting = settings_.ReadProgram("ZubServer", "Misc", "Language", "0");
-  SetLanguage(CodeOf(setting));
+  const std::string older = settings_.ReadProgram("ZubServer", "Misc", "Language", "0");
+  SetLanguage(CodeOf(settings_.ReadShared(keys::kServerMisc, "language", older)));
   LanguagePath();
 }
 

@@ -83,7 +83,7 @@ frmMain::~frmMain() {
 }
 
 QString frmMain::Text(int id) const {
-  return QString::fromStdString(service_.Texts().Text(id));
+  return QString::fromStdString(service_.Texts().Caption(id));
 }
 
 void frmMain::DeviceSelect() {
@@ -120,7 +120,7 @@ void frmMain::Run(const std::function<void()>& operation) {
 }
 
 void frmMain::EnableCommands() {
-  for (QAction* action : {mnuDeviceSelect, mnuRead}) action->setEnabled(!running_);
+  for (QAction* action : {mnuDeviceSelect, mnuRead, mnuReopen}) action->setEnabled(!running_);
   butDeviceSelect->setEnabled(!running_);
   for (Page* page : pages_) {
     if (page != nullptr) page->EnableCommands(!running_);
@@ -159,8 +159,9 @@ void frmMain::ShowConnection() {
   lblBanner->setVisible(simulated);
   lblSimulation->setVisible(simulated);
   lblConnection->setText(
-      name.empty() ? Text(text::kNotConnected)
-                   : QString::fromStdString(service_.Texts().Filled(text::kConnectedTo, name)));
+      name.empty()
+          ? Text(text::kNotConnected)
+          : Text(text::kConnectedTo).replace(QStringLiteral("%s"), QString::fromStdString(name)));
 }
 
 void frmMain::AddPages() {
@@ -202,6 +203,10 @@ void frmMain::ReadPage() {
   for (Page* page : pages_) {
     if (page != nullptr && page == stack_->currentWidget()) return page->Read();
   }
+}
+
+void frmMain::ReopenConnection() {
+  Run([this] { service_.ConnectionReselect(); });
 }
 
 void frmMain::Captions() {

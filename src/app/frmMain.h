@@ -63,6 +63,7 @@ class frmMain : public QMainWindow {
   void AddPages();
   void ShowPage(int index);
   void ReadPage();
+  void ReopenConnection();
   void ChangeLanguage(const std::string& code);
   void AliveTick();
   QString Text(int id) const;
@@ -95,6 +96,7 @@ class frmMain : public QMainWindow {
   QLabel* lblSimulation = nullptr;
   QAction* mnuDeviceSelect = nullptr;
   QAction* mnuRead = nullptr;
+  QAction* mnuReopen = nullptr;
 };
 
 }  // namespace ostrel

@@ -116,6 +116,8 @@ void frmMain::BuildMenus(Scheme scheme) {
   mnuDeviceSelect =
       AddCommand(*program, text::kSelectDeviceButton, QKeySequence::Open, &frmMain::DeviceSelect);
   mnuRead = AddCommand(*program, text::kReadPage, Qt::Key_F5, &frmMain::ReadPage);
+  mnuReopen = AddCommand(*program, text::kReopenConnection, {}, &frmMain::ReopenConnection);
+  mnuReopen->setObjectName(QStringLiteral("mnuReopen"));
   program->addSeparator();
   AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
   QMenu* view = AddMenu(text::kMenuView);
@@ -147,6 +149,7 @@ void frmMain::AddLanguages(QMenu& menu) {
                                    std::pair{"fra", "&Français"}}) {
     QAction* action = group->addAction(menu.addAction(QString::fromUtf8(name)));
     action->setCheckable(true);
+    action->setObjectName(QStringLiteral("mnuLanguage_") + QLatin1String(code));
     action->setChecked(service_.Languages().Current() == code);
     connect(action, &QAction::triggered, this, [this, chosen = code] { ChangeLanguage(chosen); });
   }

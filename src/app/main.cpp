@@ -12,6 +12,7 @@
 #include "app/frmMain.h"
 #include "app/service.h"
 #include "app/texts.h"
+#include "link/connection_chooser.h"
 #include "link/connections.h"
 #include "link/line_rules.h"
 #include "platform/connection_chooser.h"
@@ -108,10 +109,11 @@ int RunInWindow(QApplication& application, const Options& options) {
   if (scheme != Scheme::kSystem) ApplyScheme(scheme);
 
   const Service* texts = nullptr;
-  ServerFactory factory([&](const std::string& name, const std::string& reason) {
+  ServerFactory server;
+  FactoryWithChooser factory(server, [&](const std::string& name, const Message& why) {
     const Connections connections(settings);
     return ChooseConnection(dialogs.Parent(), texts->Texts(), connections.List(),
-                            name.empty() ? connections.Current() : name, reason);
+                            name.empty() ? connections.Current() : name, why.text);
   });
   EventClock clock;
   ProgramDesktop desktop;

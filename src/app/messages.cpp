@@ -6,6 +6,12 @@
 
 namespace ostrel {
 
+namespace {
+
+constexpr int kEnglish = 1;
+
+}  // namespace
+
 std::string Messages::Text(int id, int factor) {
   const auto table = StringTable();
   const auto entry =
@@ -14,6 +20,11 @@ std::string Messages::Text(int id, int factor) {
   if (entry == table.end() || entry->id != id) return {};
   if (factor < 0 || factor >= static_cast<int>(entry->texts.size())) return {};
   return std::string(entry->texts[static_cast<std::size_t>(factor)]);
+}
+
+std::string Messages::Caption(int id) const {
+  const std::string text = Text(id);
+  return text.empty() ? Text(id, kEnglish) : text;
 }
 
 std::string Messages::Filled(int id, std::string_view value) const {
@@ -41,7 +52,7 @@ void Messages::WarnFilled(int id, std::string_view value) const {
 }
 
 bool Messages::Ask(int id) const {
-  return dialogs_.AskYesNo(Text(id));
+  return dialogs_.AskYesNo(Caption(id));
 }
 
 }  // namespace ostrel

@@ -31,6 +31,9 @@ class Messages {
   /// The text; empty when the table has none for the id or the factor.
   std::string Text(int id) const { return Text(id, factor_); }
   static std::string Text(int id, int factor);
+  /// What a control shows: the text, English where the language has none, so that whoever got into
+  /// such a language finds the way out of it.
+  std::string Caption(int id) const;
   /// The text with its first "%s" replaced.
   std::string Filled(int id, std::string_view value) const;
 
@@ -40,7 +43,7 @@ class Messages {
   void Warn(int id, std::string_view added = {}) const;
   /// The same with the first "%s" of the text replaced.
   void WarnFilled(int id, std::string_view value) const;
-  /// Asks the text; false for everything but Yes.
+  /// Asks the caption, since nobody can answer an empty question; false for everything but Yes.
   bool Ask(int id) const;
 
  private:

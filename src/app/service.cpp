@@ -48,8 +48,17 @@ bool Service::ConnectionOpen() {
   // A server that could not be created has told so itself, and the chooser tells as well.
   const bool told = link_.LastError().Code() == code::kServerNotStarted ||
                     (options_.chooser && state == LinkState::kServer);
-  if (!told) link_.ServerErrorReport(link_.LastError(), false);
+  const ServerError& error = link_.LastError();
+  if (!told) messages_.Warn(error.Code(), error.Detail());
   return false;
+}
+
+bool Service::ConnectionReselect() {
+  const std::optional<std::string> address = selection_.GetKenn();
+  if (link_.ConnState() != LinkState::kChannel) return address ? Reconnect() : ConnectionOpen();
+  if (!link_.ConnectionReselect()) return false;
+  simulated_ = LeadsToSimulator();
+  return !address || DeviceSelectByAddress(*address);
 }
 
 bool Service::Reconnect() {

@@ -67,6 +67,9 @@ class Service {
   /// Opens the connection of this run; shows what went wrong. When that is another one than the
   /// selected device's, no device is selected any more.
   bool ConnectionOpen();
+  /// Closes the connection and opens it anew, also when it is lost, and identifies the selected
+  /// device there again. Asks before while a station still answers; failures are shown.
+  bool ConnectionReselect();
   /// Opens a link that was lost and identifies the selected device there again; true at once while
   /// the link stands. Failures are shown.
   bool Reconnect();

@@ -243,6 +243,14 @@ constexpr TableEntry kTable[] = {
     {text::kServerRunning,
      {"Der Kommunikationsserver läuft.", "The communication server is running.",
       "Le serveur de communication est en marche."}},
+    {text::kReselectAnswering,
+     {"Das Gerät antwortet auf dieser Verbindung. Soll sie trotzdem geschlossen und neu geöffnet "
+      "werden?",
+      "The device answers on this connection. Close it and open it anew all the same?",
+      "L'appareil répond sur cette liaison. La fermer et la rouvrir malgré tout ?"}},
+    {text::kChooseNumber,
+     {"Nummer der Verbindung (leer = abbrechen): ", "Number of the connection (empty = cancel): ",
+      "Numéro de la liaison (vide = annuler) : "}},
 
     // Captions of windows and tables.
     {text::kTapPosition, {"Stufe", "Tap position", "Prise"}},
@@ -280,6 +288,8 @@ constexpr TableEntry kTable[] = {
     {text::kNotConnected, {"Nicht verbunden", "Not connected", "Non connecté"}},
     {text::kReading,
      {"Das Gerät wird gelesen ...", "Reading the device ...", "Lecture de l'appareil ..."}},
+    {text::kReopenConnection,
+     {"Verbindung &neu öffnen", "Reopen co&nnection", "&Rouvrir la liaison"}},
     {text::kSelectConnection, {"Verbindung auswählen", "Select connection", "Choisir la liaison"}},
     {text::kChooseDeviceFirst,
      {"Wählen Sie ein Gerät aus, um seine Statistik zu lesen.",

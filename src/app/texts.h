@@ -43,6 +43,8 @@ inline constexpr int kYesNo = Own(16);
 inline constexpr int kYesLetters = Own(17);
 inline constexpr int kNoSuchConnection = Own(18);
 inline constexpr int kServerRunning = Own(19);
+inline constexpr int kReselectAnswering = Own(20);
+inline constexpr int kChooseNumber = Own(21);
 
 // Captions of windows and tables.
 inline constexpr int kTapPosition = Own(100);
@@ -73,6 +75,7 @@ inline constexpr int kSchemeDark = Own(130);
 inline constexpr int kTreeLogs = Own(131);
 inline constexpr int kNotConnected = Own(132);
 inline constexpr int kReading = Own(133);
+inline constexpr int kReopenConnection = Own(134);
 inline constexpr int kSelectConnection = Own(135);
 inline constexpr int kChooseDeviceFirst = Own(136);
 

@@ -9,6 +9,8 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/terminal_dialogs.h"
+#include "link/connection_chooser.h"
+#include "link/connections.h"
 #include "link/line_rules.h"
 
 namespace ostrel {
@@ -151,9 +153,19 @@ ExitStatus Parsed(const CLI::App& app, const CLI::ParseError& end, bool json,
 ExitStatus Execute(const Request& request, const CliPorts& ports) {
   TerminalDialogs dialogs(ports.in, ports.err,
                           {.yes = request.yes, .interactive = ports.interactive});
-  Service service(
-      {ports.settings, ports.automation, dialogs, ports.clock, ports.desktop},
-      {.connection = request.connection, .language = request.language, .chooser = false});
+  const Messages* texts = nullptr;
+  FactoryWithChooser automation(ports.automation, [&](const std::string& name, const Message& why) {
+    dialogs.Show(why);
+    const Connections connections(ports.settings);
+    return ChooseInTerminal(connections.List(), name.empty() ? connections.Current() : name, *texts,
+                            ports.in, ports.err);
+  });
+  // A connection named on the command line is meant: no other one is offered.
+  Service service({ports.settings, automation, dialogs, ports.clock, ports.desktop},
+                  {.connection = request.connection,
+                   .language = request.language,
+                   .chooser = ports.interactive && request.connection.empty()});
+  texts = &service.Texts();
   dialogs.SetMessages(service.Texts());
   CliRun run(ports, service, dialogs, StationAddress(request.station).value_or(""), request.json);
   ExitStatus status = request.command(run);

@@ -16,7 +16,7 @@ void CliRun::PrintJson(const std::string& json) {
   printed_ = true;
 }
 
-void CliRun::Table(const std::vector<std::vector<std::string>>& rows) {
+void PrintTable(std::ostream& out, const std::vector<std::vector<std::string>>& rows) {
   std::vector<std::size_t> widths;
   for (const auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
@@ -28,7 +28,7 @@ void CliRun::Table(const std::vector<std::vector<std::string>>& rows) {
     std::string line;
     for (std::size_t n = 0; n < row.size(); ++n) line += Padded(VisibleLine(row[n]), widths[n] + 2);
     line.erase(line.find_last_not_of(' ') + 1);
-    ports_.out << line << '\n';
+    out << line << '\n';
   }
 }
 

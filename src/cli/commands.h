@@ -1,12 +1,25 @@
 #pragma once
 
+#include <istream>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "cli/cli.h"
 #include "cli/terminal_dialogs.h"
+#include "link/connections.h"
 
 namespace ostrel {
+
+/// Prints columns under their headings, each as wide as its widest cell.
+void PrintTable(std::ostream& out, const std::vector<std::vector<std::string>>& rows);
+
+/// The connection list by numbers, where somebody can be asked for one: the name of the chosen
+/// connection, empty when the input is empty or ends. Anything but a number of the list is asked
+/// again.
+std::string ChooseInTerminal(const std::vector<Connection>& connections,
+                             const std::string& preselected, const Messages& messages,
+                             std::istream& in, std::ostream& err);
 
 /// One run of the command line: what was asked, and where results go.
 class CliRun {
@@ -40,10 +53,10 @@ class CliRun {
  private:
   /// A message of the program with its first "%s" filled.
   ExitStatus Refuse(int id, const std::string& value);
-  std::string Text(int id) const { return service_.Texts().Text(id); }
+  /// A heading or a line of a result.
+  std::string Text(int id) const { return service_.Texts().Caption(id); }
   void PrintJson(const std::string& json);
-  /// Prints columns under their headings, each as wide as its widest cell.
-  void Table(const std::vector<std::vector<std::string>>& rows);
+  void Table(const std::vector<std::vector<std::string>>& rows) { PrintTable(ports_.out, rows); }
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

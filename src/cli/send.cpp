@@ -39,7 +39,9 @@ ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& js
   entry.Add("line", Masked(line)).Add("answer", answer).Add("ok", ok);
   if (code != 0) {
     service_.Texts().Warn(code);
-    entry.AddRaw("error", JsonObject().Add("number", code).Add("message", Text(code)).Text());
+    entry.AddRaw(
+        "error",
+        JsonObject().Add("number", code).Add("message", service_.Texts().Text(code)).Text());
   } else if (!ok) {
     service_.Texts().Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
   } else if (!json_ && !answer.empty()) {

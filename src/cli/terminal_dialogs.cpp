@@ -17,11 +17,11 @@ void TerminalDialogs::Show(const Message& message) {
 bool TerminalDialogs::AskYesNo(const std::string& question) {
   if (options_.yes) return true;
   if (!options_.interactive) return false;
-  err_ << Visible(question) << (messages_ != nullptr ? messages_->Text(text::kYesNo) : " ")
+  err_ << Visible(question) << (messages_ != nullptr ? messages_->Caption(text::kYesNo) : " ")
        << std::flush;
   std::string answer;
   std::getline(in_, answer);
-  const std::string letters = messages_ != nullptr ? messages_->Text(text::kYesLetters) : "";
+  const std::string letters = messages_ != nullptr ? messages_->Caption(text::kYesLetters) : "";
   return !answer.empty() && letters.find(answer.front()) != std::string::npos;
 }
 

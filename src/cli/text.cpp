@@ -5,9 +5,9 @@ namespace ostrel {
 
 ExitStatus CliRun::TextOf(int id) {
   if (json_) {
-    PrintJson(JsonObject().Add("id", id).Add("text", Text(id)).Text());
+    PrintJson(JsonObject().Add("id", id).Add("text", service_.Texts().Text(id)).Text());
   } else {
-    ports_.out << Text(id) << '\n';
+    ports_.out << service_.Texts().Text(id) << '\n';
   }
   return ExitStatus::kDone;
 }

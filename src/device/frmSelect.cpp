@@ -64,7 +64,7 @@ void frmSelect::Arrange() {
 }
 
 void frmSelect::Captions(const Messages& messages) {
-  const auto caption = [&](int id) { return QString::fromStdString(messages.Text(id)); };
+  const auto caption = [&](int id) { return QString::fromStdString(messages.Caption(id)); };
   setWindowTitle(caption(text::kSelectDevice));
   connectionLabel_->setText(caption(text::kConnection));
   stationsLabel_->setText(caption(text::kDevice));

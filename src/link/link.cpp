@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/texts.h"
+#include "link/answers.h"
 #include "link/def_timeout.h"
 
 namespace ostrel {
@@ -17,6 +18,10 @@ constexpr int kAttempts = 5;
 int ServerError::Code() const {
   const int code = number - kObjectErrorBase;
   return number < 0 && code >= 0 && code <= 0xFFFF ? code : number;
+}
+
+std::string ServerError::Detail() const {
+  return description.empty() ? std::string() : "\n" + description;
 }
 
 Link::Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
@@ -83,8 +88,9 @@ bool Link::ChooseConnection(std::string& name) {
   if (!server_ || !offerChooser_) return false;
   if (!chooser_) chooser_ = factory_.Create(serverClass_ + ".Chooser").object;
   if (!chooser_) return false;
-  const std::string reason = messages_.Text(lastError_.Code());
-  name = chooser_->Call("Select", {name, reason + "\n" + lastError_.description}).Text();
+  const int code = lastError_.Code();
+  const std::string reason = messages_.Text(code) + lastError_.Detail();
+  name = chooser_->Call("Select", {name, code, reason}).Text();
   return !name.empty();
 }
 
@@ -96,6 +102,45 @@ int Link::ChannelOpen(const std::string& name, int kind) {
   if (!result.Ok()) return -1;
   if (result.Int() < 0) lastError_ = {kObjectErrorBase - result.Int(), {}};
   return std::max(result.Int(), -1);
+}
+
+int Link::ChannelReopen(const std::string& name) {
+  const int opened = ChannelOpen(name);
+  if (opened < 0) return -std::max(lastError_.Code(), 1);
+  const AutomationResult framed = Use([opened](AutomationObject& server) {
+    return server.Put("CFrame", {opened}, frame::kFramed);
+  });
+  if (framed.Ok()) return opened;
+  const int code = lastError_.Code();
+  Call("CClose", {opened});
+  return -code;
+}
+
+bool Link::ConnectionReselect() {
+  std::string answer;
+  const int asked = CommandExchangeCode(channel_, "AA:dirn", answer);
+  const bool answers = asked == 0 && !IsErrorAnswer(answer);
+  if (answers && !messages_.Ask(text::kReselectAnswering)) return false;
+  // A server that is gone, an exchange under way, a program that ends: nothing to open anew.
+  if (state_ != LinkState::kChannel || busy_ || calls_ > 0 || givenUp_) {
+    if (!givenUp_) messages_.Warn(asked != 0 ? asked : lastError_.Code());
+    return false;
+  }
+  if (Call("COnlineEnabled", {channel_}).Bool()) {
+    messages_.Warn(code::kOnlineActive);
+    return false;
+  }
+  const std::string name = ConnectionName();
+  Call("CClose", {channel_});
+  if (server_) state_ = LinkState::kServer;
+  const int opened = ChannelReopen(name);
+  if (opened < 0) {
+    messages_.Warn(lastError_.Code(), lastError_.Detail());
+    return false;
+  }
+  channel_ = opened;
+  state_ = LinkState::kChannel;
+  return true;
 }
 
 void Link::ConnectionClose() {

@@ -25,6 +25,8 @@ struct ServerError {
   std::string description;
   /// The message number: the code of an object error, any other number as it is.
   int Code() const;
+  /// The description as a line of its own below the message; empty when there is none.
+  std::string Detail() const;
 };
 
 /// The program's side of the communication server: the server object, the channel on which commands
@@ -59,6 +61,12 @@ class Link {
   LinkState ConnectionOpen(std::string name, int frame = 2, int kind = 2);
   /// One attempt to open; the channel, or -1. LastError tells why.
   int ChannelOpen(const std::string& name, int kind = 2);
+  /// A command channel on a named connection: its number, or minus the code of the error.
+  int ChannelReopen(const std::string& name);
+  /// Closes the channel and opens a new one on its connection; asks before while a station still
+  /// answers. Refused with 10019 while an online channel is open. False when the channel is not a
+  /// new one; why is shown.
+  bool ConnectionReselect();
   /// Closes the channel and gives up the server object.
   void ConnectionClose();
   /// The name of the connection on which the channel runs; empty when there is none.

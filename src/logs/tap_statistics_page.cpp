@@ -72,7 +72,7 @@ void TapStatisticsPage::Arrange() {
 }
 
 void TapStatisticsPage::Captions() {
-  const auto caption = [this](int id) { return QString::fromStdString(service_.Texts().Text(id)); };
+  const auto caption = [this](int id) { return QString::fromStdString(service_.Texts().Caption(id)); };
   butStatLesen->setText(caption(text::kRead));
   butStatDel->setText(caption(text::kDelete));
   butTapStat2Clip->setText(caption(text::kCopy));
@@ -146,7 +146,7 @@ void TapStatisticsPage::ShowHint() {
   const int hint = device ? text::kNotReadYet : text::kChooseDeviceFirst;
   chrtTapStat->SetHint(service_.Statistics().Counters().counted
                            ? QString()
-                           : QString::fromStdString(service_.Texts().Text(hint)));
+                           : QString::fromStdString(service_.Texts().Caption(hint)));
 }
 
 void TapStatisticsPage::ResetWindow() {

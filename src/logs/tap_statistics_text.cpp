@@ -29,18 +29,18 @@ std::string Bar(std::size_t eighths) {
 BarChartData TapChart(const TapCounters& data, const Messages& messages) {
   return {.first = data.first,
           .counts = data.counters,
-          .positionLabel = messages.Text(text::kTapPosition),
-          .countLabel = messages.Text(text::kCounter)};
+          .positionLabel = messages.Caption(text::kTapPosition),
+          .countLabel = messages.Caption(text::kCounter)};
 }
 
 std::string TapTable(const TapCounters& data, const Messages& messages) {
-  std::string table = messages.Text(text::kTapPosition) + "\t" + messages.Text(text::kCounter);
+  std::string table = messages.Caption(text::kTapPosition) + "\t" + messages.Caption(text::kCounter);
   for (std::size_t n = 0; n < data.counters.size(); ++n) {
     table += "\r\n" + std::to_string(data.first + static_cast<int>(n)) + "\t" +
              std::to_string(data.counters[n]);
   }
-  table += "\r\n" + messages.Text(text::kTapsTotal) + "\t" + std::to_string(data.total);
-  table += "\r\n" + messages.Text(text::kTapsUnderLoad) + "\t" + std::to_string(data.underLoad);
+  table += "\r\n" + messages.Caption(text::kTapsTotal) + "\t" + std::to_string(data.total);
+  table += "\r\n" + messages.Caption(text::kTapsUnderLoad) + "\t" + std::to_string(data.underLoad);
   return table + "\r\n";
 }
 
@@ -59,8 +59,8 @@ std::string TapTextChart(const TapCounters& data, const Messages& messages, std:
   const auto begin = std::find_if(data.counters.begin(), data.counters.end(), used);
   const auto end = std::find_if(data.counters.rbegin(), data.counters.rend(), used).base();
 
-  const std::string position = messages.Text(text::kTapPosition);
-  const std::string count = messages.Text(text::kCounter);
+  const std::string position = messages.Caption(text::kTapPosition);
+  const std::string count = messages.Caption(text::kCounter);
   const std::size_t positionWidth = std::max<std::size_t>(CharCount(position), 3);
   const std::size_t countWidth = std::max<std::size_t>(CharCount(count), 5);
   const std::size_t taken = positionWidth + countWidth + 4;
@@ -78,8 +78,8 @@ std::string TapTextChart(const TapCounters& data, const Messages& messages, std:
              RightAligned(std::to_string(*counter), countWidth) + (bar.empty() ? "" : "  ") + bar +
              "\n";
   }
-  chart += "\n" + messages.Text(text::kTapsTotal) + ": " + std::to_string(data.total) + "\n";
-  return chart + messages.Text(text::kTapsUnderLoad) + ": " + std::to_string(data.underLoad) + "\n";
+  chart += "\n" + messages.Caption(text::kTapsTotal) + ": " + std::to_string(data.total) + "\n";
+  return chart + messages.Caption(text::kTapsUnderLoad) + ": " + std::to_string(data.underLoad) + "\n";
 }
 
 }  // namespace ostrel

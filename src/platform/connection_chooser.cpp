@@ -17,7 +17,7 @@ namespace ostrel {
 namespace {
 
 QString Text(const Messages& messages, int id) {
-  return QString::fromStdString(messages.Text(id));
+  return QString::fromStdString(messages.Caption(id));
 }
 
 QTreeWidget* ConnectionList(const Messages& messages, const std::vector<Connection>& connections,

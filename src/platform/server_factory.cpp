@@ -41,23 +41,6 @@ bool StartServer(std::string& problem) {
   return false;
 }
 
-/// A chooser as an object with one operation.
-class Chooser : public AutomationObject {
- public:
-  explicit Chooser(ConnectionChooser choose) : choose_(std::move(choose)) {}
-  AutomationResult Call(std::string_view, const Values& arguments) override {
-    const auto text = [&](std::size_t n) {
-      return n < arguments.size() ? AutomationResult{arguments[n], 0, {}}.Text() : std::string();
-    };
-    return {choose_(text(0), text(1)), 0, {}};
-  }
-  AutomationResult Get(std::string_view, const Values&) override { return {}; }
-  AutomationResult Put(std::string_view, const Values&, const Value&) override { return {}; }
-
- private:
-  ConnectionChooser choose_;
-};
-
 }  // namespace
 
 std::unique_ptr<ServerProxy> ServerFactory::Running() {
@@ -67,9 +50,6 @@ std::unique_ptr<ServerProxy> ServerFactory::Running() {
 }
 
 AutomationFactory::Created ServerFactory::Create(std::string_view className) {
-  if (className.ends_with(".Chooser") && choose_) {
-    return {std::make_unique<Chooser>(choose_), {}};
-  }
   if (className == "OstrelTESK.TESKComm") return {std::make_unique<InProcessServer>(), {}};
   if (className != "ZubServer.TESKComm") return {nullptr, "class not registered"};
   std::unique_ptr<ServerProxy> proxy = Running();

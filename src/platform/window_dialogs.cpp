@@ -73,7 +73,7 @@ void WindowDialogs::Attach(QWidget* parent, const Messages* messages) {
 }
 
 std::string WindowDialogs::Caption(int id) const {
-  return messages_ != nullptr ? messages_->Text(id) : Messages::Text(id, 0);
+  return messages_ != nullptr ? messages_->Caption(id) : Messages::Text(id, 0);
 }
 
 void WindowDialogs::Silence() {

@@ -10,6 +10,7 @@
 #include "app/text.h"
 #include "app/texts.h"
 #include "kit/kit.h"
+#include "link/codes.h"
 
 namespace ostrel {
 namespace {
@@ -71,6 +72,18 @@ TEST(Languages, StartUpChoice) {
     EXPECT_EQ(sprachen.Current(), c.code) << c.shared << "/" << c.program;
     EXPECT_EQ(messages.Factor(), c.factor) << c.shared << "/" << c.program;
   }
+}
+
+TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
+  kit::World world;
+  Messages messages(world.dialogs);
+  messages.SetFactor(3);
+  EXPECT_EQ(messages.Caption(text::kYes), "&Yes");
+  messages.Warn(code::kTimeout, "\nx");
+  EXPECT_EQ(world.dialogs.shown[0].text, "\nx");
+  EXPECT_EQ(world.dialogs.shown[0].number, 10012);
+  messages.Ask(text::kDeleteStatistics);
+  EXPECT_EQ(world.dialogs.asked.back(), Messages::Text(text::kDeleteStatistics, 1));
 }
 
 TEST(Languages, TableAndFolders) {

@@ -173,6 +173,28 @@ TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"AA:ver."});
 }
 
+TEST_F(CliTest, AnotherConnectionIsOfferedWhereSomebodySits) {
+  const struct {
+    const char* input;
+    bool interactive;
+    std::size_t asked;  // how often
+  } cases[] = {{"2\n1\n\n", true, 3}, {"7\nx\n0\n", true, 4}, {"", true, 1}, {"1\n", false, 0}};
+  world.server.fails["COpen"] = ObjectError(10042, "refused");
+  Run({"connections", "add", "Werk", "tcp", "192.0.2.7:4001"});
+  for (const auto& c : cases) {
+    EXPECT_EQ(Run({"--language", "eng", "identify"}, c.input, c.interactive), 1);
+    std::size_t asked = 0;
+    for (std::size_t at = err.find("Number of"); at != std::string::npos; ++asked) {
+      at = err.find("Number of", at + 1);
+    }
+    EXPECT_EQ(asked, c.asked) << c.input << err;
+    EXPECT_NE(err.find("refused"), std::string::npos) << err;
+    EXPECT_EQ(err.find("*  1  Simulator") == std::string::npos, !c.interactive) << err;
+  }
+  world.server.fails.clear();
+  EXPECT_EQ(Run({"identify"}), 0);
+}
+
 TEST_F(CliTest, QuestionsAreAskedWhereSomebodySits) {
   const struct {
     const char *language, *input;

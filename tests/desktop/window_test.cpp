@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -34,6 +35,7 @@ struct WindowTest : testing::Test {
         {"B1:RegTAPSUML#", "7000"},
         {"B1:RegTAPSTATCL*=0", ""},
         {"B1:ver.", "KT-XB+;V2.27"},
+        {"B1:dirn_", "B1:<i>Nord</i>"},
         {"B1:sysSN#", "<b>12</b>"},
         {"AA:dirn_", "AA:Main"},
         {"AA:dirn_\r\n", "AA:Main"},
@@ -46,7 +48,7 @@ struct WindowTest : testing::Test {
   }
 
   template <typename Control>
-  static Control& Find(const QWidget& in, const char* name) {
+  static Control& Find(const QObject& in, const char* name) {
     auto* found = in.findChild<Control*>(QLatin1String(name));
     EXPECT_NE(found, nullptr) << name;
     return *found;
@@ -148,6 +150,29 @@ TEST_F(WindowTest, DeletesAfterYesAloneAndReadsAgain) {
                         });
     EXPECT_EQ(world.server.sent.back(), answer ? "B1:sysSN#" : "B1:RegTAPSUML#");
   }
+}
+
+TEST_F(WindowTest, ReopensTheConnectionAndIdentifiesTheDeviceThere) {
+  frmMain window(service, dialogs, Scheme::kSystem);
+  window.show();
+  SelectB1(window);
+  world.server.sent.clear();
+  Find<QAction>(window, "mnuReopen").trigger();
+  EXPECT_EQ(world.server.closed, 1);
+  EXPECT_EQ(world.server.opened, (std::vector<std::string>{"", "Simulator"}));
+  EXPECT_EQ(world.server.sent.front(), "AA:dirn");
+  EXPECT_EQ(world.server.sent.back(), "B1:sysSN#");
+  EXPECT_TRUE(Find<QPushButton>(window, "butStatLesen").isEnabled());
+}
+
+TEST_F(WindowTest, FromALanguageWithoutTextsTheMenuLeadsBack) {
+  service.Languages().SetLanguage("pol");
+  const frmMain window(service, dialogs, Scheme::kSystem);
+  EXPECT_EQ(Find<QPushButton>(window, "butDeviceSelect").text(), "Select &Device ...");
+  EXPECT_EQ(window.menuBar()->actions()[1]->text(), "&View");
+  Find<QAction>(window, "mnuLanguage_deu").trigger();
+  EXPECT_EQ(Find<QPushButton>(window, "butDeviceSelect").text(), "&Gerät auswählen ...");
+  EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "language", ""), "deu");
 }
 
 TEST_F(WindowTest, PlacementComesBackUnlessItIsOnNoScreen) {

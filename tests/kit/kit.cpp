@@ -55,6 +55,9 @@ class ScriptedServer : public AutomationObject {
   }
 
   AutomationResult Put(std::string_view property, const Values&, const Value& value) override {
+    if (const auto fail = script_.fails.find(std::string(property)); fail != script_.fails.end()) {
+      return fail->second;
+    }
     int& target = property == "CTimeout" ? script_.timeout
                   : property == "CFrame" ? script_.frame
                                          : script_.translate;
@@ -93,7 +96,7 @@ class ScriptedChooser : public AutomationObject {
  public:
   explicit ScriptedChooser(ServerScript& script) : script_(script) {}
   AutomationResult Call(std::string_view, const Values& arguments) override {
-    script_.choosers.push_back(AutomationResult{arguments.at(1), 0, {}}.Text());
+    script_.choosers.push_back(AutomationResult{arguments.at(2), 0, {}}.Text());
     return {Next<std::string>(script_.chosen, ""), 0, {}};
   }
   AutomationResult Get(std::string_view, const Values&) override { return {}; }

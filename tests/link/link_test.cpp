@@ -68,6 +68,69 @@ TEST_F(LinkTest, OpeningGoesThroughTheChooserUntilItIsCancelled) {
   EXPECT_EQ(link.CurrentChannel(), 7);
 }
 
+TEST_F(LinkTest, ReopensTheConnectionUnlessTheUserKeepsIt) {
+  const AutomationResult refused = ObjectError(10013, "why"), negative{-10032, 0, {}};
+  const struct {
+    const char* name;
+    const char* answer;  // to "AA:dirn"; null: none
+    bool yes, online;
+    const char* failing;
+    AutomationResult fail;
+    bool reopened;
+    std::string messages;
+    LinkState after;
+  } cases[] = {
+      {"silent", nullptr, false, false, "", {}, true, "", LinkState::kChannel},
+      {"kept", "AA:x", false, false, "", {}, false, "", LinkState::kChannel},
+      {"confirmed", "AA:x", true, false, "", {}, true, "", LinkState::kChannel},
+      {"error answer", "<<x>>", false, false, "", {}, true, "", LinkState::kChannel},
+      {"online", nullptr, false, true, "", {}, false, "10019", LinkState::kChannel},
+      {"refused", nullptr, false, false, "COpen", refused, false, "10013", LinkState::kServer},
+      {"negative", nullptr, false, false, "COpen", negative, false, "10032", LinkState::kServer},
+      {"gone", nullptr, false, false, "CSend", ObjectError(10041, ""), false, "10041",
+       LinkState::kNoServer},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    world.server = {};
+    world.dialogs.shown.clear();
+    link.ConnectionClose();
+    ASSERT_EQ(link.ConnectionOpen("first"), LinkState::kChannel);
+    world.server.connection = "second";
+    world.server.opened.clear();
+    world.server.frame = 0;
+    world.server.online = c.online;
+    if (c.answer != nullptr) world.server.answers["AA:dirn"] = c.answer;
+    if (*c.failing != 0) world.server.fails[c.failing] = c.fail;
+    world.dialogs.yesNo = {c.yes};
+    EXPECT_EQ(link.ConnectionReselect(), c.reopened);
+    EXPECT_EQ(world.dialogs.Numbers(), c.messages);
+    EXPECT_EQ(link.ConnState(), c.after);
+    EXPECT_EQ(world.server.opened, std::vector<std::string>(c.reopened ? 1 : 0, "second"));
+    EXPECT_EQ(world.server.frame, c.reopened ? 2 : 0);
+  }
+  // A channel that cannot be framed is none.
+  world.server = {};
+  ASSERT_EQ(link.ConnectionOpen("first"), LinkState::kChannel);
+  world.server.fails["CFrame"] = ObjectError(10021, "");
+  EXPECT_EQ(link.ChannelReopen("x"), -10021);
+  EXPECT_EQ(world.server.closed, 1);
+}
+
+TEST_F(LinkTest, FrameAndTimeoutComeBackAfterATemporaryChange) {
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+  world.server.translate = 5;
+  link.FrameSave();
+  world.server.frame = world.server.translate = 0;
+  link.FrameRestore();
+  EXPECT_EQ(world.server.frame, 2);
+  EXPECT_EQ(world.server.translate, 5);
+  world.server.timeout = 12;
+  EXPECT_EQ(link.ChannelTimeoutSet(3), 12) << "the channel's own";
+  EXPECT_EQ(link.DefTimeout(), 3);
+  EXPECT_EQ(link.ChannelTimeoutSet(12), 3);
+}
+
 TEST_F(LinkTest, LockedServerOpensNothing) {
   world.server.locked = true;
   link.OfferChooser(false);
@@ -86,6 +149,14 @@ TEST_F(LinkTest, TimeoutIsCountedInWholeSeconds) {
   world.server.answerAfterMs = 3000;
   EXPECT_EQ(Ask("late", answer), 0);
   EXPECT_EQ(answer, "x");
+  // Each pass looks for an online channel, then at the time, then lets events run and looks for the
+  // answer: what is there after the events counts, however late it is.
+  world.clock.stepMs = 9000;
+  EXPECT_EQ(Ask("late", answer), 0);
+  world.server.answerAfterMs = 9001;
+  EXPECT_EQ(Ask("late", answer), code::kTimeout);
+  world.clock.onEvents = [&] { world.server.online = true; };
+  EXPECT_EQ(Ask("late", answer), code::kOnlineActive);
 }
 
 TEST_F(LinkTest, WhatAWaitMeets) {
@@ -296,6 +367,12 @@ TEST_F(LinkTest, KeepAlive) {
   world.server.terminate = true;
   link.KeepAliveTick("ends");
   EXPECT_TRUE(ended);
+  link.ConnectionClose();
+  world.server.locked = true;  // a server, but no channel
+  link.OfferChooser(false);
+  ASSERT_EQ(link.ConnectionOpen(""), LinkState::kServer);
+  link.KeepAliveTick("server");
+  EXPECT_EQ(world.server.notices.back(), "server");
 }
 
 }  // namespace
