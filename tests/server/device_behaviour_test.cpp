@@ -26,6 +26,8 @@ const Behaviour kBehaviours[] = {
     {"breaks off", true, "AA:x\r\n1", "", false, "10012"},
     {"answers late", true, "", "AA:x\r\n1" + kEnd, false, "10012"},
     {"echoes another line", true, "AA:z\r\n1" + kEnd, "", false, "10012"},
+    {"sends rubbish", true, "AA:x\r\n\x01" + kEnd, "", false, "10015"},
+    {"loses the beginning", false, "A:x\r\n1" + kEnd, "", false, "10015"},
     {"drops the link", true, "", "", true, "10015"},
     {"largest answer", true, "AA:x\r\n" + kLong + kEnd, "", false, kLong.toStdString()},
     {"too big an answer", true, "AA:x\r\n" + kLong + "y" + kEnd, "", false, "10017"},
@@ -56,6 +58,23 @@ TEST_F(DeviceBehaviour, TheClientGetsTheAnswerOrTheReasonAndTheNextLineItsOwnAns
     EXPECT_EQ(client.Exchange(channel, "AA:ok"), "fine");
     client.Call("CClose", {channel});
     EXPECT_TRUE(WaitUntil([this] { return !device.Connected(); })) << "the line is closed";
+  }
+}
+
+TEST_F(DeviceBehaviour, OnlyWithoutEchoesDoesALineAwaitTheEndOfALongReply) {
+  Client client(path);
+  for (const QByteArray echo : {"AA:x\r\n", ""}) {
+    device.answer = [echo](const QByteArray& line) {
+      if (line == "AA:x") return echo + kLong + kLong;
+      return echo.isEmpty() ? "fine\x1A" : "rest\x1A" + line + "\r\nfine\x1A";
+    };
+    AddTcp("Long" + echo.left(1).toStdString(), device.Port());
+    const int channel = client.Call("COpen", {QString("Long" + echo.left(1))}).toInt();
+    EXPECT_EQ(client.Exchange(channel, "AA:x"), "10017");
+    client.Call("CSend", {channel, "AA:ok"});
+    for (int i = 0; i < 20; ++i) client.Call("CTimeout", {channel});
+    if (echo.isEmpty()) device.Send("\x1A");
+    EXPECT_EQ(client.Notice()["answer"], "fine");
   }
 }
 
