@@ -85,14 +85,9 @@ int ClaimDevice(const std::string& path, SerialFault& fault) {
     fault = OpenFault(path, errno);
     return -1;
   }
-  if (::isatty(descriptor) == 0) {
-    fault = {code::kPortFailure, path + " is not a serial device"};
-  } else if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    // The terminal's own exclusive mode does not keep root out.
-    fault = OpenFault(path, errno == EWOULDBLOCK ? EBUSY : errno);
-  } else {
-    return descriptor;
-  }
+  // The terminal's own exclusive mode does not keep root out.
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
+  fault = OpenFault(path, errno == EWOULDBLOCK ? EBUSY : errno);
   ::close(descriptor);
   return -1;
 }

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -11,27 +12,24 @@ namespace ostrel {
 namespace {
 
 /// A device behind a pseudo-terminal; its answer is its path.
-class SerialDevice {
- public:
+struct SerialDevice {
   SerialDevice() {
-    ::unlockpt(master_);
-    path = ::ptsname(master_);
+    ::unlockpt(master);
+    path = ::ptsname(master);
     host = ::open(path.c_str(), O_RDWR | O_NOCTTY);  // so that others may come and go
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] {
+    QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] {
       char line[64];
-      const auto size = static_cast<std::size_t>(::read(master_, line, sizeof line));
+      const auto size = static_cast<std::size_t>(::read(master, line, sizeof line));
       const std::string reply = std::string(line, size) + "\n" + path + "\x1A";
-      EXPECT_EQ(::write(master_, reply.data(), reply.size()), reply.size());
+      EXPECT_EQ(::write(master, reply.data(), reply.size()), reply.size());
     });
   }
-  ~SerialDevice() { ::close(host), ::close(master_); }
+  ~SerialDevice() { ::close(host), ::close(master); }
   void Link(const QString& link) const { QFile::link(QString::fromStdString(path), link); }
   std::string path;
   int host = -1;
-
- private:
-  const int master_ = ::posix_openpt(O_RDWR | O_NOCTTY);
-  QSocketNotifier notifier_{master_, QSocketNotifier::Read};
+  const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+  QSocketNotifier notifier{master, QSocketNotifier::Read};
 };
 
 Connection On(const std::string& name, const std::string& device, const char* parity = "none") {
@@ -40,28 +38,24 @@ Connection On(const std::string& name, const std::string& device, const char* pa
 
 class Serial : public ServerTest {};
 
-TEST_F(Serial, ADeviceHasOneConnectionOfOneServer) {
+TEST_F(Serial, ADeviceBelongsToOneProgramAndOneConnection) {
   const SerialDevice line;
   const QString link = folder.path() + "/line";
   line.Link(link);
-  for (const Connection& connection :
-       {On("Bus", line.path), On("Link", link.toStdString()), On("Even", line.path, "even"),
-        On("None", link.toStdString() + "x"), On("Null", "/dev/null")}) {
-    Connections(settings).Add(connection);
-  }
-  CommServer otherComm(settings);
-  RpcServer otherServer(otherComm, 60000);
-  otherServer.Listen(path + "2/server.sock");
-  Client client(path), other(path + "2/server.sock");
+  Connections list(settings);
+  list.Add(On("Bus", line.path)), list.Add(On("Link", link.toStdString()));
+  list.Add(On("Even", line.path, "even")), list.Add(On("None", link.toStdString() + "x"));
+  Client client(path);
+  ::flock(line.host, LOCK_EX);
+  EXPECT_EQ(client.Code("COpen", {"Bus"}), 10027) << "another program has it";
+  ::flock(line.host, LOCK_UN);
   EXPECT_EQ(client.Code("COpen", {"Even"}), 10013) << "which a pseudo-terminal does not do";
+  EXPECT_EQ(client.Code("COpen", {"None"}), 10027);
   EXPECT_EQ(client.Call("COpen", {"Bus"}), 1);
   EXPECT_EQ(client.Exchange(1, "AA:1"), line.path);
   EXPECT_EQ(client.Code("COpen", {"Link"}), 10033);
-  EXPECT_EQ(other.Code("COpen", {"Link"}), 10027);
-  EXPECT_EQ(client.Code("COpen", {"None"}), 10027);
-  EXPECT_EQ(client.Code("COpen", {"Null"}), 10013);
   client.Call("CClose", {1});
-  EXPECT_EQ(other.Call("COpen", {"Link"}), 1) << "given back";
+  EXPECT_EQ(client.Call("COpen", {"Link"}), 2) << "given back";
 }
 
 TEST_F(Serial, ALineThatComesBackIsThatOfTheSameAdapter) {
@@ -84,7 +78,6 @@ TEST_F(Serial, ALineThatComesBackIsThatOfTheSameAdapter) {
                {true, '-', '-', false},
                {false, '-', 's', true}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(&c - cases);
     auto first = std::make_unique<SerialDevice>();
     first->Link(line);
     if (c.named) first->Link(adapter);
@@ -98,8 +91,8 @@ TEST_F(Serial, ALineThatComesBackIsThatOfTheSameAdapter) {
     if (c.adapter == 's') same.Link(adapter);
     result.clear();
     bus.Send({1, 1, "AA:x", 5000});
-    EXPECT_TRUE(WaitUntil([&] { return !result.empty(); }));
-    EXPECT_EQ(result, c.answers ? same.path : "10027");
+    const std::string expected = c.answers ? same.path : "10027";
+    EXPECT_TRUE(WaitUntil([&] { return result == expected; })) << &c - cases << ": " << result;
     bus.Release();
     for (const QString& link : {line, adapter}) QFile::remove(link);
   }
