@@ -117,6 +117,8 @@ void frmMain::BuildMenus(Scheme scheme) {
       AddCommand(*program, text::kSelectDeviceButton, QKeySequence::Open, &frmMain::DeviceSelect);
   mnuRead = AddCommand(*program, text::kReadPage, Qt::Key_F5, &frmMain::ReadPage);
   program->addSeparator();
+  mnuConnections = AddCommand(*program, text::kMenuConnections, {}, &frmMain::ShowConnections);
+  program->addSeparator();
   AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
   QMenu* view = AddMenu(text::kMenuView);
   AddSchemes(*view, scheme);

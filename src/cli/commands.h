@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,12 @@
 #include "cli/terminal_dialogs.h"
 
 namespace ostrel {
+
+/// What is given of a connection.
+struct GivenConnection {
+  std::optional<std::string> name, kind, target, parity, stopBits;
+  std::optional<int> baud;
+};
 
 /// One run of the command line: what was asked, and where results go.
 class CliRun {
@@ -21,8 +28,9 @@ class CliRun {
 
   // A command a file, of the same name.
   ExitStatus ConnectionsList();
-  ExitStatus ConnectionsAdd(const std::string& name, const std::string& kind,
-                            const std::string& target, int baud);
+  ExitStatus ConnectionsAdd(const GivenConnection& given);
+  ExitStatus ConnectionsChange(const std::string& name, const GivenConnection& given);
+  ExitStatus ConnectionsTest(const std::string& name);
   ExitStatus ConnectionsUse(const std::string& name);
   ExitStatus ConnectionsRemove(const std::string& name);
   ExitStatus Stations();
@@ -44,6 +52,8 @@ class CliRun {
   void PrintJson(const std::string& json);
   /// Prints columns under their headings, each as wide as its widest cell.
   void Table(const std::vector<std::vector<std::string>>& rows);
+  /// Says what is wrong with given data.
+  ExitStatus Faulty(const GivenConnection& given, const std::string& name, int problem);
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

@@ -157,6 +157,93 @@ TEST_F(CliTest, JsonAndNothingElse) {
   }
 }
 
+TEST_F(CliTest, ConnectionsAreNotLostSilently) {
+  const char* const built =
+      R"({"name": "Simulator", "kind": "simulator", "target": "", "current": )";
+  const std::string tcp =
+      R"("kind": "tcp", "target": "h:1", "current": true, "host": "h", "port": 1})";
+  const std::string serial =
+      R"("kind": "serial", "target": "/dev/x, 300 baud", "current": true, )"
+      R"("device": "/dev/x", "baud": 300, "parity": "even", "stopBits": "1"})";
+  struct Step {
+    std::vector<std::string> arguments;
+    int status;
+    std::string stored;  // what is in the list beside the built-in one afterwards
+  };
+  const auto named = [](const char* name, const std::string& rest) {
+    return std::string(R"({"name": ")") + name + R"(", )" + rest;
+  };
+  const Step steps[] = {
+      // one after the other
+      {{"add", "W", "tcp", "h:1"}, 0, ""},
+      {{"use", "w"}, 0, named("W", tcp)},
+      {{"add", "w", "serial", "/dev/x"}, 1, named("W", tcp)},
+      {{"add", "V", "tcp", "h:1", "--baud", "300"}, 2, named("W", tcp)},
+      {{"add", "V", "simulator", "h"}, 2, named("W", tcp)},
+      {{"change", "nix", "--target", "h:2"}, 1, named("W", tcp)},
+      {{"change", "Simulator", "--name", "V"}, 1, named("W", tcp)},
+      {{"change", "W", "--target", "h:x"}, 2, named("W", tcp)},
+      {{"change", "W", "--parity", "even"}, 2, named("W", tcp)},
+      {{"change", "W", "--kind", "serial"}, 2, named("W", tcp)},
+      {{"change", "W", "--name", "V"}, 0, named("V", tcp)},
+      {{"change", "v", "--kind", "serial", "--target", "/dev/x", "--parity", "even", "--baud",
+        "300"},
+       0,
+       named("V", serial)},
+      {{"change", "V", "--stop-bits", "1"}, 0, named("V", serial)},
+      {{"remove", "V"}, 3, named("V", serial)},
+      {{"remove", "Simulator", "--yes"}, 1, named("V", serial)},
+  };
+  for (const Step& step : steps) {
+    std::vector<std::string> arguments = step.arguments;
+    arguments.insert(arguments.begin(), "connections");
+    const std::string called = arguments[1] + " " + arguments[2];
+    EXPECT_EQ(Run(arguments), step.status) << called << err;
+    EXPECT_EQ(err.empty(), step.status == 0) << called;
+    if (step.stored.empty()) continue;
+    EXPECT_EQ(Run({"connections", "--json"}), 0);
+    EXPECT_EQ(out, "[" + (built + std::string("false},\n ")) + step.stored + "]\n") << called;
+  }
+  EXPECT_EQ(Run({"connections", "remove", "V"}, "j\n", true), 0);
+  EXPECT_EQ(Run({"connections", "--json"}), 0);
+  EXPECT_EQ(out, "[" + (built + std::string("true}]\n")));
+}
+
+TEST_F(CliTest, ConnectionsAreTested) {
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    const char *opened, *json;
+  } cases[] = {
+      {{},
+       0,
+       "Simulator",
+       R"({"connection": "Simulator", "ok": true, "step": "done", )"
+       R"("answer": "AA:Nord"})"},
+      {{"W"}, 0, "W", R"("answer": "AA:Nord"})"},
+      {{"--connection", "V"}, 0, "V", R"({"connection": "V", "ok": true)"},
+      {{"silent"},
+       1,
+       "silent",
+       R"("ok": false, "step": "answer", "answer": "", "error": )"
+       R"({"number": 10012, "message": "Zeit)"},
+      {{"gone"}, 1, "", R"("step": "open", "answer": "", "error": {"number": 10032, )"},
+  };
+  for (const auto& c : cases) {
+    if (c.status != 0) world.server.answers.clear();
+    if (*c.opened == 0) world.server.fails["COpen"] = ObjectError(10032, "no \x1b");
+    std::vector<std::string> arguments = {"connections", "test"};
+    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+    EXPECT_EQ(Run(arguments), c.status) << c.json << err;
+    EXPECT_EQ(out.empty(), c.status != 0) << out;
+    EXPECT_EQ((out + err).find('\x1b'), std::string::npos);
+    arguments.emplace_back("--json");
+    EXPECT_EQ(Run(arguments), c.status) << c.json << err;
+    EXPECT_NE(out.find(c.json), std::string::npos) << out;
+    EXPECT_TRUE(*c.opened == 0 || world.server.opened.back() == c.opened) << c.json;
+  }
+}
+
 TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
   world.server.fails["COpen"] = ObjectError(10042, "host nix: unknown");
   EXPECT_EQ(Run({"--connection", "nix", "stations"}), 1);
