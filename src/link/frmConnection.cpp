@@ -178,12 +178,12 @@ Connection frmConnection::Data() const {
 void frmConnection::Check() {
   const Connection given = Data();
   for (QWidget* field : {edtHost, edtPort}) form_->setRowVisible(field, given.kind == "tcp");
-  for (QWidget* field :
-       std::initializer_list<QWidget*>{cmbDevice, lblDevice, cmbBaud, cmbParity, cmbStopBits}) {
-    form_->setRowVisible(field, given.kind == "serial");
+  const bool serial = given.kind == "serial";
+  for (QComboBox* field : {cmbDevice, cmbBaud, cmbParity, cmbStopBits}) {
+    form_->setRowVisible(field, serial);
   }
-  const int device = cmbDevice->findText(cmbDevice->currentText());
-  lblDevice->setText(cmbDevice->itemData(device).toString());
+  lblDevice->setText(cmbDevice->itemData(cmbDevice->findText(cmbDevice->currentText())).toString());
+  form_->setRowVisible(lblDevice, serial && !lblDevice->text().isEmpty());
   const int problem = connections_.Problem(given, before_);
   lblProblem->setText(problem == 0 ? QString()
                                    : QString::fromStdString(messages_.Filled(problem, given.name)));

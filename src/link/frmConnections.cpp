@@ -21,6 +21,8 @@ namespace ostrel {
 
 namespace {
 
+constexpr int kGap = 12;  // between the columns, in pixels
+
 bool Same(const std::string& left, const std::string& right) {
   return LowerAscii(left) == LowerAscii(right);
 }
@@ -111,7 +113,11 @@ void frmConnections::Fill(const std::string& selected) {
   if (lstConnections->currentItem() == nullptr) {
     lstConnections->setCurrentItem(lstConnections->topLevelItem(0));
   }
-  lstConnections->header()->resizeSections(QHeaderView::ResizeToContents);
+  QHeaderView* const header = lstConnections->header();
+  header->resizeSections(QHeaderView::ResizeToContents);
+  for (int column = 0; column + 1 < header->count(); ++column) {
+    header->resizeSection(column, header->sectionSize(column) + kGap);
+  }
   lstConnections->setFocus();
   EnableButtons();
 }
