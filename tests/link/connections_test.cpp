@@ -141,6 +141,7 @@ TEST(ConnectionTest, SaysWhichStepFailedAndWhatMendsIt) {
                                     std::string(c.told), messages.Text(c.more)}) {
       EXPECT_NE(told.find(part), std::string::npos) << part << " in: " << told;
     }
+    EXPECT_FALSE(told.ends_with('\n')) << told;
     EXPECT_EQ(world.server.closed, std::ssize(world.server.opened)) << "the channel stays open";
     EXPECT_TRUE(world.dialogs.shown.empty() && world.server.choosers.empty()) << told;
   }
