@@ -122,7 +122,7 @@ std::string ConnectionHelp(int code, const Messages& messages) {
 std::string ConnectionTestText(const ConnectionTestResult& result, const Messages& messages) {
   std::string text = messages.Filled(FirstLineId(result.step), VisibleLine(result.connection));
   if (result.Ok()) return text + Exchanged(result.answer, messages);
-  text += "\n" + std::to_string(result.code) + ": " + messages.Text(result.code);
+  text += "\n" + std::to_string(result.code) + ": " + messages.Shown(result.code);
   for (const std::string& more :
        {Visible(result.description), ConnectionHelp(result.code, messages)}) {
     if (!more.empty()) text += "\n" + more;
