@@ -1,6 +1,7 @@
 #include "server/rpc_server.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -55,6 +56,7 @@ SocketClaim RpcServer::Listen(const QString& path) {
 
 void RpcServer::OnNewConnection() {
   while (QLocalSocket* socket = server_.nextPendingConnection()) {
+    if (!IsOwnUser(*socket)) continue;
     const int client = ++lastClient_;
     auto session = std::make_unique<Session>();
     session->client = client;
@@ -73,6 +75,17 @@ void RpcServer::OnNewConnection() {
     OnReadable(*self);
     if (socket->state() != QLocalSocket::ConnectedState) OnGone(client);
   }
+}
+
+/// The modes of socket and folder keep other users out already, root and a change of modes aside.
+bool RpcServer::IsOwnUser(QLocalSocket& socket) {
+  const auto user = PeerUser(socket.socketDescriptor());
+  if (user == geteuid()) return true;
+  const QString who = user ? QString::number(*user) : QStringLiteral("unknown");
+  emit Noted(QStringLiteral("a client of another user (%1) is turned away").arg(who));
+  socket.abort();
+  socket.deleteLater();
+  return false;
 }
 
 void RpcServer::OnGone(int client) {

@@ -16,7 +16,7 @@
 
 namespace ostrel {
 
-/// Offers the communication server's object to client programs on a local socket.
+/// Offers the communication server's object to client programs of the same user on a local socket.
 class RpcServer : public QObject {
   Q_OBJECT
  public:
@@ -44,6 +44,7 @@ class RpcServer : public QObject {
   };
 
   void OnNewConnection();
+  bool IsOwnUser(QLocalSocket& socket);
   void OnReadable(Session& session);
   void OnGone(int client);
   void Handle(int client, const rpc::Request& request);
