@@ -49,6 +49,7 @@ release: packages-build
 bench: release packages-check
 	build/release/bin/bench_exchange
 	build/release/bin/bench_waiting
+	build/release/bin/bench_server_start
 	build/release/bin/bench_startup
 
 install: release
