@@ -123,6 +123,7 @@ TEST(ConnectionTest, SaysWhichStepFailedAndWhatMendsIt) {
       {"", "COpen", ObjectError(10041, "lost"), kServer, 10041, text::kHelpServer, "\nlost\n"},
       {"", "COpen", ObjectError(10042, "re\x1b!"), kOpen, 10042, text::kHelpHost, "\nre␛!\n"},
       {"", "COpen", ObjectError(10027, ""), kOpen, 10027, text::kHelpAdapter, "\n10027: "},
+      {"", "COpen", ObjectError(10014, "odd"), kOpen, 10014, 0, "\nodd"},
       {nullptr, "", {}, kAnswer, 10012, text::kHelpSilent, "\n10012: "},
       {"", "CReceive", ObjectError(10015, "?"), kAnswer, 10015, text::kHelpDisturbed, "\n?\n"},
   };
