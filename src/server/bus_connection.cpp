@@ -123,9 +123,14 @@ void BusConnection::SetRaw(bool raw) {
     Report(*flight, code::kOnlineActive, reason);
   }
   FailQueue(code::kOnlineActive, reason);
+  StartNext();
 }
 
 void BusConnection::SendRaw(const std::string& bytes) {
+  const std::size_t end = bytes.rfind('\r');
+  halfLine_ = end == std::string::npos ? halfLine_ + bytes : bytes.substr(end + 1);
+  // A device takes less; an echo that does not fit is waited for in vain, and that is all.
+  if (halfLine_.size() > kMaxRawWaiting) halfLine_.resize(kMaxRawWaiting);
   if (open_) {
     port_->Write(bytes);
   } else if (rawWaiting_.size() + bytes.size() <= kMaxRawWaiting) {
@@ -141,6 +146,10 @@ const std::string& BusConnection::StationOf(int channel) const {
 
 void BusConnection::StartNext() {
   if (flight_ || raw_) return;
+  if (open_ && !halfLine_.empty()) {
+    EndHalfLine();
+    return;
+  }
   if (queue_.empty()) {
     if (!held_) WindUp();
     return;
@@ -173,9 +182,20 @@ void BusConnection::Point(const std::string& station, const LineOut& before) {
   Transmit({before.channel, before.exchange, station + "::", before.timeoutMs}, true);
 }
 
+/// What an online channel left behind in the device would become the beginning of the next line.
+void BusConnection::EndHalfLine() {
+  Launch({0, 0, std::exchange(halfLine_, {}), kOwnTimeoutMs}, false, "\r");
+}
+
 void BusConnection::Transmit(LineOut out, bool pointing) {
+  const std::string bytes = out.line + '\r';
+  Launch(std::move(out), pointing, bytes);
+}
+
+/// Waits for the reply to a line of which these bytes are still to be sent.
+void BusConnection::Launch(LineOut out, bool pointing, const std::string& bytes) {
   framer_.Expect(out.line);
-  port_->Write(out.line + '\r');
+  port_->Write(bytes);
   timer_.start(out.timeoutMs);
   if (trace_) Note("> " + ForLog(out.line));
   flight_ = Flight{std::move(out), pointing, false};

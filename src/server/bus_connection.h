@@ -80,6 +80,8 @@ class BusConnection : public QObject {
   void WindUp();
   void Point(const std::string& station, const LineOut& before);
   void Transmit(LineOut out, bool pointing);
+  void EndHalfLine();
+  void Launch(LineOut out, bool pointing, const std::string& bytes);
   void Complete(const std::string& answer);
   void Spoil(ReplyFramer::Outcome outcome);
   void Report(const Flight& flight, int code, const std::string& reason);
@@ -96,6 +98,7 @@ class BusConnection : public QObject {
   bool again_ = false;  // the port was open already since the first of the channels came
   bool raw_ = false;
   std::string rawWaiting_;  // to be sent when the port is open again
+  std::string halfLine_;    // sent in raw mode behind the last carriage return
   ReplyFramer framer_;
   QTimer timer_;
   std::deque<LineOut> queue_;

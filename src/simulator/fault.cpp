@@ -10,7 +10,7 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr int kLate = 3000;  // ms
-constexpr int kPause = 5;    // ms between the bytes of a reply that comes in pieces
+constexpr int kPause = 1;    // ms between the bytes of a reply that comes in pieces
 constexpr int kGarbageLength = 64;
 // Below 9 all are control characters that no device sends.
 constexpr int kHarmfulCharacters = 9;
@@ -37,7 +37,7 @@ struct LineFault::Entry {
 const LineFault::Entry LineFault::kEntries[] = {
     {"silent", Kind::kSilent, "no reply"},
     {"late", Kind::kLate, "the reply comes 3 s late"},
-    {"split", Kind::kSplit, "each byte of the reply comes by itself, 5 ms after the one before"},
+    {"split", Kind::kSplit, "each byte of the reply comes by itself, 1 ms after the one before"},
     {"lost-first", Kind::kLostFirst, "the first byte of the reply is lost"},
     {"doubled", Kind::kDoubled, "the reply comes twice"},
     {"garbage", Kind::kGarbage, "64 random bytes instead of the answer, between echo and end"},

@@ -1,7 +1,9 @@
 // What the user gets for each way in which a line can fail, through the whole stack.
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QTimer>
 #include <algorithm>
 
 #include "app/settings_store.h"
@@ -26,6 +28,10 @@ class FaultyBus {
     const bool serial = !place.isEmpty();
     programs_.Use(serial ? "serial" : "tcp", serial ? place : "127.0.0.1:" + where);
     Next();
+  }
+
+  ~FaultyBus() {
+    if (simulator_->state() != QProcess::NotRunning) Count();
   }
 
   /// Goes on with the next command when one has ended; true when all have.

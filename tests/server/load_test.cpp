@@ -165,11 +165,14 @@ TEST_F(Death, GivesTheOnlineChannelToWhoeverComesNext) {
   }
   EXPECT_EQ(other.Notice()["enabled"], true);
   EXPECT_EQ(other.Notice()["enabled"], false);
-  EXPECT_EQ(next.Code("COpen", {"Tcp", 3}), 0);
+  const int online = next.Call("COpen", {"Tcp", 3}).toInt();
   EXPECT_EQ(other.Notice()["enabled"], true);
+  next.Call("CSend", {online, "half a li"});
+  next.Call("CSend", {online, "ne"});
   next.socket.abort();
   EXPECT_EQ(other.Notice()["enabled"], false);
   EXPECT_EQ(other.Exchange(channel, "AA:own"), "re AA:own");
+  EXPECT_EQ(device.lines.back(), "AA:own") << "behind what was left in the device";
 }
 
 }  // namespace

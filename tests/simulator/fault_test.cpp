@@ -57,7 +57,7 @@ std::string Transcript(Simulation& simulation, const std::vector<Sent>& sent) {
 
 std::string InPieces(const std::string& reply, int from) {
   std::string transcript;
-  for (const char byte : reply) transcript += "@" + std::to_string(from += 5) + " " + byte;
+  for (const char byte : reply) transcript += "@" + std::to_string(++from) + " " + byte;
   return transcript;
 }
 
@@ -72,7 +72,7 @@ TEST(LineFault, HitsItsLinesInItsWay) {
       {"late:1", {{0, "1,!\r"}, {1000, "2,!\r"}}, "@3000 " + kOne + kTwo, 1},
       {"late:1", {{0, "1,!\r"}, {5000, "2,!\r"}}, "@3000 " + kOne + "@5000 " + kTwo, 1},
       {"split", {{0, "1,!\r"}}, InPieces(kOne, 0), 1},
-      {"split", both, InPieces(kOne, 0) + kTwo[0] + InPieces(kTwo.substr(1), 50), 2},
+      {"split", both, InPieces(kOne, 0) + kTwo[0] + InPieces(kTwo.substr(1), 10), 2},
       {"lost-first:2", both, kOne + kTwo.substr(1), 1},
       {"doubled:1", both, kOne + kOne + kTwo, 1},
       {"truncated:1", both, "1,!\r\n" + kTwo, 1},
