@@ -9,18 +9,18 @@ namespace ostrel {
 
 ExitStatus CliRun::Send(const std::vector<std::string>& lines) {
   if (!service_.ConnectionOpen()) return ExitStatus::kRefused;
-  std::vector<std::string> all;
-  if (lines.size() == 1 && lines.front() == "-") {
-    for (std::string line; std::getline(ports_.in, line);) {
-      if (line.ends_with('\r')) line.pop_back();
-      all.push_back(line);
-    }
-  } else {
-    all = lines;
-  }
+  const bool fromInput = lines.size() == 1 && lines.front() == "-";
+  auto given = lines.begin();
+  // Each line is sent as it comes: whoever writes them may wait for the answers.
+  const auto next = [&](std::string& line) {
+    if (!fromInput) return given != lines.end() && (line = *given++, true);
+    if (!std::getline(ports_.in, line)) return false;
+    if (line.ends_with('\r')) line.pop_back();
+    return true;
+  };
   ExitStatus status = ExitStatus::kDone;
   std::vector<std::string> json;
-  for (const std::string& line : all) {
+  for (std::string line; next(line);) {
     const ExitStatus one = SendOne(AddressOf(line).addressed ? line : station_ + line, json);
     if (one != ExitStatus::kDone) status = one;
     // A link that failed fails for the rest as well.
@@ -45,7 +45,7 @@ ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& js
   } else if (!ok) {
     service_.Texts().Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
   } else if (!json_ && !answer.empty()) {
-    ports_.out << Visible(answer) << '\n';
+    ports_.out << Visible(answer) << '\n' << std::flush;
   }
   json.push_back(entry.Text());
   return ok ? ExitStatus::kDone : ExitStatus::kRefused;
