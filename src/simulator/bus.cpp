@@ -1,6 +1,7 @@
 #include "simulator/bus.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "simulator/address.h"
 #include "simulator/machine.h"
@@ -22,21 +23,29 @@ std::uint64_t SeedOf(std::uint32_t seed, std::size_t place) {
 
 }  // namespace
 
-Bus::Bus(std::uint32_t seed) {
+Bus::Bus(BusStart start) : clock_(std::move(start.clock)) {
   for (const StationData& data : BuiltInStations()) {
     const std::size_t place = stations_.size();
-    stations_.emplace_back(AddressOf(place), data, SeedOf(seed, place));
+    stations_.emplace_back(AddressOf(place), data, SeedOf(start.seed, place), start.localSeconds);
   }
   current_ = &stations_.front();
 }
 
 Bus::~Bus() = default;
 
+void Bus::CatchUp() {
+  if (!clock_) return;
+  const std::int64_t now = clock_();
+  for (Station& station : stations_) station.Advance(now);
+}
+
 std::vector<Station*> Bus::Addressed(const Address& address) {
   if (address.kind == Address::Kind::kCurrent) return {current_};
   std::vector<Station*> addressed;
   for (Station& station : stations_) {
-    if (address.kind == Address::Kind::kAll || station.address == address.station) {
+    const bool inGroup =
+        address.kind == Address::Kind::kGroup && station.data.group == address.group;
+    if (address.kind == Address::Kind::kAll || inGroup || station.address == address.station) {
       addressed.push_back(&station);
     }
   }
@@ -44,11 +53,13 @@ std::vector<Station*> Bus::Addressed(const Address& address) {
 }
 
 std::string Bus::Answer(std::string_view line) {
+  CatchUp();
   const Address address = ParseAddress(line);
   std::string answer;
   for (Station* station : Addressed(address)) {
     if (address.makeCurrent) current_ = station;
     const std::string own = AnswerOf(*station, address.expression);
+    if (address.kind == Address::Kind::kGroup) continue;  // a group does not answer
     if (!answer.empty() && !own.empty()) answer += "\r\n";
     answer += own;
   }

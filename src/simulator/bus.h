@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,11 +12,23 @@ namespace ostrel::simulator {
 struct Address;
 struct Station;
 
+/// Simulated milliseconds since the bus began; never falls.
+using BusClock = std::function<std::int64_t()>;
+
+/// What a bus begins with.
+struct BusStart {
+  std::uint32_t seed = 1;  ///< the same seed gives the same history
+  BusClock clock;          ///< none: the time stands still
+  /// The devices' local time, in seconds since 1990-01-01 00:00:00; that is 2026-01-05 08:00:00.
+  std::int64_t localSeconds = 1136448000;
+};
+
 /// A bus of simulated devices. All texts are ISO 8859-1 bytes, as on the line.
 class Bus {
  public:
-  /// The built-in stations; the same seed gives the same history.
-  explicit Bus(std::uint32_t seed = 1);
+  /// The built-in stations.
+  explicit Bus(BusStart start = {});
+  explicit Bus(std::uint32_t seed) : Bus(BusStart{.seed = seed, .clock = {}}) {}
   ~Bus();
   Bus(const Bus&) = delete;
   Bus& operator=(const Bus&) = delete;
@@ -26,8 +39,10 @@ class Bus {
   std::string Answer(std::string_view line);
 
  private:
+  void CatchUp();
   std::vector<Station*> Addressed(const Address& address);
 
+  BusClock clock_;
   std::vector<Station> stations_;
   Station* current_;
 };

@@ -59,11 +59,20 @@ bool IsDottedVersion(std::string_view text) {
 }
 
 Operand ParseOperand(std::string_view text) {
-  if (IsQuoted(text)) return {Operand::Kind::kLiteral, Unquote(text)};
-  if (text == "i" || text == "I") return {Operand::Kind::kLoopIndex, {}};
-  if (text == ".") return {Operand::Kind::kTopOfStack, {}};
-  if (const auto number = ParseNumber(text)) return {Operand::Kind::kLiteral, *number};
-  return {Operand::Kind::kLiteral, LowerCase(text)};
+  Operand operand;
+  operand.text = text;
+  if (IsQuoted(text)) {
+    operand.literal = Unquote(text);
+  } else if (text == "i" || text == "I") {
+    operand.kind = Operand::Kind::kLoopIndex;
+  } else if (text == ".") {
+    operand.kind = Operand::Kind::kTopOfStack;
+  } else if (const auto number = ParseNumber(text)) {
+    operand.literal = *number;
+  } else {
+    operand.literal = LowerCase(text);
+  }
+  return operand;
 }
 
 std::vector<Operand> ParseOperands(std::string_view text) {

@@ -18,6 +18,7 @@ struct Operand {
   enum class Kind { kLiteral, kLoopIndex, kTopOfStack };
   Kind kind = Kind::kLiteral;
   Value literal;
+  std::string text;  ///< as it stands in the line
 };
 
 /// One step of a command line.

@@ -1,5 +1,6 @@
 #include "simulator/station.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "simulator/value.h"
@@ -12,22 +13,23 @@ namespace {
 constexpr std::string_view kWideStatisticsFirmware = "2.22";
 
 constexpr StationData kBuiltIn[] = {
-    {"KT-X", "2.27", "Umspannwerk Nord T1", "SIM0412345-B", 134, {-9, 9, 1, 41'200}},
-    {"KT-XB", "2.10", "Umspannwerk Nord T2", "SIM0398120-A", 0, {1, 19, 10, 52'300}},
+    {"KT-X", "2.27", "Umspannwerk Nord T1", "SIM0412345-B", 134, 'r', {-9, 9, 1, 41'200}},
+    {"KT-XB", "2.10", "Umspannwerk Nord T2", "SIM0398120-A", 0, 'r', {1, 19, 10, 52'300}},
     {"KT-XB",
      "3.26",
      "Schalthaus S\xfc"
      "d T1",
      "SIM0731566-C",
      141,
+     'r',
      {-13, 13, -2, 310'000}},
-    {"LX-X", "2.21", "Kraftwerk Aue", "SIM0287003-A", 0, {-8, 8, 0, 12'800}},
-    {"KT-XF", "2.4.04", "Abzweig 20 kV West", "SIM0550917-B", 0, {}},
-    {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, {}},
-    {"KT-XW", "2.30", "Windpark H\xf6henweg", "SIM0802441-D", 136, {-16, 16, 3, 28'500}},
-    {"QM-X", "1.9", "Netzqualit\xe4t Nord", "SIM0190478-A", 0, {}},
-    {"JS-X", "1.4.40", "E-Spule Nord", "SIM0333702-A", 0, {}},
-    {"NV-X", "1.5", "Niederspannung Markt", "SIM0905518-B", 0, {}},
+    {"LX-X", "2.21", "Kraftwerk Aue", "SIM0287003-A", 0, 's', {-8, 8, 0, 12'800}},
+    {"KT-XF", "2.4.04", "Abzweig 20 kV West", "SIM0550917-B", 0, 'p', {}},
+    {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, 'p', {}},
+    {"KT-XW", "2.30", "Windpark H\xf6henweg", "SIM0802441-D", 136, 'r', {-16, 16, 3, 28'500}},
+    {"QM-X", "1.9", "Netzqualit\xe4t Nord", "SIM0190478-A", 0, 'q', {}},
+    {"JS-X", "1.4.40", "E-Spule Nord", "SIM0333702-A", 0, 'o', {}},
+    {"NV-X", "1.5", "Niederspannung Markt", "SIM0905518-B", 0, 'o', {}},
 };
 
 std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t seed) {
@@ -38,10 +40,16 @@ std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t 
 
 }  // namespace
 
-Station::Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed)
+Station::Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed,
+                 std::int64_t localSeconds)
     : address(std::move(stationAddress)),
       data(stationData),
+      startLocal(localSeconds),
       tapChanger(MakeTapChanger(stationData, seed)) {}
+
+void Station::Advance(std::int64_t milliseconds) {
+  nowMs = std::max(nowMs, milliseconds);
+}
 
 std::span<const StationData> BuiltInStations() {
   return kBuiltIn;

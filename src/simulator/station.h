@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/event_log.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
@@ -18,6 +19,7 @@ struct StationData {
   std::string_view name;
   std::string_view serialNumber;
   int protocolNumber = 0;  ///< 0 = the firmware does not tell
+  char group = 'o';        ///< the group address it listens to: r, p, s, q or o
   TapChangerData tapChanger = {};
 };
 
@@ -33,12 +35,19 @@ struct User {
 
 /// A device on the bus with all that changes in it.
 struct Station {
-  /// The same seed gives the same history.
-  Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed);
+  /// The same seed gives the same history. Local time in seconds since 1990-01-01 00:00:00.
+  Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed,
+          std::int64_t localSeconds);
+
+  /// Lives until this simulated time, in milliseconds; a time that has passed changes nothing.
+  void Advance(std::int64_t milliseconds);
 
   std::string address;  ///< in capitals, without colon
   StationData data;
+  std::int64_t nowMs = 0;       ///< simulated, since the bus began
+  std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
   std::optional<TapChanger> tapChanger;
+  EventLog eventLog;
   std::array<User, 6> users;  ///< by user number
 };
 

@@ -13,6 +13,8 @@ struct WriteRequest {
   Values arguments;  ///< before "=": index, password, ...
   Values values;     ///< behind "="
   bool all = false;  ///< "x*=": all elements
+  /// The same as they stand in the line: a password "007" is no 7.
+  std::vector<std::string> argumentTexts, valueTexts;
 };
 
 /// A variable of the devices. Reads and writes throw Fault.

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "simulator/event_log.h"
 #include "simulator/machine.h"
 #include "simulator/variables.h"
 
@@ -191,9 +192,13 @@ Values Read(Machine& machine, const Item& item) {
 }  // namespace
 
 const Word* FindWord(std::string_view name) {
-  const auto* found = std::find_if(std::begin(kWords), std::end(kWords),
-                                   [name](const Word& word) { return word.name == name; });
-  return found == std::end(kWords) ? nullptr : found;
+  // The language first, then the commands of each subject.
+  for (const WordTable& table : {WordTable(kWords), EventLogWords()}) {
+    for (const Word& word : table) {
+      if (word.name == name) return &word;
+    }
+  }
+  return nullptr;
 }
 
 void RunPush(Machine& machine, const Item& item) {
@@ -229,13 +234,22 @@ void RunExists(Machine& machine, const Item& item) {
 void RunWrite(Machine& machine, const Item& item) {
   const Variable& variable = ExistingVariable(machine, item);
   if (!variable.write) throw Fault{"read-only: " + item.name};
-  const Values arguments = machine.Evaluate(item.arguments);
-  variable.write(machine.Device(), {arguments, machine.Evaluate(item.values), item.all});
+  WriteRequest request;
+  request.arguments = machine.Evaluate(item.arguments);
+  request.values = machine.Evaluate(item.values);
+  request.all = item.all;
+  for (const Operand& operand : item.arguments) request.argumentTexts.push_back(operand.text);
+  for (const Operand& operand : item.values) request.valueTexts.push_back(operand.text);
+  variable.write(machine.Device(), request);
 }
 
 void RunUnknown(Machine&, const Item& item) {
+  ThrowUnknown(item.name);
+}
+
+void ThrowUnknown(std::string_view name) {
   constexpr std::size_t kMaxQuoted = 40;
-  throw Fault{"unknown: " + item.name.substr(0, kMaxQuoted)};
+  throw Fault{"unknown: " + std::string(name.substr(0, kMaxQuoted))};
 }
 
 }  // namespace ostrel::simulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace ostrel::simulator {
@@ -21,8 +22,12 @@ struct Word {
   bool takesArguments = false;
 };
 
+using WordTable = std::span<const Word>;
+
 /// Nothing when no word has this (lower-case) name.
 const Word* FindWord(std::string_view name);
+
+[[noreturn]] void ThrowUnknown(std::string_view name);
 
 /// The items that are no words of their own but forms of writing.
 void RunPush(Machine& machine, const Item& item);          ///< 12
