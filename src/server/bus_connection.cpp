@@ -44,7 +44,7 @@ void BusConnection::Release() {
 
 void BusConnection::OpenPort() {
   if (port_ != nullptr) return;
-  port_ = newPort_().release();
+  port_ = newPort_(again_).release();
   port_->setParent(this);
   connect(port_, &LinePort::Opened, this, &BusConnection::OnOpened);
   connect(port_, &LinePort::Failed, this, &BusConnection::OnOpenFailed);
@@ -54,6 +54,7 @@ void BusConnection::OpenPort() {
 }
 
 void BusConnection::DropPort() {
+  if (!held_) again_ = false;
   if (port_ == nullptr) return;
   port_->disconnect(this);
   port_->Close();
@@ -64,6 +65,7 @@ void BusConnection::DropPort() {
 
 void BusConnection::OnOpened() {
   open_ = true;
+  again_ = true;
   framer_.Reset();
   Note("open");
   if (!rawWaiting_.empty()) port_->Write(std::exchange(rawWaiting_, {}));
@@ -121,9 +123,14 @@ void BusConnection::SetRaw(bool raw) {
     Report(*flight, code::kOnlineActive, reason);
   }
   FailQueue(code::kOnlineActive, reason);
+  StartNext();
 }
 
 void BusConnection::SendRaw(const std::string& bytes) {
+  const std::size_t end = bytes.rfind('\r');
+  halfLine_ = end == std::string::npos ? halfLine_ + bytes : bytes.substr(end + 1);
+  // A device takes less; an echo that does not fit is waited for in vain, and that is all.
+  if (halfLine_.size() > kMaxRawWaiting) halfLine_.resize(kMaxRawWaiting);
   if (open_) {
     port_->Write(bytes);
   } else if (rawWaiting_.size() + bytes.size() <= kMaxRawWaiting) {
@@ -139,6 +146,10 @@ const std::string& BusConnection::StationOf(int channel) const {
 
 void BusConnection::StartNext() {
   if (flight_ || raw_) return;
+  if (open_ && !halfLine_.empty()) {
+    EndHalfLine();
+    return;
+  }
   if (queue_.empty()) {
     if (!held_) WindUp();
     return;
@@ -171,9 +182,20 @@ void BusConnection::Point(const std::string& station, const LineOut& before) {
   Transmit({before.channel, before.exchange, station + "::", before.timeoutMs}, true);
 }
 
+/// What an online channel left behind in the device would become the beginning of the next line.
+void BusConnection::EndHalfLine() {
+  Launch({0, 0, std::exchange(halfLine_, {}), kOwnTimeoutMs}, false, "\r");
+}
+
 void BusConnection::Transmit(LineOut out, bool pointing) {
+  const std::string bytes = out.line + '\r';
+  Launch(std::move(out), pointing, bytes);
+}
+
+/// Waits for the reply to a line of which these bytes are still to be sent.
+void BusConnection::Launch(LineOut out, bool pointing, const std::string& bytes) {
   framer_.Expect(out.line);
-  port_->Write(out.line + '\r');
+  port_->Write(bytes);
   timer_.start(out.timeoutMs);
   if (trace_) Note("> " + ForLog(out.line));
   flight_ = Flight{std::move(out), pointing, false};
@@ -187,20 +209,30 @@ void BusConnection::OnReceived(const QByteArray& bytes) {
   }
   const auto reply = framer_.Feed(view);
   if (!flight_) return;
-  if (reply && !reply->tooLong) {
+  if (reply && reply->outcome == ReplyFramer::Outcome::kAnswer) {
     Complete(reply->answer);
     return;
   }
-  if (reply) {
-    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
-    flight_->reported = true;
-  }
-  // The next line waits until the device has finished this one.
-  if (flight_->reported && !framer_.Skipping()) {
+  if (reply) Spoil(reply->outcome);
+  // Without echoes, which tell replies apart, the device has to finish this one before the next.
+  if (flight_->reported && (framer_.ShowsEchoes() || !framer_.Skipping())) {
     timer_.stop();
     flight_.reset();
     StartNext();
   }
+}
+
+/// The line in flight has got a reply that is no answer.
+void BusConnection::Spoil(ReplyFramer::Outcome outcome) {
+  if (outcome == ReplyFramer::Outcome::kTooLong) {
+    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
+  } else if (outcome == ReplyFramer::Outcome::kBeheaded) {
+    Report(*flight_, code::kReceiveError, "the beginning of the reply got lost");
+  } else {
+    Report(*flight_, code::kReceiveError, "the reply holds characters that no device sends");
+  }
+  flight_->reported = true;
+  if (!AddressOf(flight_->out.line).makesCurrent.empty()) lineStation_.clear();
 }
 
 void BusConnection::Complete(const std::string& answer) {
