@@ -11,9 +11,9 @@ namespace ostrel::simulator {
 
 namespace {
 
-/// "AA" for the physically connected device, then "B1", "B2", ...
+/// That of the physically connected device, then "B1", "B2", ...
 std::string AddressOf(std::size_t place) {
-  return place == 0 ? "AA" : "B" + std::to_string(place);
+  return place == 0 ? std::string(kConnectedAddress) : "B" + std::to_string(place);
 }
 
 /// Two seeds or places next to each other must not give related histories.

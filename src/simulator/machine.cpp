@@ -94,7 +94,10 @@ Values Machine::Evaluate(const std::vector<Operand>& operands) {
 
 std::string AnswerOf(Station& station, std::string_view expression) {
   try {
-    return Machine(station).RunAll(ParseProgram(expression));
+    station.access.NoteLine();
+    const Program program = ParseProgram(expression);
+    if (!station.access.Allows(NeededRight(program))) throw Fault{station.access.Refusal()};
+    return Machine(station).RunAll(program);
   } catch (const Fault& fault) {
     return "<<" + fault.message + ">>";
   }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "simulator/access.h"
 #include "simulator/event_log.h"
 #include "simulator/tap_changer.h"
 
@@ -21,17 +21,11 @@ struct StationData {
   int protocolNumber = 0;  ///< 0 = the firmware does not tell
   char group = 'o';        ///< the group address it listens to: r, p, s, q or o
   TapChangerData tapChanger = {};
+  AccessData access = {};
 };
 
-/// The password that stands for none.
-inline constexpr std::string_view kNoPassword = "0";
-
-/// One of the users that a device knows. Without passwords everybody may do everything.
-struct User {
-  std::string password{kNoPassword};
-  int grant = 5;
-  int timeoutMinutes = 0;
-};
+/// Of the device that is physically connected; all others are reached over the bus.
+inline constexpr std::string_view kConnectedAddress = "AA";
 
 /// A device on the bus with all that changes in it.
 struct Station {
@@ -48,7 +42,7 @@ struct Station {
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
   std::optional<TapChanger> tapChanger;
   EventLog eventLog;
-  std::array<User, 6> users;  ///< by user number
+  Access access;
 };
 
 /// The devices of the built-in bus in bus order; the first is the physically connected one.
