@@ -3,21 +3,16 @@
 #include <utility>
 
 #include "simulator/program.h"
+#include "simulator/reply_form.h"
 
 namespace ostrel::simulator {
-
-namespace {
-
-constexpr char kCtrlZ = 26;
-
-}  // namespace
 
 std::string DeviceLine::Feed(std::string_view bytes) {
   std::string replies;
   for (const char byte : bytes) {
     if (byte == '\r') {
       replies += Reply();
-    } else if (byte == '\n' || byte == kCtrlZ) {
+    } else if (byte == '\n' || byte == kReplyEnd.back()) {
       // A line feed belongs to a carriage return; a Ctrl-Z in the echo would end the reply.
     } else if (line_.size() < kMaxLine) {
       line_ += byte;
@@ -31,8 +26,11 @@ std::string DeviceLine::Feed(std::string_view bytes) {
 std::string DeviceLine::Reply() {
   const std::string line = std::exchange(line_, {});
   const bool tooLong = std::exchange(tooLong_, false);
-  const std::string answer = tooLong ? "<<line too long>>" : bus_.Answer(line);
-  return line + "\r\n" + answer + "\r\n<" + kCtrlZ;
+  std::string reply = line;
+  reply += kLineEnd;
+  reply += tooLong ? "<<line too long>>" : bus_.Answer(line);
+  reply += kReplyEnd;
+  return reply;
 }
 
 }  // namespace ostrel::simulator

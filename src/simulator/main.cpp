@@ -1,87 +1,63 @@
-// ostrel-simulator: the simulated devices behind a TCP port.
+// ostrel-simulator: the simulated devices behind a TCP port, a pseudo-terminal or both.
 
-#include <CLI/CLI.hpp>
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QHostAddress>
+#include <QSocketNotifier>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTimer>
-#include <cstdint>
+#include <functional>
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "platform/end_signals.h"
-#include "simulator/bus.h"
-#include "simulator/device_line.h"
+#include "simulator/options.h"
+#include "simulator/pty_host.h"
+#include "simulator/tcp_host.h"
 
 namespace {
 
-using ostrel::simulator::Bus;
-using ostrel::simulator::DeviceLine;
+using namespace ostrel::simulator;
 
-constexpr qint64 kReadBuffer = 64 * 1024;
-// A host that does not fetch its replies gets no further ones.
-constexpr qint64 kMaxUnsent = 1024 * 1024;
-
-/// One connected host with a line of its own to the bus; it ends with its socket.
-class Host : public QObject {
- public:
-  Host(QTcpSocket* socket, Bus& bus) : QObject(socket), socket_(*socket), line_(bus) {
-    socket_.setReadBufferSize(kReadBuffer);
-    connect(socket, &QTcpSocket::readyRead, this, &Host::Serve);
-    connect(socket, &QTcpSocket::bytesWritten, this, &Host::Serve);
-    connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+bool Listens(const std::string& place, const std::string& failure) {
+  if (failure.empty()) {
+    std::cout << "listening on " << place << std::endl;
+  } else {
+    std::cerr << "ostrel-simulator: cannot listen on " << place << ": " << failure << std::endl;
   }
+  return failure.empty();
+}
 
- private:
-  /// Answers one line at a time, so that other hosts and signals get their turn in between.
-  void Serve() {
-    char byte = 0;
-    while (!turnQueued_ && socket_.isOpen() && socket_.bytesToWrite() < kMaxUnsent &&
-           socket_.getChar(&byte)) {
-      const std::string reply = line_.Feed({&byte, 1});
-      if (reply.empty()) continue;
-      socket_.write(reply.data(), static_cast<qint64>(reply.size()));
-      turnQueued_ = true;
-      QTimer::singleShot(0, this, [this] {
-        turnQueued_ = false;
-        Serve();
-      });
-    }
-  }
+bool Listen(QTcpServer& server, const Options& options, Simulation& simulation) {
+  QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
+    while (QTcpSocket* socket = server.nextPendingConnection()) new TcpHost(socket, simulation);
+  });
+  const QHostAddress address(QString::fromStdString(options.address));
+  const bool listening = server.listen(address, static_cast<quint16>(*options.port));
+  const int port = listening ? server.serverPort() : *options.port;
+  return Listens(options.address + ":" + std::to_string(port),
+                 listening ? "" : server.errorString().toStdString());
+}
 
-  QTcpSocket& socket_;
-  DeviceLine line_;
-  bool turnQueued_ = false;
-};
-
-struct Options {
-  std::string host = "127.0.0.1";
-  int port = 0;
-  std::uint32_t seed = 1;
-};
-
-/// The exit status with which the program ends at once, or -1 to go on.
-int ParseOptions(int argc, char** argv, Options& options) {
-  CLI::App arguments("A bus of simulated voltage-regulator relays.", "ostrel-simulator");
-  const auto isAddress = [](const std::string& text) {
-    return QHostAddress().setAddress(QString::fromStdString(text)) ? "" : "not an address: " + text;
-  };
-  arguments.add_option("--tcp", options.port, "TCP port to listen on; 0 takes a free one")
-      ->required()
-      ->check(CLI::Range(0, 65535));
-  arguments.add_option("--host", options.host, "address to listen on")
-      ->check(isAddress)
-      ->capture_default_str();
-  arguments.add_option("--seed", options.seed, "the same seed gives the same history")
-      ->capture_default_str();
-  arguments.set_version_flag("--version", "ostrel-simulator " OSTREL_VERSION);
-  try {
-    arguments.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return arguments.exit(error) == 0 ? 0 : 2;
-  }
-  return -1;
+/// Has the function called from the event loop at each SIGUSR1.
+std::unique_ptr<QSocketNotifier> OnUserSignal(const std::function<void()>& function) {
+  sigset_t asking;
+  sigemptyset(&asking);
+  sigaddset(&asking, SIGUSR1);
+  sigprocmask(SIG_BLOCK, &asking, nullptr);
+  const int descriptor = signalfd(-1, &asking, SFD_NONBLOCK | SFD_CLOEXEC);
+  if (descriptor < 0) return nullptr;
+  auto notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
+                   [descriptor, function] {
+                     signalfd_siginfo signal;
+                     while (read(descriptor, &signal, sizeof(signal)) > 0) function();
+                   });
+  return notifier;
 }
 
 }  // namespace
@@ -89,20 +65,19 @@ int ParseOptions(int argc, char** argv, Options& options) {
 int main(int argc, char** argv) {
   Options options;
   if (const int status = ParseOptions(argc, argv, options); status >= 0) return status;
+  // Whoever no longer reads the messages does not end the program without its tidying up.
+  signal(SIGPIPE, SIG_IGN);
   QCoreApplication application(argc, argv);
   const ostrel::EndSignals asked(&QCoreApplication::quit);
 
-  Bus bus(options.seed);
+  Simulation simulation{Bus(options.seed), options.fault};
+  const auto report = [&] { std::cout << simulation.count.Text() << std::endl; };
+  const auto userSignal = OnUserSignal(report);
   QTcpServer server;
-  QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
-    while (QTcpSocket* socket = server.nextPendingConnection()) new Host(socket, bus);
-  });
-  const QHostAddress address(QString::fromStdString(options.host));
-  if (!server.listen(address, static_cast<quint16>(options.port))) {
-    std::cerr << "ostrel-simulator: cannot listen on " << options.host << ":" << options.port
-              << ": " << server.errorString().toStdString() << std::endl;
-    return 1;
-  }
-  std::cout << "listening on " << options.host << ":" << server.serverPort() << std::endl;
-  return QCoreApplication::exec();
+  if (options.port && !Listen(server, options, simulation)) return 1;
+  PtyHost terminal(simulation, options.terminal);
+  if (!options.terminal.empty() && !Listens(options.terminal, terminal.Open())) return 1;
+  const int status = QCoreApplication::exec();
+  report();
+  return status;
 }

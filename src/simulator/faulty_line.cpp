@@ -1,0 +1,86 @@
+#include "simulator/faulty_line.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "simulator/reply_form.h"
+
+namespace ostrel::simulator {
+
+namespace {
+
+/// A portion of text without end.
+std::string EndlessText() {
+  constexpr int kLines = 64;
+  std::string text;
+  for (int n = 0; n < kLines; ++n) {
+    text += "there is always another line behind this one";
+    text += kLineEnd;
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string Count::Text() const {
+  return "received " + std::to_string(lines) + " lines, " + std::to_string(bytes) + " bytes, " +
+         std::to_string(faults) + " faults";
+}
+
+bool FaultyLine::Feed(char byte, std::int64_t now) {
+  Count& count = simulation_.count;
+  ++count.bytes;
+  std::string reply = line_.Feed({&byte, 1});
+  if (reply.empty()) return false;
+  std::vector<Portion> portions;
+  if (simulation_.fault.Hits(++count.lines)) {
+    ++count.faults;
+    portions = simulation_.fault.Instead(reply);
+  } else {
+    portions.push_back({std::move(reply)});
+  }
+  // The first waits from now on, however long the reply before it takes.
+  if (!portions.empty()) now += std::exchange(portions.front().delay, 0);
+  for (Portion& portion : portions) Enqueue(std::move(portion), std::exchange(now, 0));
+  return true;
+}
+
+FaultyLine::Step FaultyLine::Next(std::int64_t now) {
+  if (queue_.empty()) return {};
+  const Queued& first = queue_.front();
+  const std::int64_t wait = std::max(first.due, lastSent_ + first.portion.delay) - now;
+  if (wait > 0) return {Step::Kind::kWait, {}, static_cast<int>(wait)};
+  switch (first.portion.kind) {
+    case Portion::Kind::kEndless:
+      if (queue_.size() == 1) return {Step::Kind::kSend, EndlessText()};
+      TakeFirst(now);
+      return {Step::Kind::kSend, std::string(kReplyEnd)};
+    case Portion::Kind::kDropLink:
+      TakeFirst(now);
+      return {Step::Kind::kDropLink};
+    case Portion::Kind::kBytes:
+      break;
+  }
+  return {Step::Kind::kSend, TakeFirst(now).bytes};
+}
+
+void FaultyLine::DropReplies() {
+  queue_.clear();
+  waiting_ = 0;
+}
+
+void FaultyLine::Enqueue(Portion portion, std::int64_t due) {
+  waiting_ += sizeof(Queued) + portion.bytes.size();
+  queue_.push_back({std::move(portion), due});
+}
+
+Portion FaultyLine::TakeFirst(std::int64_t now) {
+  Portion portion = std::move(queue_.front().portion);
+  queue_.pop_front();
+  waiting_ -= sizeof(Queued) + portion.bytes.size();
+  lastSent_ = now;
+  return portion;
+}
+
+}  // namespace ostrel::simulator

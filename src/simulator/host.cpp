@@ -1,0 +1,92 @@
+#include "simulator/host.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace ostrel::simulator {
+
+namespace {
+
+// Enough to keep the host busy; the other replies wait in the line.
+constexpr std::size_t kMaxUnsent = 64 * 1024;
+// A host that does not fetch its replies gets no further ones.
+constexpr std::size_t kMaxWaiting = 1024 * 1024 - kMaxUnsent;
+
+std::int64_t Now() {
+  using std::chrono::milliseconds;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<milliseconds>(now).count();
+}
+
+}  // namespace
+
+Host::Host(Simulation& simulation, QObject* parent) : QObject(parent), simulation_(simulation) {
+  delay_.setSingleShot(true);
+  delay_.setTimerType(Qt::PreciseTimer);
+  connect(&delay_, &QTimer::timeout, this, &Host::Serve);
+  Renew();
+}
+
+void Host::Renew() {
+  line_.emplace(simulation_);
+  leaving_ = 0;
+  delay_.stop();
+}
+
+void Host::Serve() {
+  if (turnQueued_) return;
+  Send();
+  char byte = 0;
+  while (line_->Waiting() < kMaxWaiting && Read(byte)) {
+    const bool complete = line_->Feed(byte, Now());
+    if (leaving_ > 0) CountLeaving();
+    if (!complete) continue;
+    Send();
+    turnQueued_ = true;
+    QTimer::singleShot(0, this, [this] {
+      turnQueued_ = false;
+      Serve();
+    });
+    return;
+  }
+}
+
+void Host::Send() {
+  while (Unsent() < kMaxUnsent) {
+    const FaultyLine::Step step = line_->Next(Now());
+    switch (step.kind) {
+      case FaultyLine::Step::Kind::kNothing:
+        return;
+      case FaultyLine::Step::Kind::kWait:
+        delay_.start(step.wait);
+        return;
+      case FaultyLine::Step::Kind::kSend:
+        Write(step.bytes);
+        break;
+      case FaultyLine::Step::Kind::kDropLink:
+        Renew();
+        DropLink();
+        return;
+    }
+  }
+}
+
+void Host::Leave(std::size_t unread) {
+  line_->DropReplies();
+  leaving_ = unread;
+  if (unread > 0) {
+    Serve();
+  } else {
+    Renew();
+    Left();
+  }
+}
+
+void Host::CountLeaving() {
+  line_->DropReplies();
+  if (--leaving_ > 0) return;
+  Renew();
+  Left();
+}
+
+}  // namespace ostrel::simulator
