@@ -6,7 +6,7 @@
 
 #include "link/connections.h"
 #include "server/line_port.h"
-#include "simulator/bus.h"
+#include "simulator/faulty_line.h"
 
 namespace ostrel {
 
@@ -18,7 +18,8 @@ class PortMaker {
   std::unique_ptr<LinePort> Make(const Connection& connection);
 
  private:
-  std::map<std::string, std::unique_ptr<simulator::Bus>> simulated_;  // by the connection's name
+  std::map<std::string, std::unique_ptr<simulator::Simulation>>
+      simulated_;  // by the connection's name
 };
 
 }  // namespace ostrel

@@ -21,6 +21,7 @@ std::string Machine::RunAll(const Program& program) {
     const Item& item = program[next_++];
     resultBefore_ = std::exchange(result_, false);
     item.run(*this, item);
+    if (!station_.IsServing()) return {};
   }
   return output_;
 }

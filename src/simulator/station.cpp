@@ -27,7 +27,8 @@ constexpr StationData kBuiltIn[] = {
      0,
      'r',
      {1, 19, 10, 52'300},
-     {kGermanRefusal}},
+     {kGermanRefusal},
+     {"2.05"}},
     {"KT-XB",
      "3.26",
      "Schalthaus S\xfc"
@@ -37,7 +38,15 @@ constexpr StationData kBuiltIn[] = {
      'r',
      {-13, 13, -2, 310'000},
      kProtected},
-    {"LX-X", "2.21", "Kraftwerk Aue", "SIM0287003-A", 0, 's', {-8, 8, 0, 12'800}},
+    {"LX-X",
+     "2.21",
+     "Kraftwerk Aue",
+     "SIM0287003-A",
+     0,
+     's',
+     {-8, 8, 0, 12'800},
+     {},
+     {"2.14", false}},
     {"KT-XF", "2.4.04", "Abzweig 20 kV West", "SIM0550917-B", 0, 'p', {}},
     {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, 'p', {}, {kGermanRefusal}},
     {"KT-XW", "2.30", "Windpark H\xf6henweg", "SIM0802441-D", 136, 'r', {-16, 16, 3, 28'500}},
@@ -54,13 +63,14 @@ std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t 
 
 }  // namespace
 
-Station::Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed,
-                 std::int64_t localSeconds)
+Station::Station(std::string stationAddress, const StationData& stationData,
+                 std::uint64_t stationSeed, std::int64_t localSeconds)
     : address(std::move(stationAddress)),
       data(stationData),
+      seed(stationSeed),
       startLocal(localSeconds),
-      tapChanger(MakeTapChanger(stationData, seed)),
-      access(stationData.access, address == kConnectedAddress) {}
+      tapChanger(MakeTapChanger(stationData, stationSeed)),
+      access(stationData.access, IsConnected()) {}
 
 void Station::Advance(std::int64_t milliseconds) {
   nowMs = std::max(nowMs, milliseconds);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "simulator/access.h"
+#include "simulator/bootloader.h"
 #include "simulator/event_log.h"
 #include "simulator/tap_changer.h"
 
@@ -22,6 +23,7 @@ struct StationData {
   char group = 'o';        ///< the group address it listens to: r, p, s, q or o
   TapChangerData tapChanger = {};
   AccessData access = {};
+  BootloaderData bootloader = {};
 };
 
 /// Of the device that is physically connected; all others are reached over the bus.
@@ -36,13 +38,23 @@ struct Station {
   /// Lives until this simulated time, in milliseconds; a time that has passed changes nothing.
   void Advance(std::int64_t milliseconds);
 
+  /// Physically, to the host.
+  bool IsConnected() const { return address == kConnectedAddress; }
+  bool IsSilent() const { return nowMs < boot.silentUntilMs; }
+  /// Its firmware answers.
+  bool IsServing() const { return !IsSilent() && !boot.inBootloader; }
+  /// Local time, since 1990-01-01 00:00:00.
+  std::int64_t LocalSeconds() const { return startLocal + nowMs / 1000; }
+
   std::string address;  ///< in capitals, without colon
   StationData data;
-  std::int64_t nowMs = 0;       ///< simulated, since the bus began
+  std::int64_t nowMs = 0;  ///< simulated, since the bus began
+  std::uint64_t seed = 0;
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
   std::optional<TapChanger> tapChanger;
   EventLog eventLog;
   Access access;
+  Boot boot;
 };
 
 /// The devices of the built-in bus in bus order; the first is the physically connected one.

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "simulator/access.h"
+#include "simulator/bootloader.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
 
@@ -53,7 +54,7 @@ constexpr Variable kVariables[] = {
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
   for (const VariableTable& table :
-       {VariableTable(kVariables), TapVariables(), AccessVariables()}) {
+       {VariableTable(kVariables), TapVariables(), AccessVariables(), ResetVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }
