@@ -34,15 +34,20 @@ bool EntersBootloader(const Station& station) {
          Compare(std::string(station.data.firmware), std::string(entering->firmware)) >= 0;
 }
 
-/// All but what the device is and what its second flash holds.
+/// What a device has in its RAM: not what it is, nor the time, nor the world around it.
+void CopyMemory(const Station& from, Station& to) {
+  to.access = from.access;
+  to.tapChanger = from.tapChanger;
+  to.eventLog = from.eventLog;
+}
+
 void ResetToFactory(Station& station) {
   StationData data = station.data;
   data.access.users = AccessData{}.users;
   Station fresh(station.address, data, station.seed, station.startLocal);
-  fresh.nowMs = station.nowMs;
-  fresh.boot.backup = station.boot.backup;
   if (fresh.tapChanger) fresh.tapChanger->ClearStatistics();
-  station = std::move(fresh);
+  fresh.eventLog.Clear();
+  CopyMemory(fresh, station);
 }
 
 void Restart(Station& station, std::int64_t milliseconds) {
@@ -108,15 +113,10 @@ Pieces BackupTime(Station& station) {
   return {{backup ? DateAndTime(backup->LocalSeconds()) : "---"}};
 }
 
-/// The clock goes on, and the second flash keeps what it holds.
 Pieces Restore(Station& station) {
   if (!station.data.bootloader.secondFlash) return {{"Error: no flash"}};
   if (!station.boot.backup) return {{"Error: no backup"}};
-  Station restored = *station.boot.backup;
-  restored.boot = station.boot;
-  restored.nowMs = station.nowMs;
-  restored.startLocal = station.startLocal;
-  station = std::move(restored);
+  CopyMemory(*station.boot.backup, station);
   return {{"o.k."}};
 }
 
