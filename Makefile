@@ -1,13 +1,14 @@
-# What a newcomer types. Underneath are the CMake presets dev, release and asan.
+# What a newcomer types. Underneath are the CMake presets dev, release, asan and fuzz.
 
 PREFIX ?= /usr/local
 DESTDIR ?=
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 30
 
 BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev qt6-serialport-dev \
   libqcustomplot-dev libqcustomplot2.1-qt6 libcli11-dev libgtest-dev libgl-dev
 RUN_PACKAGES = $(BUILD_PACKAGES) fonts-dejavu-core
-CHECK_PACKAGES = $(BUILD_PACKAGES) clang-format clang-tidy xvfb
+CHECK_PACKAGES = $(BUILD_PACKAGES) clang libclang-rt-dev clang-format clang-tidy xvfb
 
 # Installs what is missing of $(1); where everything is there nothing needs root.
 define install_missing
@@ -22,7 +23,7 @@ define install_missing
 endef
 
 SHELL = /bin/bash
-.PHONY: all run test bench install clean packages-build packages-run packages-check release asan
+.PHONY: all run test bench install clean packages-build packages-run packages-check release asan fuzz
 .DEFAULT_GOAL := all
 # One step after the other, whatever -j says: two steps would install packages at once.
 .NOTPARALLEL:
@@ -42,6 +43,19 @@ asan: packages-build
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 
+# Both at once. What they learn stays in build/fuzz/corpus; an input that fails is kept beside it.
+fuzz: packages-check
+	cmake --preset fuzz > /dev/null
+	cmake --build --preset fuzz -j $(JOBS)
+	@printf '%s\n' request_reader reply_framer | xargs -P 2 -I NAME sh -c ' \
+	  mkdir -p build/fuzz/corpus/NAME && \
+	  echo "fuzzing NAME for $(FUZZ_SECONDS) s, log in build/fuzz/NAME.log" && \
+	  ASAN_OPTIONS=quarantine_size_mb=16 build/fuzz/bin/NAME_fuzz \
+	    -max_total_time=$(FUZZ_SECONDS) -timeout=10 -artifact_prefix=build/fuzz/NAME- \
+	    build/fuzz/corpus/NAME tests/fuzz/corpus/NAME \
+	    > build/fuzz/NAME.log 2>&1 || { tail -n 40 build/fuzz/NAME.log; exit 1; }'
+	@grep -H "^Done" build/fuzz/*.log
+
 release: packages-build
 	cmake --preset release > /dev/null
 	cmake --build --preset release -j $(JOBS)
@@ -49,6 +63,7 @@ release: packages-build
 bench: release packages-check
 	build/release/bin/bench_exchange
 	build/release/bin/bench_waiting
+	build/release/bin/bench_server_start
 	build/release/bin/bench_startup
 
 install: release

@@ -15,6 +15,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <system_error>
 #include <utility>
@@ -101,6 +102,18 @@ int StatusOf(const std::function<int()>& work) {
   }
 }
 
+/// Ends what a worker that has ended left running in the background.
+void EndOrphans() {
+  const std::string path = "/proc/self/task/" + std::to_string(getpid()) + "/children";
+  for (;;) {
+    std::ifstream children(path);
+    pid_t pid = 0;
+    if (!(children >> pid)) return;
+    kill(pid, SIGKILL);
+    waitpid(pid, nullptr, 0);
+  }
+}
+
 }  // namespace
 
 int RunGuarded(const std::function<int(const std::filesystem::path& folder)>& work) {
@@ -115,6 +128,7 @@ int RunGuarded(const std::function<int(const std::filesystem::path& folder)>& wo
   sigemptyset(&signals);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) sigaddset(&signals, signal);
   sigprocmask(SIG_BLOCK, &signals, &before);
+  prctl(PR_SET_CHILD_SUBREAPER, 1);  // what the worker leaves becomes a child of this process
   int status = 0;
   {
     const Child worker([&] {
@@ -131,6 +145,7 @@ int RunGuarded(const std::function<int(const std::filesystem::path& folder)>& wo
                        waitid(P_PID, static_cast<id_t>(worker.Pid()), &end, WEXITED | WNOWAIT) == 0;
     status = ended && end.si_code == CLD_EXITED ? end.si_status : 1;
   }
+  EndOrphans();
   std::error_code ignored;
   std::filesystem::remove_all(name, ignored);
   return status;

@@ -18,6 +18,7 @@
 #include "app/texts.h"
 #include "device/clsDevice.h"
 #include "device/frmSelect.h"
+#include "link/frmConnections.h"
 #include "logs/tap_statistics_page.h"
 
 namespace ostrel {
@@ -97,6 +98,14 @@ void frmMain::DeviceSelect() {
   });
 }
 
+void frmMain::ShowConnections() {
+  // As a command, since no other may use the channel that the dialog closes.
+  Run([this] {
+    statusBar()->clearMessage();
+    frmConnections::DoDialog(this, service_);
+  });
+}
+
 void frmMain::Run(const std::function<void()>& operation) {
   if (running_ || ending_) return;
   if (ticking_) {
@@ -120,7 +129,9 @@ void frmMain::Run(const std::function<void()>& operation) {
 }
 
 void frmMain::EnableCommands() {
-  for (QAction* action : {mnuDeviceSelect, mnuRead, mnuReopen}) action->setEnabled(!running_);
+  for (QAction* action : {mnuDeviceSelect, mnuRead, mnuReopen, mnuConnections}) {
+    action->setEnabled(!running_);
+  }
   butDeviceSelect->setEnabled(!running_);
   for (Page* page : pages_) {
     if (page != nullptr) page->EnableCommands(!running_);

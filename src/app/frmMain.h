@@ -29,6 +29,8 @@ class frmMain : public QMainWindow {
 
   /// Lets the user choose a station and makes it the selected device.
   void DeviceSelect();
+  /// Lets the user see, change and test the connections.
+  void ShowConnections();
   /// Makes the station with this address ("B1:") the selected device after the first paint.
   void SelectWhenShown(const std::string& address) { firstAddress_ = address; }
   /// Ends the program without questions. An exchange under way is given up first: the event loop
@@ -97,6 +99,7 @@ class frmMain : public QMainWindow {
   QAction* mnuDeviceSelect = nullptr;
   QAction* mnuRead = nullptr;
   QAction* mnuReopen = nullptr;
+  QAction* mnuConnections = nullptr;
 };
 
 }  // namespace ostrel

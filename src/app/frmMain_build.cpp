@@ -119,6 +119,8 @@ void frmMain::BuildMenus(Scheme scheme) {
   mnuReopen = AddCommand(*program, text::kReopenConnection, {}, &frmMain::ReopenConnection);
   mnuReopen->setObjectName(QStringLiteral("mnuReopen"));
   program->addSeparator();
+  mnuConnections = AddCommand(*program, text::kMenuConnections, {}, &frmMain::ShowConnections);
+  program->addSeparator();
   AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
   QMenu* view = AddMenu(text::kMenuView);
   AddSchemes(*view, scheme);

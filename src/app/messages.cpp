@@ -22,13 +22,21 @@ std::string Messages::Text(int id, int factor) {
   return std::string(entry->texts[static_cast<std::size_t>(factor)]);
 }
 
+std::string Messages::Shown(int id) const {
+  std::string text = Text(id);
+  for (std::size_t at = text.find("\\n"); at != std::string::npos; at = text.find("\\n", at)) {
+    text.replace(at, 2, "\n");
+  }
+  return text;
+}
+
 std::string Messages::Caption(int id) const {
   const std::string text = Text(id);
   return text.empty() ? Text(id, kEnglish) : text;
 }
 
 std::string Messages::Filled(int id, std::string_view value) const {
-  std::string text = Text(id);
+  std::string text = Caption(id);
   if (const std::size_t place = text.find("%s"); place != std::string::npos) {
     text.replace(place, 2, value);
   }
@@ -36,12 +44,12 @@ std::string Messages::Filled(int id, std::string_view value) const {
 }
 
 void Messages::Show(int id, std::string_view added) const {
-  dialogs_.Show({.number = id, .text = Text(id).append(added), .title = {}, .style = {}});
+  dialogs_.Show({.number = id, .text = Shown(id).append(added), .title = {}, .style = {}});
 }
 
 void Messages::Warn(int id, std::string_view added) const {
   dialogs_.Show({.number = id,
-                 .text = Text(id).append(added),
+                 .text = Shown(id).append(added),
                  .title = {},
                  .style = MessageStyle::kExclamation});
 }

@@ -31,10 +31,12 @@ class Messages {
   /// The text; empty when the table has none for the id or the factor.
   std::string Text(int id) const { return Text(id, factor_); }
   static std::string Text(int id, int factor);
+  /// The text as a message shows it: the characters "\n" that some texts hold begin a line.
+  std::string Shown(int id) const;
   /// What a control shows: the text, English where the language has none, so that whoever got into
   /// such a language finds the way out of it.
   std::string Caption(int id) const;
-  /// The text with its first "%s" replaced.
+  /// The caption with its first "%s" replaced.
   std::string Filled(int id, std::string_view value) const;
 
   /// Shows the text as an information, with `added` behind it as it stands.

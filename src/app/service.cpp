@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/text.h"
 #include "app/texts.h"
 #include "link/answers.h"
 #include "link/connections.h"
@@ -21,6 +22,7 @@ Service::Service(const Ports& ports, RunOptions options)
       sprachen_(ports.settings, messages_, ports.desktop.ProgramFolder()),
       link_(ports.automation, ports.settings, ports.clock, ports.dialogs, messages_,
             ports.desktop.ProgramFolder()),
+      tester_(ports.automation, ports.settings, ports.clock, ports.desktop.ProgramFolder()),
       commands_(link_, ports.dialogs, messages_),
       stations_(link_, commands_),
       statistics_(link_, commands_, selection_, ports.dialogs, messages_) {
@@ -40,7 +42,10 @@ bool Service::ConnectionOpen() {
   const LinkState state = link_.ConnectionOpen(options_.connection, frame::kFramed);
   if (state == LinkState::kChannel) {
     // Settings that change later do not change where an open channel leads.
-    if (!wasOpen) simulated_ = LeadsToSimulator();
+    if (!wasOpen) {
+      simulated_ = LeadsToSimulator();
+      goOver_ = false;
+    }
     // The device selected until now is not on this connection.
     if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
     return true;
@@ -69,6 +74,7 @@ bool Service::Reconnect() {
 }
 
 bool Service::DeviceSelect(const StationChooser& choose) {
+  if (goOver_) link_.ConnectionClose();
   if (!ConnectionOpen()) return false;
   std::vector<Station> rows;
   {
@@ -135,6 +141,24 @@ bool Service::Simulated() const {
   // Simulated devices behind a TCP port say so with their serial number.
   return selection_.Serial().starts_with("SIM") ||
          (link_.ConnState() == LinkState::kChannel && simulated_);
+}
+
+void Service::ConnectionChanged(const std::string& before, const std::string& after) {
+  const auto isIt = [name = LowerAscii(before)](const std::string& other) {
+    return LowerAscii(other) == name;
+  };
+  if (isIt(link_.ConnectionName())) link_.ConnectionClose();
+  if (isIt(options_.connection)) options_.connection = after;
+  // Another device may answer there under the address of the selected one.
+  if (isIt(selectedOn_)) selectedOn_.clear();
+}
+
+bool Service::ConnectionUse(const std::string& name) {
+  if (!Connections(ports_.settings).Use(name)) return false;
+  // A connection that was named for this run counts no longer.
+  options_.connection.clear();
+  goOver_ = LowerAscii(link_.ConnectionName()) != LowerAscii(name);
+  return true;
 }
 
 void Service::AliveTick(int intervalMs) {

@@ -16,6 +16,7 @@
 #include "link/automation.h"
 #include "link/clock.h"
 #include "link/commands.h"
+#include "link/connection_test.h"
 #include "link/link.h"
 #include "logs/tap_statistics.h"
 
@@ -50,6 +51,7 @@ class Service {
   SettingsStore& Settings() { return ports_.settings; }
   Dialogs& Boxes() { return ports_.dialogs; }
   Link& ServerLink() { return link_; }
+  ConnectionTest& Tester() { return tester_; }
   Stations& Bus() { return stations_; }
   const clsDevice& Device() const { return device_; }
   const Selection& Selected() const { return selection_; }
@@ -76,6 +78,13 @@ class Service {
   /// Makes a station the selected device and refreshes what depends on it.
   void DeviceChange(const std::string& kennName, const std::string& typ,
                     const std::string& firmware, const std::string& serial);
+  /// What has to follow when the stored connection `before` got other data or another name, or was
+  /// removed (`after` is empty): an open channel on it is closed, so that the next one is opened
+  /// with the new data, and a device that was selected on it is selected no more from then on.
+  void ConnectionChanged(const std::string& before, const std::string& after);
+  /// Makes a connection the current one. What is open on another stays so until the next device
+  /// selection. False when there is none with this name.
+  bool ConnectionUse(const std::string& name);
   /// Called at the end of every device change.
   std::function<void()> onDeviceChange;
 
@@ -99,11 +108,13 @@ class Service {
   Messages messages_;
   CSprachen sprachen_;
   Link link_;
+  ConnectionTest tester_;
   Commands commands_;
   Stations stations_;
   clsDevice device_;
   Selection selection_;
   bool simulated_ = false;  // the open channel leads to the simulator
+  bool goOver_ = false;     // the next device selection opens another connection
   std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
   int aliveMs_ = 0;

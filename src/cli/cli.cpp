@@ -23,9 +23,10 @@ struct Request {
   bool json = false, yes = false;
   std::function<ExitStatus(CliRun&)> command;
 
-  std::string name, kind, target, chartFile;
+  std::string name, chartFile;
+  GivenConnection given;
   std::vector<std::string> lines;
-  int baud = 19200, id = 0;
+  int id = 0;
   bool csv = false;
 };
 
@@ -38,28 +39,54 @@ void Runs(CLI::App* subcommand, Request& request, Command command) {
   });
 }
 
+void DeclareSerialOptions(CLI::App& command, GivenConnection& given) {
+  command.add_option("--baud", given.baud, "Baud rate of a serial line; 19200 at first");
+  command.add_option("--parity", given.parity, "Its parity; none at first")
+      ->check(CLI::IsMember({"none", "even", "odd", "mark", "space"}));
+  command.add_option("--stop-bits", given.stopBits, "Its stop bits; 1 at first")
+      ->check(CLI::IsMember({"1", "1.5", "2"}));
+}
+
+/// The commands that bring new data.
+void DeclareConnectionData(CLI::App& connections, Request& request) {
+  const CLI::IsMember kinds({"simulator", "tcp", "serial"});
+  GivenConnection& given = request.given;
+  CLI::App* add = connections.add_subcommand("add", "Add a connection");
+  add->add_option("name", given.name, "Its name")->required();
+  add->add_option("kind", given.kind, "simulator, tcp or serial")->required()->check(kinds);
+  add->add_option("target", given.target, "HOST:PORT or the serial device");
+  DeclareSerialOptions(*add, given);
+  Runs(add, request, [&given](CliRun& run) { return run.ConnectionsAdd(given); });
+
+  CLI::App* change = connections.add_subcommand("change", "Change what is given, keep the rest");
+  change->add_option("connection", request.name, "Its name until now")->required();
+  change->add_option("--name", given.name, "Another name");
+  change->add_option("--kind", given.kind, "simulator, tcp or serial")->check(kinds);
+  change->add_option("--target", given.target, "HOST:PORT or the serial device");
+  DeclareSerialOptions(*change, given);
+  Runs(change, request,
+       [&request](CliRun& run) { return run.ConnectionsChange(request.name, request.given); });
+}
+
 void DeclareConnections(CLI::App& app, Request& request) {
   CLI::App* connections = app.add_subcommand("connections", "The server's connections");
   connections->require_subcommand(0, 1);
   Runs(connections->add_subcommand("list", "List them; the current one is marked"), request,
        [](CliRun& run) { return run.ConnectionsList(); });
 
-  CLI::App* add = connections->add_subcommand("add", "Add or replace a connection");
-  add->add_option("name", request.name, "Its name")->required();
-  add->add_option("kind", request.kind, "simulator, tcp or serial")
-      ->required()
-      ->check(CLI::IsMember({"simulator", "tcp", "serial"}));
-  add->add_option("target", request.target, "HOST:PORT or the serial device");
-  add->add_option("--baud", request.baud, "Baud rate of a serial line")->capture_default_str();
-  Runs(add, request, [&request](CliRun& run) {
-    return run.ConnectionsAdd(request.name, request.kind, request.target, request.baud);
+  DeclareConnectionData(*connections, request);
+
+  CLI::App* test = connections->add_subcommand("test", "Open it and ask a device for its name");
+  test->add_option("name", request.name, "Its name; else --connection, else the current one");
+  Runs(test, request, [&request](CliRun& run) {
+    return run.ConnectionsTest(request.name.empty() ? request.connection : request.name);
   });
 
   CLI::App* use = connections->add_subcommand("use", "Make a connection the current one");
   use->add_option("name", request.name, "Its name")->required();
   Runs(use, request, [&request](CliRun& run) { return run.ConnectionsUse(request.name); });
 
-  CLI::App* remove = connections->add_subcommand("remove", "Remove a connection");
+  CLI::App* remove = connections->add_subcommand("remove", "Remove a connection, after a question");
   remove->add_option("name", request.name, "Its name")->required();
   Runs(remove, request, [&request](CliRun& run) { return run.ConnectionsRemove(request.name); });
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <istream>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -21,6 +22,12 @@ std::string ChooseInTerminal(const std::vector<Connection>& connections,
                              const std::string& preselected, const Messages& messages,
                              std::istream& in, std::ostream& err);
 
+/// What is given of a connection.
+struct GivenConnection {
+  std::optional<std::string> name, kind, target, parity, stopBits;
+  std::optional<int> baud;
+};
+
 /// One run of the command line: what was asked, and where results go.
 class CliRun {
  public:
@@ -34,8 +41,9 @@ class CliRun {
 
   // A command a file, of the same name.
   ExitStatus ConnectionsList();
-  ExitStatus ConnectionsAdd(const std::string& name, const std::string& kind,
-                            const std::string& target, int baud);
+  ExitStatus ConnectionsAdd(const GivenConnection& given);
+  ExitStatus ConnectionsChange(const std::string& name, const GivenConnection& given);
+  ExitStatus ConnectionsTest(const std::string& name);
   ExitStatus ConnectionsUse(const std::string& name);
   ExitStatus ConnectionsRemove(const std::string& name);
   ExitStatus Stations();
@@ -57,6 +65,8 @@ class CliRun {
   std::string Text(int id) const { return service_.Texts().Caption(id); }
   void PrintJson(const std::string& json);
   void Table(const std::vector<std::vector<std::string>>& rows) { PrintTable(ports_.out, rows); }
+  /// Says what is wrong with given data.
+  ExitStatus Faulty(const GivenConnection& given, const std::string& name, int problem);
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

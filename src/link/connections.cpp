@@ -5,6 +5,7 @@
 
 #include "app/settings_path.h"
 #include "app/text.h"
+#include "app/texts.h"
 
 namespace ostrel {
 
@@ -24,7 +25,7 @@ int IntOr(std::string_view text, int fallback) {
 }
 
 bool ValidName(std::string_view name) {
-  return !name.empty() && name.size() <= 64 && name.front() != ' ' && name.back() != ' ' &&
+  return !name.empty() && CharCount(name) <= 64 && name.front() != ' ' && name.back() != ' ' &&
          std::none_of(name.begin(), name.end(), [](unsigned char letter) {
            return letter < 32 || letter == 127 || letter == '\\' || letter == '/';
          });
@@ -39,6 +40,25 @@ Connection BuiltIn() {
   connection.name = kSimulator;
   connection.kind = "simulator";
   return connection;
+}
+
+/// The id of the text that says what is wrong with the data of its kind; 0 when nothing is.
+int DataProblem(const Connection& connection) {
+  if (connection.kind == "simulator") return 0;
+  if (connection.kind == "tcp") {
+    if (connection.host.empty()) return text::kHostProblem;
+    return connection.port >= 1 && connection.port <= 65535 ? 0 : text::kPortProblem;
+  }
+  if (connection.kind != "serial") return text::kKindProblem;
+  const auto oneOf = [](std::string_view value, std::initializer_list<std::string_view> known) {
+    return std::find(known.begin(), known.end(), value) != known.end();
+  };
+  if (connection.device.empty()) return text::kDeviceProblem;
+  if (connection.baud <= 0) return text::kBaudProblem;
+  if (!oneOf(connection.parity, {"none", "even", "odd", "mark", "space"})) {
+    return text::kFramingProblem;
+  }
+  return oneOf(connection.stopBits, {"1", "1.5", "2"}) ? 0 : text::kFramingProblem;
 }
 
 Connection Load(const SettingsStore& settings, const std::string& name) {
@@ -86,16 +106,21 @@ std::string Connections::Current() const {
 }
 
 bool Connections::Valid(const Connection& connection) {
-  if (connection.kind == "simulator") return true;
-  if (connection.kind == "tcp") {
-    return !connection.host.empty() && connection.port >= 1 && connection.port <= 65535;
-  }
-  const auto oneOf = [](std::string_view value, std::initializer_list<std::string_view> known) {
-    return std::find(known.begin(), known.end(), value) != known.end();
-  };
-  return connection.kind == "serial" && !connection.device.empty() && connection.baud > 0 &&
-         oneOf(connection.parity, {"none", "even", "odd", "mark", "space"}) &&
-         oneOf(connection.stopBits, {"1", "1.5", "2"});
+  return DataProblem(connection) == 0;
+}
+
+bool Connections::Stored(std::string_view name) const {
+  // The store itself knows which spellings are one name to it.
+  if (!settings_.ReadShared(KeyOf(name), "Kind", "").empty()) return true;
+  const std::vector<std::string> names = settings_.SharedSubKeys(keys::kConnections);
+  return std::any_of(names.begin(), names.end(),
+                     [name](const std::string& stored) { return Same(stored, name); });
+}
+
+int Connections::Problem(const Connection& connection, std::string_view before) const {
+  if (!ValidName(connection.name)) return text::kNameProblem;
+  if (!Same(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
+  return DataProblem(connection);
 }
 
 bool Connections::Add(const Connection& connection) {
@@ -112,6 +137,16 @@ bool Connections::Add(const Connection& connection) {
     settings_.WriteShared(key, "Parity", connection.parity);
     settings_.WriteShared(key, "StopBits", connection.stopBits);
   }
+  return true;
+}
+
+bool Connections::Change(std::string_view name, const Connection& changed) {
+  if (!Stored(name) || Problem(changed, name) != 0) return false;
+  const bool current = Same(Current(), name);
+  // The new one stands before the old one goes: nothing is lost between the two.
+  Add(changed);
+  if (!Same(changed.name, name)) Remove(name);
+  if (current) settings_.WriteShared(keys::kServerMisc, kCurrent, changed.name);
   return true;
 }
 

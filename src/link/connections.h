@@ -37,9 +37,18 @@ class Connections {
   /// The name of the current connection, "Simulator" where none is set.
   std::string Current() const;
 
+  /// True when one with this name is in the store; the built-in "Simulator" is in none.
+  bool Stored(std::string_view name) const;
+  /// What speaks against storing it, as the id of a text (whose "%s" is the name); 0 when nothing
+  /// does. `before` is the name of the connection that it replaces, empty for a new one.
+  int Problem(const Connection& connection, std::string_view before = {}) const;
+
   /// Adds or replaces. False when the name is empty or holds a backslash, slash or control
   /// character, or when the data of its kind are faulty.
   bool Add(const Connection& connection);
+  /// Gives a stored connection other data and perhaps another name; a current one stays current.
+  /// False when there is none with this name in the store, or when there is a Problem.
+  bool Change(std::string_view name, const Connection& changed);
   /// Makes a connection the current one. False when there is none with this name.
   bool Use(std::string_view name);
   /// False when there is none with this name in the store. The current one falls back to

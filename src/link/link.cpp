@@ -89,7 +89,7 @@ bool Link::ChooseConnection(std::string& name) {
   if (!chooser_) chooser_ = factory_.Create(serverClass_ + ".Chooser").object;
   if (!chooser_) return false;
   const int code = lastError_.Code();
-  const std::string reason = messages_.Text(code) + lastError_.Detail();
+  const std::string reason = messages_.Shown(code) + lastError_.Detail();
   name = chooser_->Call("Select", {name, code, reason}).Text();
   return !name.empty();
 }
@@ -191,7 +191,7 @@ void Link::ServerErrorReport(const ServerError& error, bool quiet) const {
                     .text = {},
                     .title = messages_.Text(text::kError),
                     .style = MessageStyle::kExclamation};
-    const std::string text = messages_.Text(code);
+    const std::string text = messages_.Shown(code);
     message.text = code >= 10011 && code <= 10038
                        ? text
                        : messages_.Text(text::kError) + " " + std::to_string(code) + ": " +

@@ -72,7 +72,9 @@ void TapStatisticsPage::Arrange() {
 }
 
 void TapStatisticsPage::Captions() {
-  const auto caption = [this](int id) { return QString::fromStdString(service_.Texts().Caption(id)); };
+  const auto caption = [this](int id) {
+    return QString::fromStdString(service_.Texts().Caption(id));
+  };
   butStatLesen->setText(caption(text::kRead));
   butStatDel->setText(caption(text::kDelete));
   butTapStat2Clip->setText(caption(text::kCopy));

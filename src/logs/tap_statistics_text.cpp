@@ -34,7 +34,8 @@ BarChartData TapChart(const TapCounters& data, const Messages& messages) {
 }
 
 std::string TapTable(const TapCounters& data, const Messages& messages) {
-  std::string table = messages.Caption(text::kTapPosition) + "\t" + messages.Caption(text::kCounter);
+  std::string table =
+      messages.Caption(text::kTapPosition) + "\t" + messages.Caption(text::kCounter);
   for (std::size_t n = 0; n < data.counters.size(); ++n) {
     table += "\r\n" + std::to_string(data.first + static_cast<int>(n)) + "\t" +
              std::to_string(data.counters[n]);
@@ -79,7 +80,8 @@ std::string TapTextChart(const TapCounters& data, const Messages& messages, std:
              "\n";
   }
   chart += "\n" + messages.Caption(text::kTapsTotal) + ": " + std::to_string(data.total) + "\n";
-  return chart + messages.Caption(text::kTapsUnderLoad) + ": " + std::to_string(data.underLoad) + "\n";
+  return chart + messages.Caption(text::kTapsUnderLoad) + ": " + std::to_string(data.underLoad) +
+         "\n";
 }
 
 }  // namespace ostrel

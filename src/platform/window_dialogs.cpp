@@ -72,6 +72,11 @@ void WindowDialogs::Attach(QWidget* parent, const Messages* messages) {
   messages_ = messages;
 }
 
+QWidget* WindowDialogs::Parent() const {
+  QWidget* const open = QApplication::activeModalWidget();
+  return open != nullptr ? open : parent_;
+}
+
 std::string WindowDialogs::Caption(int id) const {
   return messages_ != nullptr ? messages_->Caption(id) : Messages::Text(id, 0);
 }
@@ -89,7 +94,7 @@ void WindowDialogs::Show(const Message& message) {
   const std::string title = message.title.empty() ? Service::Title() : message.title;
   QMessageBox box(
       message.style == MessageStyle::kExclamation ? QMessageBox::Warning : QMessageBox::Information,
-      QString::fromStdString(title), {}, QMessageBox::NoButton, parent_);
+      QString::fromStdString(title), {}, QMessageBox::NoButton, Parent());
   box.setTextFormat(Qt::PlainText);
   box.setText(BoxText(message));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -100,7 +105,7 @@ void WindowDialogs::Show(const Message& message) {
 bool WindowDialogs::AskYesNo(const std::string& question) {
   if (silent_) return false;
   QMessageBox box(QMessageBox::Question, QString::fromStdString(Service::Title()), {},
-                  QMessageBox::NoButton, parent_);
+                  QMessageBox::NoButton, Parent());
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(question));
   const auto* yes =
@@ -116,7 +121,7 @@ std::optional<std::string> WindowDialogs::ChooseFile(FileDialogKind kind, const 
                                                      const std::string& filter,
                                                      const std::string& folder) {
   if (silent_) return std::nullopt;
-  QFileDialog dialog(parent_, QString::fromStdString(title), QString::fromStdString(folder),
+  QFileDialog dialog(Parent(), QString::fromStdString(title), QString::fromStdString(folder),
                      QString::fromStdString(WindowFilter(filter)));
   const bool open = kind == FileDialogKind::kOpen;
   dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);

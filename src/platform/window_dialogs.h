@@ -22,7 +22,8 @@ class WindowDialogs : public Dialogs {
   /// The window above which the dialogs stand, and the source of their captions. Without them, as
   /// at the very start, the captions are German. Both are null again when the window goes.
   void Attach(QWidget* parent, const Messages* messages);
-  QWidget* Parent() const { return parent_; }
+  /// What a dialog stands above: the dialog that is open, else the window.
+  QWidget* Parent() const;
 
   /// From now on nothing is shown, every question is answered with No; what is open closes.
   void Silence();

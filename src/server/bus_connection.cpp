@@ -44,7 +44,7 @@ void BusConnection::Release() {
 
 void BusConnection::OpenPort() {
   if (port_ != nullptr) return;
-  port_ = newPort_().release();
+  port_ = newPort_(again_).release();
   port_->setParent(this);
   connect(port_, &LinePort::Opened, this, &BusConnection::OnOpened);
   connect(port_, &LinePort::Failed, this, &BusConnection::OnOpenFailed);
@@ -54,6 +54,7 @@ void BusConnection::OpenPort() {
 }
 
 void BusConnection::DropPort() {
+  if (!held_) again_ = false;
   if (port_ == nullptr) return;
   port_->disconnect(this);
   port_->Close();
@@ -64,6 +65,7 @@ void BusConnection::DropPort() {
 
 void BusConnection::OnOpened() {
   open_ = true;
+  again_ = true;
   framer_.Reset();
   Note("open");
   if (!rawWaiting_.empty()) port_->Write(std::exchange(rawWaiting_, {}));
@@ -187,20 +189,30 @@ void BusConnection::OnReceived(const QByteArray& bytes) {
   }
   const auto reply = framer_.Feed(view);
   if (!flight_) return;
-  if (reply && !reply->tooLong) {
+  if (reply && reply->outcome == ReplyFramer::Outcome::kAnswer) {
     Complete(reply->answer);
     return;
   }
-  if (reply) {
-    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
-    flight_->reported = true;
-  }
-  // The next line waits until the device has finished this one.
-  if (flight_->reported && !framer_.Skipping()) {
+  if (reply) Spoil(reply->outcome);
+  // Without echoes, which tell replies apart, the device has to finish this one before the next.
+  if (flight_->reported && (framer_.ShowsEchoes() || !framer_.Skipping())) {
     timer_.stop();
     flight_.reset();
     StartNext();
   }
+}
+
+/// The line in flight has got a reply that is no answer.
+void BusConnection::Spoil(ReplyFramer::Outcome outcome) {
+  if (outcome == ReplyFramer::Outcome::kTooLong) {
+    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
+  } else if (outcome == ReplyFramer::Outcome::kBeheaded) {
+    Report(*flight_, code::kReceiveError, "the beginning of the reply got lost");
+  } else {
+    Report(*flight_, code::kReceiveError, "the reply holds characters that no device sends");
+  }
+  flight_->reported = true;
+  if (!AddressOf(flight_->out.line).makesCurrent.empty()) lineStation_.clear();
 }
 
 void BusConnection::Complete(const std::string& answer) {

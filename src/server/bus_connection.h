@@ -27,7 +27,8 @@ struct LineOut {
 class BusConnection : public QObject {
   Q_OBJECT
  public:
-  using NewPort = std::function<std::unique_ptr<LinePort>()>;
+  /// Makes a port; `again` in place of one that was lost while there were channels.
+  using NewPort = std::function<std::unique_ptr<LinePort>(bool again)>;
   using Trace = std::function<void(const std::string&)>;
 
   BusConnection(std::string name, NewPort newPort);
@@ -80,6 +81,7 @@ class BusConnection : public QObject {
   void Point(const std::string& station, const LineOut& before);
   void Transmit(LineOut out, bool pointing);
   void Complete(const std::string& answer);
+  void Spoil(ReplyFramer::Outcome outcome);
   void Report(const Flight& flight, int code, const std::string& reason);
   void FailQueue(int code, const std::string& reason);
   const std::string& StationOf(int channel) const;
@@ -91,6 +93,7 @@ class BusConnection : public QObject {
   LinePort* port_ = nullptr;  // a child; null when neither open nor opening
   bool open_ = false;
   bool held_ = false;
+  bool again_ = false;  // the port was open already since the first of the channels came
   bool raw_ = false;
   std::string rawWaiting_;  // to be sent when the port is open again
   ReplyFramer framer_;

@@ -40,11 +40,6 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
                       "the data of connection \"" + connection->name + "\" are faulty"));
     return;
   }
-  if (!PortMaker::Knows(*connection)) {
-    reply(ObjectError(code::kPortFailure,
-                      "connections of kind " + connection->kind + " are not supported"));
-    return;
-  }
   Line* line = LineFor(*connection);
   if (line == nullptr) {
     reply(ObjectError(code::kFaultyConnection,
@@ -80,7 +75,8 @@ Line* Channels::LineFor(const Connection& connection) {
 
 void Channels::MakeBus(Line& line) {
   line.bus = std::make_unique<BusConnection>(
-      line.connection.name, [this, way = line.connection] { return portMaker_.Make(way); });
+      line.connection.name,
+      [this, way = line.connection](bool again) { return portMaker_.Make(way, again); });
   line.bus->TraceTo(trace_);
   Line* const self = &line;
   BusConnection* const bus = line.bus.get();

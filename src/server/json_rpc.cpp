@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QStringDecoder>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -10,9 +11,20 @@
 namespace ostrel::rpc {
 namespace {
 
+// Qt takes a byte order mark at the beginning of a text for no part of it, in both directions.
+
+QString FromUtf8(std::string_view text) {
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+  return decoder(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+QByteArray Compact(const QJsonDocument& document) {
+  return document.toJson(QJsonDocument::Compact).replace("\"\xEF\xBB\xBF", "\"\\ufeff");
+}
+
 QByteArray Encode(QJsonObject message) {
   message.insert(QStringLiteral("jsonrpc"), QStringLiteral("2.0"));
-  return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
+  return Compact(QJsonDocument(message)) + '\n';
 }
 
 /// A text as JSON. Nearly every text needs no escaping, and then none of Qt's objects either.
@@ -20,10 +32,9 @@ QByteArray TextAsJson(std::string_view text) {
   const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
     return c >= ' ' && c <= '~' && c != '"' && c != '\\';
   });
-  const auto size = static_cast<qsizetype>(text.size());
-  if (plain) return '"' + QByteArray(text.data(), size) + '"';
-  const QJsonArray list{QString::fromUtf8(text.data(), size)};
-  return QJsonDocument(list).toJson(QJsonDocument::Compact).chopped(1).mid(1);
+  if (plain) return '"' + QByteArray(text.data(), static_cast<qsizetype>(text.size())) + '"';
+  const QJsonArray list{FromUtf8(text)};
+  return Compact(QJsonDocument(list)).chopped(1).mid(1);
 }
 
 QByteArray AsJson(const Value& value) {
@@ -34,8 +45,7 @@ QByteArray AsJson(const Value& value) {
 }
 
 QJsonObject ErrorOf(int code, const std::string& message) {
-  return {{QStringLiteral("code"), code},
-          {QStringLiteral("message"), QString::fromStdString(message)}};
+  return {{QStringLiteral("code"), code}, {QStringLiteral("message"), FromUtf8(message)}};
 }
 
 QByteArray EncodeNotice(const QString& method, const QJsonObject& parameters) {
@@ -45,7 +55,7 @@ QByteArray EncodeNotice(const QString& method, const QJsonObject& parameters) {
 QJsonValue ToJson(const Value& value) {
   if (const bool* flag = std::get_if<bool>(&value)) return *flag;
   if (const int* number = std::get_if<int>(&value)) return *number;
-  if (const auto* text = std::get_if<std::string>(&value)) return QString::fromStdString(*text);
+  if (const auto* text = std::get_if<std::string>(&value)) return FromUtf8(*text);
   return {};
 }
 
@@ -120,9 +130,7 @@ QByteArray EncodeRefusal(const Refusal& refusal) {
 }
 
 QByteArray EncodeRequest(int id, std::string_view method, const Values& arguments) {
-  QByteArray line = "{\"jsonrpc\":\"2.0\",\"method\":\"";
-  line.append(method.data(), static_cast<qsizetype>(method.size()));
-  line += "\",\"params\":[";
+  QByteArray line = "{\"jsonrpc\":\"2.0\",\"method\":" + TextAsJson(method) + ",\"params\":[";
   for (const Value& argument : arguments) line += AsJson(argument) + ',';
   if (!arguments.empty()) line.chop(1);
   line += ']';

@@ -14,11 +14,17 @@ class LinePort : public QObject {
  public:
   using QObject::QObject;
 
+  /// With more bytes than these unsent, a port that is to send yet more is lost.
+  static constexpr qint64 kMaxUnsent = 4 * 1024 * 1024;
+
   /// Opened or Failed follows.
   virtual void Open() = 0;
   /// Sends at once what the system takes, the rest as soon as it takes more.
   virtual void Write(std::string_view bytes) = 0;
   virtual void Close() = 0;
+
+ protected:
+  static constexpr char kTakesNoMore[] = "the other end takes no more";
 
  signals:
   void Opened();

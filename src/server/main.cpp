@@ -1,5 +1,7 @@
 // ostrel-server: the communication server as a program of its own.
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QDateTime>
@@ -14,6 +16,7 @@
 namespace {
 
 constexpr int kDefaultIdleS = 600;
+constexpr unsigned kLeaveS = 1;
 
 void Log(const std::string& text) {
   std::cerr << QDateTime::currentDateTime().toString(Qt::ISODateWithMs).toStdString() << "  "
@@ -69,5 +72,10 @@ int main(int argc, char** argv) {
   // A log that nobody reads any more is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
   QCoreApplication application(argc, argv);
-  return Serve(application, idleS, verbose);
+  const int status = Serve(application, idleS, verbose);
+  // Everything is given back. A host name that is still looked up would hold the process until the
+  // system's own limit.
+  std::signal(SIGALRM, [](int) { _exit(0); });
+  alarm(kLeaveS);
+  return status;
 }

@@ -6,14 +6,15 @@
 
 namespace ostrel {
 
-bool PortMaker::Knows(const Connection& connection) {
-  return connection.kind == "tcp" || connection.kind == "simulator";
-}
-
-std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection) {
+std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection, bool again) {
   if (connection.kind == "tcp") {
     return std::make_unique<TcpPort>(QString::fromStdString(connection.host),
                                      static_cast<quint16>(connection.port));
+  }
+  if (connection.kind == "serial") {
+    std::string& adapter = adapters_[connection.name];
+    if (!again) adapter.clear();
+    return std::make_unique<SerialPort>(connection, serial_, adapter);
   }
   auto& simulation = simulated_[connection.name];
   if (simulation == nullptr) {

@@ -52,7 +52,8 @@ std::optional<ReplyFramer::Reply> ReplyFramer::Feed(std::string_view bytes) {
 std::optional<ReplyFramer::Reply> ReplyFramer::Take(bool complete) {
   if (!waiting_) return std::nullopt;
   std::string_view answer = buffer_;
-  if (answer.starts_with(echo_)) {
+  const bool echoed = answer.starts_with(echo_);
+  if (echoed) {
     echoSeen_ = true;
     answer.remove_prefix(echo_.size());
   } else if (echoSeen_) {
@@ -64,8 +65,21 @@ std::optional<ReplyFramer::Reply> ReplyFramer::Take(bool complete) {
   } else if (answer == kPrompt.substr(2)) {
     answer = {};
   }
-  if (!complete || answer.size() > kMaxAnswer) return Reply{true, {}};
-  return Reply{false, std::string(answer)};
+  if (!complete || answer.size() > kMaxAnswer) return Reply{Outcome::kTooLong, {}};
+  const Outcome outcome = Judge(answer, echoed);
+  return Reply{outcome, std::string(outcome == Outcome::kAnswer ? answer : std::string_view())};
+}
+
+/// Of a complete answer without echo and prompt.
+ReplyFramer::Outcome ReplyFramer::Judge(std::string_view answer, bool echoed) const {
+  const auto alien = [](unsigned char letter) {
+    return (letter < 0x20 && letter != '\t' && letter != '\r' && letter != '\n') || letter == 0x7F;
+  };
+  if (std::any_of(answer.begin(), answer.end(), alien)) return Outcome::kDamaged;
+  const std::size_t lineEnd = answer.find("\r\n");
+  if (echoed || lineEnd == std::string_view::npos || lineEnd == 0) return Outcome::kAnswer;
+  const bool restOfEcho = echo_.ends_with(answer.substr(0, lineEnd + 2));
+  return restOfEcho ? Outcome::kBeheaded : Outcome::kAnswer;
 }
 
 }  // namespace ostrel

@@ -13,9 +13,15 @@ class ReplyFramer {
   /// The longest answer, in bytes.
   static constexpr std::size_t kMaxAnswer = 256 * 1024;
 
+  enum class Outcome {
+    kAnswer,
+    kTooLong,
+    kDamaged,   // control characters other than TAB, CR and LF in the answer
+    kBeheaded,  // begins with the rest of the line's echo, on a line that never showed a whole one
+  };
   struct Reply {
-    bool tooLong = false;
-    std::string answer;  // without echo, prompt and Ctrl-Z
+    Outcome outcome = Outcome::kAnswer;
+    std::string answer;  // without echo, prompt and Ctrl-Z; only with kAnswer
   };
 
   /// A line goes out (given without its line end): the next reply that fits is its reply.
@@ -31,9 +37,12 @@ class ReplyFramer {
 
   /// True from a reply that was too long until the Ctrl-Z that ends it.
   bool Skipping() const { return skipping_; }
+  /// True once a reply has begun with the echo of its line.
+  bool ShowsEchoes() const { return echoSeen_; }
 
  private:
   std::optional<Reply> Take(bool complete);
+  Outcome Judge(std::string_view answer, bool echoed) const;
   std::size_t Limit() const;
 
   std::string echo_;  // of the line that is awaited

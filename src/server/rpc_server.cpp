@@ -1,6 +1,7 @@
 #include "server/rpc_server.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -55,6 +56,7 @@ SocketClaim RpcServer::Listen(const QString& path) {
 
 void RpcServer::OnNewConnection() {
   while (QLocalSocket* socket = server_.nextPendingConnection()) {
+    if (!IsOwnUser(*socket)) continue;
     const int client = ++lastClient_;
     auto session = std::make_unique<Session>();
     session->client = client;
@@ -75,6 +77,17 @@ void RpcServer::OnNewConnection() {
   }
 }
 
+/// The modes of socket and folder keep other users out already, root and a change of modes aside.
+bool RpcServer::IsOwnUser(QLocalSocket& socket) {
+  const auto user = PeerUser(socket.socketDescriptor());
+  if (user == geteuid()) return true;
+  const QString who = user ? QString::number(*user) : QStringLiteral("unknown");
+  emit Noted(QStringLiteral("a client of another user (%1) is turned away").arg(who));
+  socket.abort();
+  socket.deleteLater();
+  return false;
+}
+
 void RpcServer::OnGone(int client) {
   const auto found = sessions_.find(client);
   if (found == sessions_.end()) return;
@@ -88,43 +101,17 @@ void RpcServer::OnGone(int client) {
 }
 
 void RpcServer::OnReadable(Session& session) {
-  session.buffer += session.socket->readAll();
-  TakeLines(session);
-}
-
-void RpcServer::TakeLines(Session& session) {
-  const QByteArray bytes = std::exchange(session.buffer, {});
-  qsizetype from = 0;
-  for (qsizetype end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', from)) {
-    const QByteArray line = bytes.mid(from, end - from);
-    from = end + 1;
-    if (std::exchange(session.skipping, false)) continue;
-    if (line.size() > rpc::kMaxRequest) {
-      TooLong(session);
-    } else if (!line.trimmed().isEmpty()) {
-      Handle(session.client, line);
+  session.requests.Add(session.socket->readAll());
+  while (const auto item = session.requests.Next()) {
+    if (const auto* refusal = std::get_if<rpc::Refusal>(&*item)) {
+      Send(session.client, rpc::EncodeRefusal(*refusal));
+    } else {
+      Handle(session.client, std::get<rpc::Request>(*item));
     }
   }
-  if (session.skipping) return;
-  session.buffer = bytes.mid(from);
-  if (session.buffer.size() <= rpc::kMaxRequest) return;
-  session.buffer.clear();
-  session.skipping = true;
-  TooLong(session);
 }
 
-void RpcServer::TooLong(Session& session) {
-  Send(session.client,
-       rpc::EncodeRefusal({{}, rpc::kInvalidRequest, "the request is longer than 1 MiB"}));
-}
-
-void RpcServer::Handle(int client, const QByteArray& line) {
-  auto parsed = rpc::Parse(line);
-  if (const auto* refusal = std::get_if<rpc::Refusal>(&parsed)) {
-    Send(client, rpc::EncodeRefusal(*refusal));
-    return;
-  }
-  const auto& request = std::get<rpc::Request>(parsed);
+void RpcServer::Handle(int client, const rpc::Request& request) {
   if (request.method == "ServerStatus" || request.method == "ServerStop") {
     if (request.method == "ServerStop") Stop(client);
     if (!request.notification) Send(client, rpc::EncodeObject(request.id, Status()));

@@ -11,11 +11,12 @@
 
 #include "server/comm_server.h"
 #include "server/json_rpc.h"
+#include "server/request_reader.h"
 #include "server/socket_path.h"
 
 namespace ostrel {
 
-/// Offers the communication server's object to client programs on a local socket.
+/// Offers the communication server's object to client programs of the same user on a local socket.
 class RpcServer : public QObject {
   Q_OBJECT
  public:
@@ -39,16 +40,14 @@ class RpcServer : public QObject {
   struct Session {
     int client = 0;
     QLocalSocket* socket = nullptr;
-    QByteArray buffer;
-    bool skipping = false;  // the rest of a line that was too long
+    RequestReader requests;
   };
 
   void OnNewConnection();
+  bool IsOwnUser(QLocalSocket& socket);
   void OnReadable(Session& session);
   void OnGone(int client);
-  void TakeLines(Session& session);
-  void TooLong(Session& session);
-  void Handle(int client, const QByteArray& line);
+  void Handle(int client, const rpc::Request& request);
   void Stop(int client);
   void CheckEnd();
   void Send(int client, const QByteArray& message);

@@ -1,5 +1,6 @@
 #include "server/socket_path.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,6 +38,14 @@ QString SocketPath() {
 
 QString LockPath(const QString& socketPath) {
   return socketPath + QStringLiteral(".lock");
+}
+
+std::optional<uid_t> PeerUser(qintptr descriptor) {
+  ucred peer{};
+  socklen_t size = sizeof(peer);
+  const int socket = static_cast<int>(descriptor);
+  if (getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
+  return peer.uid;
 }
 
 bool MakePrivateFolder(const QString& folder) {

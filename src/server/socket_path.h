@@ -1,7 +1,10 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <QLockFile>
 #include <QString>
+#include <optional>
 
 namespace ostrel {
 
@@ -23,6 +26,10 @@ struct SocketClaim {
 /// runs at a time. A socket that nobody listens at is removed; an ordinary file and a socket that
 /// somebody listens at stay.
 SocketClaim ClaimSocket(const QString& path, QLockFile& lock);
+
+/// Who connected to this end of a local socket, also when that program has gone already; none when
+/// the system does not tell.
+std::optional<uid_t> PeerUser(qintptr descriptor);
 
 /// The lock that belongs to a socket.
 QString LockPath(const QString& socketPath);

@@ -30,6 +30,11 @@ void TcpPort::Open() {
 }
 
 void TcpPort::Write(std::string_view bytes) {
+  if (socket_.bytesToWrite() > kMaxUnsent) {
+    const auto end = [this] { End(QString::fromUtf8(kTakesNoMore)); };
+    QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+    return;
+  }
   socket_.write(bytes.data(), static_cast<qint64>(bytes.size()));
   socket_.flush();
 }

@@ -89,6 +89,8 @@ TEST_F(CliTest, ExitStatusAndStreams) {
       {{"statistics", "clear"}, 3, "", "20009: "},
       {{"statistics", "clear", "--yes"}, 0, "", ""},
       {{"connections", "remove", "x"}, 1, "", "x"},
+      {{"connections", "test", "W"}, 0, "W arbeitet.\nAA:dirn_ → AA:Nord\n", ""},
+      {{"connections", "test", "--connection", "V"}, 0, " V ", ""},
       {{"connections", "add", "W", "tcp", "host"}, 2, "", "W host"},
       {{"connections", "add", "W", "tcp", "host:4001x"}, 2, "", "W host:4001x"},
       {{"send", "login 1 geheim"}, 1, "", "AA:login ***\n<<no>>"},
@@ -138,6 +140,9 @@ TEST_F(CliTest, JsonAndNothingElse) {
        3,
        R"({"error": {"number": 20009, "message": "Not confirmed; nothing was changed."}})"},
       {{"server", "stop"}, 0, R"({"stopped": false})"},
+      {{"connections", "test"},
+       0,
+       R"({"connection": "Simulator", "ok": true, "step": "done", "answer": "AA:Nord"})"},
       {{"connections"},
        0,
        R"([{"name": "Simulator", "kind": "simulator", "target": "", "current": true}])"},
@@ -155,6 +160,43 @@ TEST_F(CliTest, JsonAndNothingElse) {
     EXPECT_EQ(Run({"--json", "server", command}), 1);
     EXPECT_TRUE(out.starts_with(R"({"error": {"number": 10041, )")) << out;
   }
+}
+
+TEST_F(CliTest, ConnectionsAreNotLostSilently) {
+  const char* const tcp = R"("tcp", "target": "h:1", "current": true, "host": "h", "port": 1})";
+  const char* const serial =
+      R"("serial", "target": "/dev/x, 300 baud", "current": true, "device": "/dev/x", )"
+      R"("baud": 300, "parity": "none", "stopBits": "1"})";
+  ASSERT_EQ(Run({"connections", "add", "W", "tcp", "h:1"}), 0);
+  ASSERT_EQ(Run({"connections", "use", "w"}), 0);
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    const char *name, *stored;  // the connection beside the built-in one afterwards
+  } steps[] = {
+      {{"add", "w", "serial", "/dev/x"}, 1, "W", tcp},
+      {{"add", "V", "tcp", "h:1", "--baud", "300"}, 2, "W", tcp},
+      {{"add", "V", "simulator", "h"}, 2, "W", tcp},
+      {{"change", "Simulator", "--name", "V"}, 1, "W", tcp},
+      {{"change", "W", "--target", "h:x"}, 2, "W", tcp},
+      {{"change", "W", "--parity", "even"}, 2, "W", tcp},
+      {{"change", "W", "--kind", "serial"}, 2, "W", tcp},
+      {{"change", "W", "--name", "V"}, 0, "V", tcp},
+      {{"change", "v", "--kind=serial", "--target=/dev/x", "--baud=300"}, 0, "V", serial},
+      {{"change", "V", "--stop-bits", "1"}, 0, "V", serial},
+      {{"remove", "V"}, 3, "V", serial},
+      {{"remove", "Simulator", "--yes"}, 1, "V", serial},
+  };
+  for (const auto& step : steps) {
+    std::vector<std::string> arguments = step.arguments;
+    arguments.insert(arguments.begin(), "connections");
+    EXPECT_EQ(Run(arguments), step.status) << arguments[1] << arguments[2] << err;
+    EXPECT_EQ(Run({"connections", "--json"}), 0);
+    const std::string only = std::string("false},\n {\"name\": \"") + step.name + "\", \"kind\": ";
+    EXPECT_TRUE(out.ends_with(only + step.stored + "]\n")) << arguments[1] << arguments[2] << out;
+  }
+  EXPECT_EQ(Run({"connections", "remove", "V"}, "j\n", true), 0);
+  EXPECT_EQ(out.find('V'), std::string::npos);
 }
 
 TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {

@@ -9,12 +9,12 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTimer>
-#include <functional>
 #include <string>
 #include <utility>
 
 #include "app/frmMain.h"
 #include "app/placement.h"
+#include "desktop/dialogs.h"
 #include "kit/kit.h"
 
 namespace ostrel {
@@ -47,29 +47,6 @@ struct WindowTest : testing::Test {
     QApplication::exec();
   }
 
-  template <typename Control>
-  static Control& Find(const QObject& in, const char* name) {
-    auto* found = in.findChild<Control*>(QLatin1String(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  /// Acts on the dialog that the operation shows, once it is shown.
-  template <typename Dialog>
-  static void During(const std::function<void()>& operation,
-                     const std::function<void(Dialog&)>& act) {
-    QTimer poll;
-    bool seen = false;
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return;
-      seen = true;
-      poll.stop();
-      act(*dialog);
-    });
-    poll.start(0);
-    operation();
-    EXPECT_TRUE(seen);
-  }
   void SelectB1(frmMain& window) {
     During<QDialog>([&] { window.DeviceSelect(); },
                     [&](QDialog& dialog) {

@@ -58,6 +58,8 @@ TEST(CommandLine, WhatCannotBeHadIsSaidWithItsNumber) {
   } cases[] = {
       {{"stations"}, 1, 10042},
       {{"--connection", "nowhere", "stations"}, 1, 10032},
+      {{"connections", "test"}, 1, 10042},
+      {{"connections", "add", "bus", "tcp", "h:1"}, 1, 20187},
       {{"--connection", "Simulator", "--station", "ZZ", "identify"}, 1, 20013},
       {{"--connection", "Simulator", "--station", "B7", "statistics"}, 1, 1280},
       {{"--connection", "Simulator", "send", "a\nb"}, 1, 10014},

@@ -42,22 +42,40 @@ Outcome Programs::Run(const QStringList& arguments) const {
   const auto process = Start("ostrel", QStringList{"--language", "eng"} + arguments);
   process->closeWriteChannel();
   EXPECT_TRUE(process->waitForFinished(kLimitMs)) << arguments.join(' ').toStdString();
-  EXPECT_EQ(process->exitStatus(), QProcess::NormalExit);
-  return {process->exitCode(), process->readAllStandardOutput(), process->readAllStandardError()};
+  return OutcomeOf(*process);
+}
+
+std::unique_ptr<QProcess> Programs::StartCommand(const QStringList& arguments) const {
+  auto process = Start("ostrel", QStringList{"--language", "eng", "--json"} + arguments);
+  process->closeWriteChannel();
+  return process;
+}
+
+Outcome Programs::OutcomeOf(QProcess& process) {
+  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+  return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QString Programs::StartSimulator(std::unique_ptr<QProcess>& simulator,
+                                 const QStringList& arguments) const {
+  simulator = Start("ostrel-simulator", arguments);
+  while (!simulator->canReadLine()) {
+    if (!simulator->waitForReadyRead(kLimitMs)) return {};
+  }
+  return simulator->readLine().trimmed().split(':').last();
 }
 
 int Programs::StartSimulator(std::unique_ptr<QProcess>& simulator, int port) const {
-  simulator = Start("ostrel-simulator", {"--tcp", QString::number(port)});
-  while (!simulator->canReadLine()) {
-    if (!simulator->waitForReadyRead(kLimitMs)) return 0;
-  }
-  return simulator->readLine().trimmed().split(':').last().toInt();
+  return StartSimulator(simulator, {"--tcp", QString::number(port)}).toInt();
+}
+
+void Programs::Use(const QString& kind, const QString& target) const {
+  EXPECT_EQ(Run({"connections", "add", "Bus", kind, target}).status, 0);
+  EXPECT_EQ(Run({"connections", "use", "Bus"}).status, 0);
 }
 
 void Programs::UseTcp(int port) const {
-  const QString target = QStringLiteral("127.0.0.1:%1").arg(port);
-  EXPECT_EQ(Run({"connections", "add", "Bus", "tcp", target}).status, 0);
-  EXPECT_EQ(Run({"connections", "use", "Bus"}).status, 0);
+  Use("tcp", QStringLiteral("127.0.0.1:%1").arg(port));
 }
 
 int Programs::ServerPid() const {

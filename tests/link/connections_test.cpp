@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "app/texts.h"
 #include "kit/kit.h"
+#include "link/connection_test.h"
 
 namespace ostrel {
 namespace {
@@ -75,6 +77,91 @@ TEST(Connections, FaultyDataAreRefused) {
   for (const Connection& connection : cases) {
     EXPECT_FALSE(connections.Add(connection)) << connection.name << " " << connection.Target();
   }
+}
+
+TEST(Connections, ChangesKeepWhatIsNotTheirs) {
+  const struct {
+    const char *name, *newName;
+    int port;
+    bool changed;
+    const char* current;
+  } cases[] = {
+      {"werk", "Werk", 2, true, "Werk"},    {"Werk", "Halle", 1, true, "Halle"},
+      {"Werk", "WERK", 1, true, "WERK"},    {"Anlage", "Halle", 1, true, "Werk"},
+      {"Werk", "anlage", 1, false, "Werk"}, {"Werk", "a/b", 1, false, "Werk"},
+      {"Werk", "Werk", 0, false, "Werk"},   {"Simulator", "Halle", 1, false, "Werk"},
+  };
+  for (const auto& c : cases) {
+    kit::MemorySettings settings;
+    Connections connections(settings);
+    ASSERT_TRUE(connections.Add(Tcp("Werk", "h", 1)) && connections.Add(Tcp("Anlage", "h", 1)));
+    ASSERT_TRUE(connections.Use("Werk"));
+    EXPECT_EQ(connections.Change(c.name, Tcp(c.newName, "h", c.port)), c.changed) << c.newName;
+    EXPECT_EQ(connections.List().size(), 3u) << c.newName;
+    EXPECT_EQ(connections.Current(), c.current) << c.newName;
+    const auto now = connections.Find(c.changed ? c.newName : "Werk");
+    EXPECT_TRUE(now && now->port == (c.changed ? c.port : 1)) << c.newName;
+  }
+}
+
+TEST(ConnectionTest, SaysWhichStepFailedAndWhatMendsIt) {
+  using enum TestStep;
+  const int first[] = {text::kTestNoServer, text::kTestNotOpen, text::kTestNoAnswer,
+                       text::kTestPassed};  // by step
+  const struct {
+    const char *answer, *member;  // null: none comes; what fails, and what it raises
+    AutomationResult raised;
+    TestStep step;
+    int code, more;
+    const char* told;
+  } cases[] = {
+      {"AA:<b>\x1b", "", {}, kDone, 0, 0, "\nAA:dirn_ → AA:<b>␛"},
+      {"a\r\nb\x07", "", {}, kDone, 0, 0, "→ a\nb␇"},
+      {"<<no>>", "", {}, kDone, 0, text::kErrorAnswer, "→ <<no>>"},
+      {"", "", {}, kDone, 0, text::kEmptyAnswer, "AA:dirn_"},
+      {"", "create", {}, kServer, 10065, text::kHelpServer, "\nattempt failed\n"},
+      {"", "COpen", ObjectError(10041, "lost"), kServer, 10041, text::kHelpServer, "\nlost\n"},
+      {"", "COpen", ObjectError(10042, "re\x1b!"), kOpen, 10042, text::kHelpHost, "\nre␛!\n"},
+      {"", "COpen", ObjectError(10027, ""), kOpen, 10027, text::kHelpAdapter, "\n10027: "},
+      {"", "COpen", ObjectError(10014, "odd"), kOpen, 10014, 0, "\nodd"},
+      {nullptr, "", {}, kAnswer, 10012, text::kHelpSilent, "\n10012: "},
+      {"", "CReceive", ObjectError(10015, "?"), kAnswer, 10015, text::kHelpDisturbed, "\n?\n"},
+  };
+  for (const auto& c : cases) {
+    kit::World world;
+    Messages messages(world.dialogs);
+    messages.SetFactor(1);
+    ConnectionTest tester(world.factory, world.settings, world.clock, world.folder.path);
+    if (c.answer != nullptr) world.server.answers["AA:dirn_"] = c.answer;
+    if (!c.raised.Ok()) world.server.fails[c.member] = c.raised;
+    if (std::string(c.member) == "create") world.server.failingCreations = 9;
+    const ConnectionTestResult result = tester.Run("Werk");
+    EXPECT_TRUE(result.step == c.step && result.code == c.code) << c.told << result.code;
+    const std::string told = ConnectionTestText(result, messages);
+    for (const std::string& part : {messages.Filled(first[int(c.step)], "Werk"),
+                                    std::string(c.told), messages.Text(c.more)}) {
+      EXPECT_NE(told.find(part), std::string::npos) << part << " in: " << told;
+    }
+    EXPECT_FALSE(told.ends_with('\n')) << told;
+    EXPECT_EQ(world.server.closed, std::ssize(world.server.opened)) << "the channel stays open";
+    EXPECT_TRUE(world.dialogs.shown.empty() && world.server.choosers.empty()) << told;
+  }
+}
+
+TEST(ConnectionTest, IsGivenUpAndThenRunsAgain) {
+  kit::World world;
+  ConnectionTest tester(world.factory, world.settings, world.clock, world.folder.path);
+  int second = 0;
+  world.clock.onEvents = [&] {
+    second = tester.Run("").code;
+    tester.GiveUp();
+  };
+  EXPECT_EQ(tester.Run("").code, text::kExchangeGivenUp);
+  EXPECT_EQ(second, text::kExchangeUnderWay);
+  EXPECT_EQ(world.server.opened, std::vector<std::string>{"Simulator"});
+  world.clock.onEvents = nullptr;
+  world.server.answers["AA:dirn_"] = "AA:Nord";
+  EXPECT_TRUE(tester.Run("").Ok());
 }
 
 }  // namespace

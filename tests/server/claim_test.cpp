@@ -1,4 +1,7 @@
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +14,21 @@ namespace {
 int ModeOf(const QString& path) {
   struct stat info {};
   return stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : -1;
+}
+
+constexpr uid_t kNobody = 65534;
+
+/// A socket that another user has connected; negative when that did not succeed.
+int ConnectAsNobody(const QByteArray& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  qstrncpy(address.sun_path, path.constData(), sizeof(address.sun_path));
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (seteuid(kNobody) != 0) return -1;
+  const auto* where = reinterpret_cast<const sockaddr*>(&address);
+  const int connected = connect(descriptor, where, sizeof(address));
+  EXPECT_EQ(seteuid(0), 0);
+  return connected == 0 ? descriptor : -1;
 }
 
 struct Claim : testing::Test {
@@ -36,6 +54,27 @@ TEST_F(Claim, OneServerListensAndOnlyItsUserCanConnect) {
   server.reset();
   EXPECT_FALSE(QFile::exists(path));
   EXPECT_EQ(second.Listen(path).kind, SocketClaim::kFree);
+}
+
+TEST_F(Claim, AnotherUserIsTurnedAwayEvenWhereTheModesLetHimIn) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can be another user for a while";
+  EXPECT_EQ(Listen(), SocketClaim::kFree);
+  QStringList log;
+  QObject::connect(server.get(), &RpcServer::Noted, [&log](const QString& text) { log += text; });
+  for (const QString& open : {folder.path(), folder.path() + "/ostrel", path}) {
+    ASSERT_EQ(chmod(QFile::encodeName(open).constData(), 0777), 0);
+  }
+  const int descriptor = ConnectAsNobody(QFile::encodeName(path));
+  ASSERT_GE(descriptor, 0);
+  QLocalSocket stranger;
+  bool answered = false;
+  QObject::connect(&stranger, &QLocalSocket::readyRead, [&answered] { answered = true; });
+  ASSERT_TRUE(stranger.setSocketDescriptor(descriptor));
+  stranger.write("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"COpenLocked\"}\n");
+  EXPECT_TRUE(WaitUntil([&] { return stranger.state() == QLocalSocket::UnconnectedState; }));
+  EXPECT_FALSE(answered);
+  EXPECT_EQ(log, QStringList{"a client of another user (65534) is turned away"});
+  EXPECT_EQ(Client(path).Call("COpenLocked"), false);
 }
 
 TEST_F(Claim, OnlyAStaleSocketIsRemoved) {

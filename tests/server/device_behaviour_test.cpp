@@ -26,6 +26,8 @@ const Behaviour kBehaviours[] = {
     {"breaks off", true, "AA:x\r\n1", "", false, "10012"},
     {"answers late", true, "", "AA:x\r\n1" + kEnd, false, "10012"},
     {"echoes another line", true, "AA:z\r\n1" + kEnd, "", false, "10012"},
+    {"sends rubbish", true, "AA:x\r\n\x01" + kEnd, "", false, "10015"},
+    {"loses the beginning", false, "A:x\r\n1" + kEnd, "", false, "10015"},
     {"drops the link", true, "", "", true, "10015"},
     {"largest answer", true, "AA:x\r\n" + kLong + kEnd, "", false, kLong.toStdString()},
     {"too big an answer", true, "AA:x\r\n" + kLong + "y" + kEnd, "", false, "10017"},
@@ -50,13 +52,25 @@ TEST_F(DeviceBehaviour, TheClientGetsTheAnswerOrTheReasonAndTheNextLineItsOwnAns
     // A connection of its own: what a line has shown of echoes is remembered.
     AddTcp(b.name, device.Port());
     const int channel = client.Call("COpen", {b.name, 2}).toInt();
-    client.Call("CTimeout", {channel, 1});
+    client.Call("CTimeout", {channel, b.expected == "10012" ? 1 : 60});
     EXPECT_EQ(client.Exchange(channel, "AA:ok"), "fine");
     EXPECT_EQ(client.Exchange(channel, "AA:x"), b.expected);
     EXPECT_EQ(client.Exchange(channel, "AA:ok"), "fine");
     client.Call("CClose", {channel});
     EXPECT_TRUE(WaitUntil([this] { return !device.Connected(); })) << "the line is closed";
   }
+}
+
+TEST_F(DeviceBehaviour, WithoutEchoALineAwaitsTheEndOfALongReply) {
+  Client client(path);
+  device.answer = [](const QByteArray& line) { return line == "AA:x" ? kLong + kLong : "2\x1A"; };
+  client.Call("COpen", {"Tcp"});
+  EXPECT_EQ(client.Exchange(1, "AA:x"), "10017");
+  client.Call("CSend", {1, "AA:y"});
+  for (int i = 0; i < 20; ++i) client.Call("CTimeout", {1});
+  EXPECT_EQ(device.lines.size(), 1);
+  device.Send("\x1A");
+  EXPECT_EQ(client.Notice()["answer"], "2");
 }
 
 TEST_F(DeviceBehaviour, AFailureIsRaisedOnceAndAnAnswerIsFetchedOnce) {

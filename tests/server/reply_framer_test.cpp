@@ -13,7 +13,7 @@ struct Case {
   const char* what;
   std::string line;
   std::string bytes;
-  std::vector<std::string> answers;
+  std::vector<std::string> answers;  // "!!" for a damaged one, "!!!" for a beheaded one
 };
 
 const Case kCases[] = {
@@ -27,6 +27,12 @@ const Case kCases[] = {
     {"prompt inside", "x", "x\r\na\r\n<b" + kEnd, {"a\r\n<b"}},
     {"echo in the answer", "x", "x\r\nx\r\n1" + kEnd, {"x\r\n1"}},
     {"twice", "x", "x\r\n1" + kEnd + "x\r\n2" + kEnd, {"1"}},
+    {"echo cut short", "AA:x", ":x\r\n1" + kEnd, {"!!!"}},
+    {"answer like the end of the line", "AA:x1", "1" + kEnd, {"1"}},
+    {"empty line first, no echo", "x", "\r\n1" + kEnd, {"\r\n1"}},
+    {"control character", "x", "x\r\n1\x1F" + kEnd, {"!!"}},
+    {"the same without echo", "x", "\x7F" + kEnd, {"!!"}},
+    {"TAB and ISO 8859-1", "x\x02", "x\x02\r\n\t\x80\xFF" + kEnd, {"\t\x80\xFF"}},
     {"unended", "x", "x\r\n1\r\n<", {}},
 };
 
@@ -37,7 +43,8 @@ TEST(ReplyFramer, FindsTheReplyHoweverTheBytesAreCut) {
       framer.Expect(c.line);
       std::vector<std::string> answers;
       for (const auto& part : {c.bytes.substr(0, cut), c.bytes.substr(cut)}) {
-        if (const auto reply = framer.Feed(part)) answers.push_back(reply->answer);
+        const auto reply = framer.Feed(part);
+        if (reply) answers.push_back(std::string(int(reply->outcome), '!') + reply->answer);
       }
       EXPECT_EQ(answers, c.answers) << c.what << ", cut at " << cut;
     }
@@ -52,11 +59,16 @@ TEST(ReplyFramer, OnALineWithEchoesAReplyBelongsToTheLineItEchoes) {
   framer.Expect("b");
   EXPECT_FALSE(framer.Feed("a\r\n3" + kEnd)) << "another echo";
   EXPECT_FALSE(framer.Feed("4" + kEnd)) << "no echo";
+  EXPECT_FALSE(framer.Feed("\r\n4" + kEnd)) << "a part of the echo";
   EXPECT_EQ(framer.Feed("b\r\n5" + kEnd)->answer, "5");
   framer.Expect("c");
   EXPECT_FALSE(framer.Feed("c\r\nbroken o"));
   framer.Expect("d");
   EXPECT_EQ(framer.Feed("d\r\n6" + kEnd)->answer, "6") << "after half a reply";
+  framer.Expect("e");
+  EXPECT_TRUE(framer.Feed("e\r\n" + std::string(256 * 1024 + 9, 'y'))) << "too long";
+  framer.Expect("e");
+  EXPECT_EQ(framer.Feed("e\r\nrest" + kEnd + "e\r\n7" + kEnd)->answer, "7") << "after its end";
 }
 
 }  // namespace

@@ -71,14 +71,19 @@ TEST_F(Requests, OfABadClientLeaveTheSessionAlive) {
   }
 }
 
-TEST_F(Requests, AClientThatDoesNotReadIsCutOff) {
-  Client client(path);
+TEST_F(Requests, AClientThatDoesNotReadIsCutOffAndTheOthersGoOn) {
+  Client other(path), client(path);
+  other.Call("COpen", {"Tcp"});
   client.socket.setReadBufferSize(1);
   const QByteArray request = "{\"jsonrpc\":\"2.0\",\"id\":\"" + QByteArray(1000 * 1000, 'x') +
                              "\",\"method\":\"COpenLocked\"}\n";
-  for (int i = 0; i < 7; ++i) client.socket.write(request);
+  for (int i = 0; i < 4; ++i) client.socket.write(request);
+  EXPECT_TRUE(WaitUntil([&client] { return client.socket.bytesToWrite() == 0; }));
+  EXPECT_EQ(other.Exchange(1, "AA:x"), "re AA:x");
+  EXPECT_EQ(client.socket.state(), QLocalSocket::ConnectedState) << "less than 4 MiB wait";
+  for (int i = 0; i < 3; ++i) client.socket.write(request);
   EXPECT_TRUE(WaitUntil([&] { return client.socket.state() == QLocalSocket::UnconnectedState; }));
-  EXPECT_EQ(Client(path).Call("COpenLocked"), false);
+  EXPECT_EQ(other.Exchange(1, "AA:y"), "re AA:y");
 }
 
 TEST_F(Requests, AChannelLimitHoldsOnEachConnection) {

@@ -73,12 +73,28 @@ TEST(JsonRpc, AcceptsRequestsAndSaysWhatIsWrongWithTheOthers) {
 }
 
 TEST(JsonRpc, KeepsEveryCharacterOnOneLine) {
-  std::string text = "ä";
-  for (int code = 0; code < 0x80; ++code) text += static_cast<char>(code);
-  const QByteArray line = rpc::EncodeStatus({1, 5, 0, text, 0, {}});
-  EXPECT_EQ(line.indexOf('\n'), line.size() - 1);
-  const QJsonObject notice = QJsonDocument::fromJson(line).object();
-  EXPECT_EQ(notice["params"]["answer"].toString().toStdString(), text);
+  std::string ascii;
+  for (int code = 0; code < 0x80; ++code) ascii += static_cast<char>(code);
+  for (const std::string& text : {"ä" + ascii, ascii, std::string("\uFEFF\"\uFEFF\uFFFF😀")}) {
+    const std::pair<QByteArray, const char*> messages[] = {
+        {rpc::EncodeStatus({1, 5, 0, text, 0, {}}), "answer"},
+        {rpc::EncodeStatus({1, 5, 3, {}, -1, text}), "message"},
+        {rpc::EncodeRefusal({{}, -1, text}), "message"},
+        {rpc::EncodeResult(1, {text, 0, {}}), "result"},
+    };
+    for (const auto& [line, name] : messages) {
+      EXPECT_EQ(line.indexOf('\n'), line.size() - 1);
+      QJsonObject holder = QJsonDocument::fromJson(line).object();
+      for (const char* inner : {"params", "error"}) {
+        if (holder.contains(inner)) holder = holder.value(QLatin1String(inner)).toObject();
+      }
+      EXPECT_EQ(holder[name].toString().toStdString(), text) << line.toStdString();
+    }
+    const auto parsed = rpc::Parse(rpc::EncodeRequest(0, text, {text}));
+    ASSERT_TRUE(std::holds_alternative<rpc::Request>(parsed)) << text;
+    EXPECT_EQ(std::get<rpc::Request>(parsed).method, text);
+    EXPECT_EQ(std::get<rpc::Request>(parsed).arguments, Values{text});
+  }
 }
 
 }  // namespace
