@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/reply_form.h"
+
 namespace ostrel::simulator {
 
 struct Address;
@@ -21,6 +23,7 @@ struct BusStart {
   BusClock clock;          ///< none: the time stands still
   /// The devices' local time, in seconds since 1990-01-01 00:00:00; that is 2026-01-05 08:00:00.
   std::int64_t localSeconds = 1136448000;
+  std::size_t connected = 0;  ///< which of the built-in stations is physically connected
 };
 
 /// A bus of simulated devices. All texts are ISO 8859-1 bytes, as on the line.
@@ -37,9 +40,12 @@ class Bus {
   /// neighbours do. The answer's lines are separated by CR LF; it is empty when nobody answers.
   /// However long or nasty the line, the answer comes in bounded time and size.
   std::string Answer(std::string_view line);
+  /// The same in the pieces in which it comes; none when not even an echo comes.
+  std::vector<Portion> AnswerInPieces(std::string_view line);
 
  private:
   void CatchUp();
+  std::string AnswerOfStations(const Address& address);
   std::vector<Station*> Addressed(const Address& address);
 
   BusClock clock_;

@@ -21,6 +21,7 @@ std::string Machine::RunAll(const Program& program) {
     const Item& item = program[next_++];
     resultBefore_ = std::exchange(result_, false);
     item.run(*this, item);
+    if (!station_.IsServing()) return {};
   }
   return output_;
 }
@@ -94,7 +95,10 @@ Values Machine::Evaluate(const std::vector<Operand>& operands) {
 
 std::string AnswerOf(Station& station, std::string_view expression) {
   try {
-    return Machine(station).RunAll(ParseProgram(expression));
+    station.access.NoteLine();
+    const Program program = ParseProgram(expression);
+    if (!station.access.Allows(NeededRight(program))) throw Fault{station.access.Refusal()};
+    return Machine(station).RunAll(program);
   } catch (const Fault& fault) {
     return "<<" + fault.message + ">>";
   }

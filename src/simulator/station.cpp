@@ -12,9 +12,23 @@ namespace {
 // Firmware from 2.22 on counts more tap positions.
 constexpr std::string_view kWideStatisticsFirmware = "2.22";
 
+constexpr std::string_view kGermanRefusal = "Zugriff verweigert";
+
+/// Guests read; the administrator and a user have passwords.
+constexpr AccessData kProtected = {
+    .users = {{{kNoPassword, 2, 0}, {"4711", 5, 0}, {"1234", 4, 15}, {}, {}, {}}}};
+
 constexpr StationData kBuiltIn[] = {
     {"KT-X", "2.27", "Umspannwerk Nord T1", "SIM0412345-B", 134, 'r', {-9, 9, 1, 41'200}},
-    {"KT-XB", "2.10", "Umspannwerk Nord T2", "SIM0398120-A", 0, 'r', {1, 19, 10, 52'300}},
+    {"KT-XB",
+     "2.10",
+     "Umspannwerk Nord T2",
+     "SIM0398120-A",
+     0,
+     'r',
+     {1, 19, 10, 52'300},
+     {kGermanRefusal},
+     {"2.05"}},
     {"KT-XB",
      "3.26",
      "Schalthaus S\xfc"
@@ -22,10 +36,19 @@ constexpr StationData kBuiltIn[] = {
      "SIM0731566-C",
      141,
      'r',
-     {-13, 13, -2, 310'000}},
-    {"LX-X", "2.21", "Kraftwerk Aue", "SIM0287003-A", 0, 's', {-8, 8, 0, 12'800}},
+     {-13, 13, -2, 310'000},
+     kProtected},
+    {"LX-X",
+     "2.21",
+     "Kraftwerk Aue",
+     "SIM0287003-A",
+     0,
+     's',
+     {-8, 8, 0, 12'800},
+     {},
+     {"2.14", false}},
     {"KT-XF", "2.4.04", "Abzweig 20 kV West", "SIM0550917-B", 0, 'p', {}},
-    {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, 'p', {}},
+    {"KT-XFB", "2.1.10", "Abzweig 20 kV Ost", "SIM0560233-A", 0, 'p', {}, {kGermanRefusal}},
     {"KT-XW", "2.30", "Windpark H\xf6henweg", "SIM0802441-D", 136, 'r', {-16, 16, 3, 28'500}},
     {"QM-X", "1.9", "Netzqualit\xe4t Nord", "SIM0190478-A", 0, 'q', {}},
     {"JS-X", "1.4.40", "E-Spule Nord", "SIM0333702-A", 0, 'o', {}},
@@ -40,15 +63,18 @@ std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t 
 
 }  // namespace
 
-Station::Station(std::string stationAddress, const StationData& stationData, std::uint64_t seed,
-                 std::int64_t localSeconds)
+Station::Station(std::string stationAddress, const StationData& stationData,
+                 std::uint64_t stationSeed, std::int64_t localSeconds)
     : address(std::move(stationAddress)),
       data(stationData),
+      seed(stationSeed),
       startLocal(localSeconds),
-      tapChanger(MakeTapChanger(stationData, seed)) {}
+      tapChanger(MakeTapChanger(stationData, stationSeed)),
+      access(stationData.access, IsConnected()) {}
 
 void Station::Advance(std::int64_t milliseconds) {
   nowMs = std::max(nowMs, milliseconds);
+  access.Advance(nowMs);
 }
 
 std::span<const StationData> BuiltInStations() {

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "simulator/access.h"
+#include "simulator/bootloader.h"
 #include "simulator/event_log.h"
 #include "simulator/tap_changer.h"
 
@@ -21,17 +22,12 @@ struct StationData {
   int protocolNumber = 0;  ///< 0 = the firmware does not tell
   char group = 'o';        ///< the group address it listens to: r, p, s, q or o
   TapChangerData tapChanger = {};
+  AccessData access = {};
+  BootloaderData bootloader = {};
 };
 
-/// The password that stands for none.
-inline constexpr std::string_view kNoPassword = "0";
-
-/// One of the users that a device knows. Without passwords everybody may do everything.
-struct User {
-  std::string password{kNoPassword};
-  int grant = 5;
-  int timeoutMinutes = 0;
-};
+/// Of the device that is physically connected; all others are reached over the bus.
+inline constexpr std::string_view kConnectedAddress = "AA";
 
 /// A device on the bus with all that changes in it.
 struct Station {
@@ -42,13 +38,23 @@ struct Station {
   /// Lives until this simulated time, in milliseconds; a time that has passed changes nothing.
   void Advance(std::int64_t milliseconds);
 
+  /// Physically, to the host.
+  bool IsConnected() const { return address == kConnectedAddress; }
+  bool IsSilent() const { return nowMs < boot.silentUntilMs; }
+  /// Its firmware answers.
+  bool IsServing() const { return !IsSilent() && !boot.inBootloader; }
+  /// Local time, since 1990-01-01 00:00:00.
+  std::int64_t LocalSeconds() const { return startLocal + nowMs / 1000; }
+
   std::string address;  ///< in capitals, without colon
   StationData data;
-  std::int64_t nowMs = 0;       ///< simulated, since the bus began
+  std::int64_t nowMs = 0;  ///< simulated, since the bus began
+  std::uint64_t seed = 0;
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
   std::optional<TapChanger> tapChanger;
   EventLog eventLog;
-  std::array<User, 6> users;  ///< by user number
+  Access access;
+  Boot boot;
 };
 
 /// The devices of the built-in bus in bus order; the first is the physically connected one.

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "simulator/access.h"
+#include "simulator/bootloader.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
 
@@ -35,12 +37,9 @@ Values ReadFeatureNumber(Station& station, const Values& arguments) {
   return {static_cast<double>(station.data.protocolNumber)};
 }
 
-/// Whether a password is set, the grant level, and the minutes until logout.
-Values ReadUser(Station& station, const Values& arguments) {
-  const int last = static_cast<int>(station.users.size()) - 1;
-  const User& user = station.users[IntegerArgument(arguments, 0, 0, last)];
-  return {user.password == kNoPassword ? 0.0 : 1.0, static_cast<double>(user.grant),
-          static_cast<double>(user.timeoutMinutes)};
+/// "dd-" asks the device for nothing but to have heard the line.
+Values ReadNothing(Station&, const Values&) {
+  return {};
 }
 
 constexpr Variable kVariables[] = {
@@ -48,13 +47,14 @@ constexpr Variable kVariables[] = {
     {"station&", Always, ReadAddressAndName, nullptr},
     {"syssn", Always, ReadSerialNumber, nullptr},
     {"ver", HasFeatureNumbers, ReadFeatureNumber, nullptr},
-    {"passwort", Always, ReadUser, nullptr},
+    {"dd", Always, ReadNothing, nullptr},
 };
 
 }  // namespace
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
-  for (const VariableTable& table : {VariableTable(kVariables), TapVariables()}) {
+  for (const VariableTable& table :
+       {VariableTable(kVariables), TapVariables(), AccessVariables(), ResetVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }

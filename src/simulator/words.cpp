@@ -1,10 +1,12 @@
 #include "simulator/words.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 #include <utility>
 
+#include "simulator/access.h"
 #include "simulator/event_log.h"
 #include "simulator/machine.h"
 #include "simulator/variables.h"
@@ -138,6 +140,12 @@ void RunLoopIndex(Machine& machine, const Item&) {
 
 void RunVersion(Machine& machine, const Item& item) {
   const StationData& data = machine.Device().data;
+  machine.PrintResult(std::string(data.model) + " Version V" + std::string(data.firmware),
+                      item.joined);
+}
+
+void RunTypeAndVersion(Machine& machine, const Item& item) {
+  const StationData& data = machine.Device().data;
   machine.PrintResult(std::string(data.model) + "+;V" + std::string(data.firmware), item.joined);
 }
 
@@ -150,7 +158,7 @@ void RunAddressAndName(Machine& machine, const Item& item) {
   machine.PrintResult(station.address + ":" + std::string(station.data.name), item.joined);
 }
 
-constexpr Word kWords[] = {
+constexpr Word kAnybodysWords[] = {
     {"+", RunAdd},
     {"-", RunSubtract},
     {"*", RunMultiply},
@@ -171,11 +179,18 @@ constexpr Word kWords[] = {
     {"ni", RunLoopEnd, 0, "l"},
     {"i", RunLoopIndex},
     {"ver", RunVersion},
-    {"ver.", RunVersion},
+    {"ver.", RunTypeAndVersion},
     {"dir", RunAddress},
     {"dirn", RunAddressAndName},
     {"dirn_", RunAddressAndName},
 };
+
+/// Calculating and saying who one is needs no right.
+constexpr auto kWords = [] {
+  auto words = std::to_array(kAnybodysWords);
+  for (Word& word : words) word.right = Right::kNone;
+  return words;
+}();
 
 const Variable& ExistingVariable(Machine& machine, const Item& item) {
   const Variable* variable = FindVariable(machine.Device(), item.name);
@@ -193,7 +208,7 @@ Values Read(Machine& machine, const Item& item) {
 
 const Word* FindWord(std::string_view name) {
   // The language first, then the commands of each subject.
-  for (const WordTable& table : {WordTable(kWords), EventLogWords()}) {
+  for (const WordTable& table : {WordTable(kWords), EventLogWords(), AccessWords()}) {
     for (const Word& word : table) {
       if (word.name == name) return &word;
     }
@@ -249,6 +264,8 @@ void RunUnknown(Machine&, const Item& item) {
 
 void ThrowUnknown(std::string_view name) {
   constexpr std::size_t kMaxQuoted = 40;
+  // What stands behind a blank may be a password.
+  name = name.substr(0, name.find_first_of(" \t"));
   throw Fault{"unknown: " + std::string(name.substr(0, kMaxQuoted))};
 }
 

@@ -11,6 +11,9 @@ struct Item;
 /// Carries out one item.
 using Run = void (*)(Machine&, const Item&);
 
+/// What a line wants of a device, each with the one before it.
+enum class Right { kNone, kRead, kWrite };
+
 /// An operator or a listing command.
 struct Word {
   std::string_view name;
@@ -20,6 +23,7 @@ struct Word {
   char opens = 0;
   std::string_view closes = {};
   bool takesArguments = false;
+  Right right = Right::kRead;  ///< without which it is refused
 };
 
 using WordTable = std::span<const Word>;

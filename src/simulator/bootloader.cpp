@@ -1,0 +1,159 @@
+#include "simulator/bootloader.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <string>
+#include <utility>
+
+#include "simulator/station.h"
+#include "simulator/value.h"
+
+namespace ostrel::simulator {
+
+namespace {
+
+constexpr double kRestart = 0, kIntoBootloader = 0.9, kMasterReset = 590;
+constexpr std::int64_t kRestartMs = 3'000, kMasterResetMs = 30'000;
+
+using Pieces = std::vector<Portion>;
+
+/// The devices that go into their bootloader when told to, with their first firmware that does.
+struct Entering {
+  std::string_view model, firmware;
+};
+constexpr Entering kEntering[] = {
+    {"KT-X", "0"},   {"KT-XB", "0"},      {"LX-X", "0"},      {"KT-XW", "0"},
+    {"KT-XWB", "0"}, {"KT-XF", "2.4.04"}, {"JS-X", "1.4.40"},
+};
+
+bool EntersBootloader(const Station& station) {
+  const auto entering = std::find_if(std::begin(kEntering), std::end(kEntering),
+                                     [&](const auto& e) { return e.model == station.data.model; });
+  return station.IsConnected() && entering != std::end(kEntering) &&
+         Compare(std::string(station.data.firmware), std::string(entering->firmware)) >= 0;
+}
+
+/// What a device has in its RAM: not what it is, nor the time, nor the world around it.
+void CopyMemory(const Station& from, Station& to) {
+  to.access = from.access;
+  to.tapChanger = from.tapChanger;
+  to.eventLog = from.eventLog;
+}
+
+void ResetToFactory(Station& station) {
+  StationData data = station.data;
+  data.access.users = AccessData{}.users;
+  Station fresh(station.address, data, station.seed, station.startLocal);
+  if (fresh.tapChanger) fresh.tapChanger->ClearStatistics();
+  fresh.eventLog.Clear();
+  CopyMemory(fresh, station);
+}
+
+void Restart(Station& station, std::int64_t milliseconds) {
+  station.access.LogOut();
+  station.boot.inBootloader = false;
+  station.boot.silentUntilMs = station.nowMs + milliseconds;
+}
+
+Pieces MasterReset(Station& station) {
+  ResetToFactory(station);
+  Restart(station, kMasterResetMs);
+  return {{}};
+}
+
+void WriteReset(Station& station, const WriteRequest& request) {
+  const Value kind = request.values.empty() ? Value(-1.0) : request.values.front();
+  if (kind == Value(kMasterReset)) {
+    MasterReset(station);
+  } else if (kind == Value(kRestart)) {
+    Restart(station, kRestartMs);
+  } else if (kind == Value(kIntoBootloader) && EntersBootloader(station)) {
+    Restart(station, 0);
+    station.boot.inBootloader = true;
+  } else {
+    throw Fault{"index out of range"};
+  }
+}
+
+std::string TwoDigits(unsigned number) {
+  return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
+}
+
+/// "05.01.2026 08:00:00" of seconds since 1990-01-01 00:00:00.
+std::string DateAndTime(std::int64_t seconds) {
+  using namespace std::chrono;
+  const sys_seconds time = sys_days(1990y / 1 / 1) + std::chrono::seconds(seconds);
+  const auto day = floor<days>(time);
+  const year_month_day date(day);
+  const hh_mm_ss clock(time - day);
+  const auto digits = [](auto count) { return TwoDigits(static_cast<unsigned>(count.count())); };
+  return TwoDigits(static_cast<unsigned>(date.day())) + "." +
+         TwoDigits(static_cast<unsigned>(date.month())) + "." +
+         std::to_string(static_cast<int>(date.year())) + " " + digits(clock.hours()) + ":" +
+         digits(clock.minutes()) + ":" + digits(clock.seconds());
+}
+
+Pieces Version(Station& station) {
+  const StationData& data = station.data;
+  return {{std::string(data.model) + " Urlader V" + std::string(data.bootloader.version)}};
+}
+
+Pieces Backup(Station& station) {
+  if (!station.data.bootloader.secondFlash) return {{"Error: no flash"}};
+  Station copy = station;
+  copy.boot = {};
+  station.boot.backup = std::make_shared<const Station>(std::move(copy));
+  return {{"Saving ", 200}, {"....", 1500}, {"o.", 800}, {"k.", 200}};
+}
+
+Pieces BackupTime(Station& station) {
+  if (!station.data.bootloader.secondFlash) return {{"No 2nd flash"}};
+  const auto& backup = station.boot.backup;
+  return {{backup ? DateAndTime(backup->LocalSeconds()) : "---"}};
+}
+
+Pieces Restore(Station& station) {
+  if (!station.data.bootloader.secondFlash) return {{"Error: no flash"}};
+  if (!station.boot.backup) return {{"Error: no backup"}};
+  CopyMemory(*station.boot.backup, station);
+  return {{"o.k."}};
+}
+
+Pieces Reset(Station& station) {
+  Restart(station, 0);
+  return {{}};
+}
+
+struct Command {
+  std::string_view name;  ///< in lower case
+  Pieces (*run)(Station&);
+};
+constexpr Command kCommands[] = {
+    {"ver", Version},        {"rambackup", Backup}, {"rambackuptime", BackupTime},
+    {"ramrestore", Restore}, {"reset", Reset},      {"sysreset=590", MasterReset},
+};
+
+bool Always(const Station&) {
+  return true;
+}
+
+constexpr Variable kVariables[] = {{"sysreset", Always, nullptr, WriteReset}};
+
+}  // namespace
+
+std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line) {
+  const std::string name = LowerCase(TrimBlanks(line));
+  if (name.empty()) return {{}};
+  for (const Command& command : kCommands) {
+    if (command.name == name) return command.run(station);
+  }
+  return {{"Error: unknown command"}};
+}
+
+const VariableTable& ResetVariables() {
+  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
+  return table;
+}
+
+}  // namespace ostrel::simulator
