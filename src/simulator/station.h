@@ -7,7 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/regulator.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
@@ -42,11 +44,19 @@ struct Station {
   /// Lives until this simulated time, in milliseconds; a time that has passed changes nothing.
   void Advance(std::int64_t milliseconds);
 
+  /// The device's own clock, in milliseconds since 1990-01-01 00:00:00.
+  std::int64_t LocalMs() const { return time.LocalMs(nowMs); }
+  /// Writes to the event log, with the time of the device's clock.
+  void Note(Event event, int value) { eventLog.Add(LocalMs(), event, value); }
+
   std::string address;  ///< in capitals, without colon
   StationData data;
   std::int64_t nowMs = 0;       ///< simulated, since the bus began
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
+  DeviceTime time;
   std::optional<TapChanger> tapChanger;
+  std::optional<Regulator> regulator;
+  std::optional<CoilController> coil;
   EventLog eventLog;
   std::array<User, 6> users;  ///< by user number
 };
