@@ -37,6 +37,8 @@ constexpr Incident kIncidents[] = {
     {Event::kSetPoint, 1, 2, 28'800'000}, {Event::kRemote, 1, 0, 600'250},
     {Event::kSimulation, 0, 1, 432'100},  {Event::kPanelLogin, 0, 1, 300'000},
     {Event::kOvercurrent, 0, 1, 3'900},   {Event::kInhibitHigh, 0, 1, 2'700},
+    {Event::kFastUp, 0, 1, 12'000},       {Event::kFastDown, 0, 1, 12'400},
+    {Event::kTapError, 0, 1, 95'020},     {Event::kStatus, 0, 1, 60'700},
 };
 constexpr int kIncidentEvery = 8;
 
