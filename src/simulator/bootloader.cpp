@@ -1,7 +1,6 @@
 #include "simulator/bootloader.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -37,8 +36,12 @@ bool EntersBootloader(const Station& station) {
 /// What a device has in its RAM: not what it is, nor the time, nor the world around it.
 void CopyMemory(const Station& from, Station& to) {
   to.access = from.access;
+  to.time.zone = from.time.zone;
   to.tapChanger = from.tapChanger;
   to.eventLog = from.eventLog;
+  to.coil = from.coil;
+  // The regulator itself stands in the world: its tap changer does not leap.
+  if (to.regulator) to.regulator->settings = from.regulator->settings;
 }
 
 void ResetToFactory(Station& station) {
@@ -76,24 +79,6 @@ void WriteReset(Station& station, const WriteRequest& request) {
   }
 }
 
-std::string TwoDigits(unsigned number) {
-  return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
-}
-
-/// "05.01.2026 08:00:00" of seconds since 1990-01-01 00:00:00.
-std::string DateAndTime(std::int64_t seconds) {
-  using namespace std::chrono;
-  const sys_seconds time = sys_days(1990y / 1 / 1) + std::chrono::seconds(seconds);
-  const auto day = floor<days>(time);
-  const year_month_day date(day);
-  const hh_mm_ss clock(time - day);
-  const auto digits = [](auto count) { return TwoDigits(static_cast<unsigned>(count.count())); };
-  return TwoDigits(static_cast<unsigned>(date.day())) + "." +
-         TwoDigits(static_cast<unsigned>(date.month())) + "." +
-         std::to_string(static_cast<int>(date.year())) + " " + digits(clock.hours()) + ":" +
-         digits(clock.minutes()) + ":" + digits(clock.seconds());
-}
-
 Pieces Version(Station& station) {
   const StationData& data = station.data;
   return {{std::string(data.model) + " Urlader V" + std::string(data.bootloader.version)}};
@@ -110,7 +95,7 @@ Pieces Backup(Station& station) {
 Pieces BackupTime(Station& station) {
   if (!station.data.bootloader.secondFlash) return {{"No 2nd flash"}};
   const auto& backup = station.boot.backup;
-  return {{backup ? DateAndTime(backup->LocalSeconds()) : "---"}};
+  return {{backup ? DateText(backup->LocalMs()) + " " + TimeText(backup->LocalMs()) : "---"}};
 }
 
 Pieces Restore(Station& station) {

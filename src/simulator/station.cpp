@@ -1,6 +1,7 @@
 #include "simulator/station.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "simulator/value.h"
@@ -55,6 +56,30 @@ constexpr StationData kBuiltIn[] = {
     {"NV-X", "1.5", "Niederspannung Markt", "SIM0905518-B", 0, 'o', {}},
 };
 
+constexpr RegulatorModel kRegulators[] = {
+    {"KT-X", true, 1, 60'000},   {"KT-XB", true, 5, 12'000},   {"LX-X", true, 1, 40'000},
+    {"KT-XW", false, 1, 80'000}, {"KT-XWB", false, 5, 16'000},
+};
+constexpr std::string_view kCoilControllers[] = {"KT-XF", "KT-XFB"};
+
+// Of one device, each subject throws dice of its own.
+constexpr std::uint64_t kGridDice = 0x6c62272e07bb0142u, kHistoryDice = 0x2545f4914f6cdd1du;
+
+std::optional<Regulator> MakeRegulator(const StationData& data, std::uint64_t seed,
+                                       std::int64_t localSeconds) {
+  for (const RegulatorModel& model : kRegulators) {
+    if (model.model != data.model) continue;
+    return Regulator(model, data.tapChanger, Grid(seed ^ kGridDice, localSeconds));
+  }
+  return std::nullopt;
+}
+
+std::optional<CoilController> MakeCoilController(const StationData& data) {
+  const bool isCoil = std::find(std::begin(kCoilControllers), std::end(kCoilControllers),
+                                data.model) != std::end(kCoilControllers);
+  return isCoil ? std::optional(CoilController{}) : std::nullopt;
+}
+
 std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t seed) {
   if (data.tapChanger.changesSoFar == 0) return std::nullopt;
   const bool wide = Compare(std::string(data.firmware), std::string(kWideStatisticsFirmware)) >= 0;
@@ -69,11 +94,20 @@ Station::Station(std::string stationAddress, const StationData& stationData,
       data(stationData),
       seed(stationSeed),
       startLocal(localSeconds),
+      time(localSeconds),
       tapChanger(MakeTapChanger(stationData, stationSeed)),
-      access(stationData.access, IsConnected()) {}
+      regulator(MakeRegulator(stationData, stationSeed, localSeconds)),
+      coil(MakeCoilController(stationData)),
+      access(stationData.access, IsConnected()) {
+  if (!regulator) return;
+  const int position = regulator->TapPosition();
+  eventLog.AddHistory(LocalMs(), data.tapChanger, position, Random(seed ^ kHistoryDice));
+}
 
 void Station::Advance(std::int64_t milliseconds) {
-  nowMs = std::max(nowMs, milliseconds);
+  const std::int64_t until = std::max(nowMs, milliseconds);
+  if (regulator) regulator->Live(*this, until);
+  nowMs = until;
   access.Advance(nowMs);
 }
 

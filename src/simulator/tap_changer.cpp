@@ -48,6 +48,7 @@ void ClearCounters(Station& station, const WriteRequest& request) {
   if (!request.all) throw Fault{"all (*) is missing"};
   IntegerArgument(request.values, 0, 0, 0);
   station.tapChanger->ClearStatistics();
+  station.Note(Event::kStatisticsCleared, 0);
 }
 
 constexpr Variable kVariables[] = {
