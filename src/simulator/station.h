@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "simulator/event_log.h"
+#include "simulator/io_map.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
@@ -21,6 +22,7 @@ struct StationData {
   int protocolNumber = 0;  ///< 0 = the firmware does not tell
   char group = 'o';        ///< the group address it listens to: r, p, s, q or o
   TapChangerData tapChanger = {};
+  std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
 };
 
 /// The password that stands for none.
@@ -48,6 +50,7 @@ struct Station {
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
   std::optional<TapChanger> tapChanger;
   EventLog eventLog;
+  std::optional<IoMaps> ioMaps;
   std::array<User, 6> users;  ///< by user number
 };
 

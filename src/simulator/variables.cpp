@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "simulator/io_map.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
 
@@ -54,12 +55,16 @@ constexpr Variable kVariables[] = {
 }  // namespace
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
-  for (const VariableTable& table : {VariableTable(kVariables), TapVariables()}) {
+  for (const VariableTable& table : {VariableTable(kVariables), TapVariables(), IoMapVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }
   }
   return nullptr;
+}
+
+bool AskForAll(const Values& arguments) {
+  return arguments == Values{std::string("*")};
 }
 
 int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int highest) {
