@@ -60,7 +60,8 @@ Station::Station(std::string stationAddress, const StationData& stationData, std
       data(stationData),
       startLocal(localSeconds),
       tapChanger(MakeTapChanger(stationData, seed)),
-      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)) {}
+      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)),
+      programs(MakePrograms(stationData.model)) {}
 
 void Station::Advance(std::int64_t milliseconds) {
   nowMs = std::max(nowMs, milliseconds);

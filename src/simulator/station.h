@@ -9,6 +9,7 @@
 
 #include "simulator/event_log.h"
 #include "simulator/io_map.h"
+#include "simulator/programs.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
@@ -51,6 +52,7 @@ struct Station {
   std::optional<TapChanger> tapChanger;
   EventLog eventLog;
   std::optional<IoMaps> ioMaps;
+  std::optional<Programs> programs;
   std::array<User, 6> users;  ///< by user number
 };
 

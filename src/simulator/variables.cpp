@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "simulator/io_map.h"
+#include "simulator/programs.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
 
@@ -55,7 +56,8 @@ constexpr Variable kVariables[] = {
 }  // namespace
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
-  for (const VariableTable& table : {VariableTable(kVariables), TapVariables(), IoMapVariables()}) {
+  for (const VariableTable& table : {VariableTable(kVariables), TapVariables(), IoMapVariables(),
+                                     ProgramVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }
