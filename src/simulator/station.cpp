@@ -12,6 +12,9 @@ namespace {
 // Firmware from 2.22 on counts more tap positions.
 constexpr std::string_view kWideStatisticsFirmware = "2.22";
 
+// Firmware from 2.1.11 on gives its data log away.
+constexpr std::string_view kDataLogFirmware = "2.1.11";
+
 constexpr Card kCardsOfNord[] = {{10, 0},  {10, 16}, {10, 4110}, {11, 2},  {11, 3}, {11, 4},
                                  {11, 16}, {11, 17}, {12, 0},    {12, 16}, {13, 0}, {11, 258}};
 constexpr Card kCardsOfSued[] = {{10, 103}, {11, 5},  {11, 18}, {11, 19}, {12, 1},
@@ -46,6 +49,16 @@ constexpr StationData kBuiltIn[] = {
     {"NV-X", "1.5", "Niederspannung Markt", "SIM0905518-B", 0, 'o', {}},
 };
 
+std::optional<DataLog> MakeDataLog(const StationData& data, std::int64_t localSeconds,
+                                   std::uint64_t seed) {
+  const bool coilController = data.model == "KT-XF" || data.model == "KT-XFB";
+  if (!coilController || Compare(std::string(data.firmware), std::string(kDataLogFirmware)) < 0) {
+    return std::nullopt;
+  }
+  // Apart from the generators of the station's other parts.
+  return DataLog(localSeconds * 1000, Random(seed ^ 0x64617461));
+}
+
 std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t seed) {
   if (data.tapChanger.changesSoFar == 0) return std::nullopt;
   const bool wide = Compare(std::string(data.firmware), std::string(kWideStatisticsFirmware)) >= 0;
@@ -61,10 +74,12 @@ Station::Station(std::string stationAddress, const StationData& stationData, std
       startLocal(localSeconds),
       tapChanger(MakeTapChanger(stationData, seed)),
       ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)),
-      programs(MakePrograms(stationData.model)) {}
+      programs(MakePrograms(stationData.model)),
+      dataLog(MakeDataLog(stationData, localSeconds, seed)) {}
 
 void Station::Advance(std::int64_t milliseconds) {
   nowMs = std::max(nowMs, milliseconds);
+  if (dataLog) dataLog->Advance(startLocal * 1000 + nowMs);
 }
 
 std::span<const StationData> BuiltInStations() {

@@ -7,7 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/data_log.h"
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
 #include "simulator/io_map.h"
 #include "simulator/programs.h"
 #include "simulator/tap_changer.h"
@@ -53,6 +55,8 @@ struct Station {
   EventLog eventLog;
   std::optional<IoMaps> ioMaps;
   std::optional<Programs> programs;
+  FileStore files;
+  std::optional<DataLog> dataLog;
   std::array<User, 6> users;  ///< by user number
 };
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "simulator/data_log.h"
+#include "simulator/file_store.h"
 #include "simulator/io_map.h"
 #include "simulator/programs.h"
 #include "simulator/station.h"
@@ -57,7 +59,7 @@ constexpr Variable kVariables[] = {
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
   for (const VariableTable& table : {VariableTable(kVariables), TapVariables(), IoMapVariables(),
-                                     ProgramVariables()}) {
+                                     ProgramVariables(), FileVariables(), DataLogVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
 #include "simulator/machine.h"
 #include "simulator/variables.h"
 
@@ -193,7 +194,7 @@ Values Read(Machine& machine, const Item& item) {
 
 const Word* FindWord(std::string_view name) {
   // The language first, then the commands of each subject.
-  for (const WordTable& table : {WordTable(kWords), EventLogWords()}) {
+  for (const WordTable& table : {WordTable(kWords), EventLogWords(), FileWords()}) {
     for (const Word& word : table) {
       if (word.name == name) return &word;
     }
