@@ -72,7 +72,6 @@ Reader ReadLog(Station& station) {
   std::vector<std::size_t> blockStarts;
   for (const std::string& block : ReadBlocks(station)) {
     EXPECT_LE(block.size(), 512u);
-    EXPECT_NE(block, "");
     blockStarts.push_back(reader.hex.size());
     reader.hex += block;
   }
@@ -144,7 +143,6 @@ TEST(DataLog, IsClearedAndBeginsAgain) {
   EXPECT_NE(header.find("name="), std::string::npos);
   EXPECT_NE(std::string("0123456789").find(header.back()), std::string::npos);
   EXPECT_EQ(bus.Answer("B4:FREAD# LOG 255"), "");
-  EXPECT_EQ(bus.Answer("B4:FREAD# LOG -1"), "<<index out of range>>");
   EXPECT_EQ(bus.Answer("B4:esplogclear=1"), "<<index out of range>>");
   EXPECT_EQ(bus.Answer("B4:esplogclear=0,FREAD# LOG 0,fsize# log fi,fsize# log li"), "0\r\n0");
   now = 3'600'000;
