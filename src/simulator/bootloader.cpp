@@ -40,6 +40,9 @@ void CopyMemory(const Station& from, Station& to) {
   to.tapChanger = from.tapChanger;
   to.eventLog = from.eventLog;
   to.coil = from.coil;
+  to.ioMaps = from.ioMaps;
+  to.programs = from.programs;
+  to.files = from.files;
   // The regulator itself stands in the world: its tap changer does not leap.
   if (to.regulator) to.regulator->settings = from.regulator->settings;
 }
@@ -51,6 +54,7 @@ void ResetToFactory(Station& station) {
   if (fresh.tapChanger) fresh.tapChanger->ClearStatistics();
   fresh.eventLog.Clear();
   CopyMemory(fresh, station);
+  if (station.dataLog) station.dataLog->Clear();
 }
 
 void Restart(Station& station, std::int64_t milliseconds) {

@@ -8,8 +8,12 @@
 
 #include "simulator/access.h"
 #include "simulator/bootloader.h"
+#include "simulator/data_log.h"
 #include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
+#include "simulator/io_map.h"
+#include "simulator/programs.h"
 #include "simulator/regulator.h"
 #include "simulator/tap_changer.h"
 
@@ -26,6 +30,10 @@ struct StationData {
   TapChangerData tapChanger = {};
   AccessData access = {};
   BootloaderData bootloader = {};
+  std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
+
+  /// Whether it has this firmware or a later one.
+  bool HasFirmware(std::string_view first) const;
 };
 
 /// Of the device that is physically connected; all others are reached over the bus.
@@ -60,6 +68,10 @@ struct Station {
   std::optional<Regulator> regulator;
   std::optional<CoilController> coil;
   EventLog eventLog;
+  std::optional<DataLog> dataLog;
+  std::optional<IoMaps> ioMaps;
+  std::optional<Programs> programs;
+  FileStore files;
   Access access;
   Boot boot;
 };

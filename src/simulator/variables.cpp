@@ -4,8 +4,12 @@
 
 #include "simulator/access.h"
 #include "simulator/bootloader.h"
+#include "simulator/data_log.h"
 #include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
+#include "simulator/io_map.h"
+#include "simulator/programs.h"
 #include "simulator/regulator.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
@@ -58,12 +62,17 @@ constexpr Variable kVariables[] = {
 const Variable* FindVariable(const Station& station, std::string_view name) {
   for (const VariableTable& table :
        {VariableTable(kVariables), AccessVariables(), ResetVariables(), TapVariables(),
-        TimeVariables(), RegulatorVariables(), EventLogVariables()}) {
+        TimeVariables(), RegulatorVariables(), EventLogVariables(), IoMapVariables(),
+        ProgramVariables(), FileVariables(), DataLogVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }
   }
   return nullptr;
+}
+
+bool AskForAll(const Values& arguments) {
+  return arguments == Values{std::string("*")};
 }
 
 int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int highest) {

@@ -32,6 +32,9 @@ using VariableTable = std::span<const Variable>;
 /// Nothing when the station does not know the (lower-case) name.
 const Variable* FindVariable(const Station& station, std::string_view name);
 
+/// Whether the arguments ask for all elements: "x# *".
+bool AskForAll(const Values& arguments);
+
 /// The whole number at a place of arguments or values; Fault when it is missing or out of range.
 int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int highest);
 
