@@ -50,10 +50,9 @@ constexpr Variable kVariables[] = {
 
 }  // namespace
 
-DataLog::DataLog(std::int64_t localMs, Random random)
-    : random_(random), nextMs_(std::max<std::int64_t>(localMs - kHistory, 0)) {
+DataLog::DataLog(const DeviceTime& clock, Random random) : random_(random), nextMs_(-kHistory) {
   ShuffleTokens();
-  Advance(localMs);
+  Advance(0, clock);
 }
 
 void DataLog::ShuffleTokens() {
@@ -64,12 +63,21 @@ void DataLog::ShuffleTokens() {
   }
 }
 
-void DataLog::Advance(std::int64_t localMs) {
-  nextMs_ = std::max(nextMs_, localMs - kLongestLived);
-  while (nextMs_ <= localMs) WriteNext();
+void DataLog::Advance(std::int64_t milliseconds, const DeviceTime& clock) {
+  nextMs_ = std::max(nextMs_, milliseconds - kLongestLived);
+  while (nextMs_ <= milliseconds) WriteNext(clock);
 }
 
-void DataLog::WriteNext() {
+void DataLog::NoteClockSet(std::int64_t localMs, std::int64_t beforeMs) {
+  Append(MakeClockRecord(Stamp(localMs), beforeMs), false);
+}
+
+std::int64_t DataLog::Stamp(std::int64_t localMs) {
+  newest_ = std::max(newest_ + 1, localMs);
+  return newest_;
+}
+
+void DataLog::WriteNext(const DeviceTime& clock) {
   LogToken token = std::exchange(open_, LogToken{0});
   if (token == 0) {
     token = tokens_[nextToken_];
@@ -80,7 +88,8 @@ void DataLog::WriteNext() {
     }
   }
   const bool series = token == kSeries || token == kSums;
-  Append(MakeLogRecord(nextMs_, token, series ? series_++ : 0, random_), series);
+  const std::int64_t at = Stamp(clock.LocalMs(nextMs_));
+  Append(MakeLogRecord(at, token, series ? series_++ : 0, random_), series);
   // What has come goes again soon.
   nextMs_ += open_ != 0 ? 500 + random_.Below(40'000) : 4 * kMinute + random_.Below(2 * kMinute);
 }

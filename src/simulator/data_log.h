@@ -12,19 +12,24 @@
 
 namespace ostrel::simulator {
 
+class DeviceTime;
+
 /// The data log of an earth-fault-coil controller: records in a ring of numbered blocks. A long
 /// series may run on in the next block; another record that does not fit begins one, so that the
-/// oldest block of a ring that has gone round can be read.
+/// oldest block of a ring that has gone round can be read. The records' local times only rise: when
+/// the device's clock is put back, they go on from the last one until it has caught up.
 class DataLog {
  public:
   static constexpr int kMaxBlocks = 256;
   static constexpr std::size_t kBlockSize = 256;  ///< bytes
 
-  /// With a history up to this local time, in milliseconds since 1990-01-01.
-  DataLog(std::int64_t localMs, Random random);
+  /// With a history up to simulated time 0.
+  DataLog(const DeviceTime& clock, Random random);
 
-  /// Goes on writing until this local time.
-  void Advance(std::int64_t localMs);
+  /// Goes on writing until this simulated time, in milliseconds.
+  void Advance(std::int64_t milliseconds, const DeviceTime& clock);
+  /// The clock has been set. Local times in milliseconds since 1990-01-01.
+  void NoteClockSet(std::int64_t localMs, std::int64_t beforeMs);
   void Clear();
 
   /// The numbers of the oldest and the newest block; both 0 when there is none.
@@ -42,7 +47,8 @@ class DataLog {
   };
 
   void ShuffleTokens();
-  void WriteNext();
+  void WriteNext(const DeviceTime& clock);
+  std::int64_t Stamp(std::int64_t localMs);
   void Append(const LogBytes& record, bool mayRunOn);
   void BeginBlock(bool continues);
 
@@ -53,7 +59,8 @@ class DataLog {
   std::size_t nextToken_ = 0;
   LogToken open_ = 0;  ///< has come and will go
   int series_ = 0;
-  std::int64_t nextMs_;
+  std::int64_t nextMs_;      ///< simulated
+  std::int64_t newest_ = 0;  ///< local time of the newest record
 };
 
 /// The log's blocks and their number.

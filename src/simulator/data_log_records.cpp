@@ -154,6 +154,18 @@ LogBytes MakePayload(std::int64_t localMs, LogToken token, int series, Random& r
   return payload;
 }
 
+LogBytes Framed(std::int64_t localMs, LogToken token, const LogBytes& payload) {
+  LogBytes record;
+  PutTime(record, localMs);
+  PutWord(record, token);
+  PutWord(record, static_cast<int>(payload.size()));
+  std::uint8_t check = 0;
+  for (const std::uint8_t byte : payload) check ^= byte;
+  record.insert(record.end(), payload.begin(), payload.end());
+  PutWord(record, check);
+  return record;
+}
+
 }  // namespace
 
 std::vector<LogToken> AllLogTokens() {
@@ -165,16 +177,13 @@ std::vector<LogToken> AllLogTokens() {
 }
 
 LogBytes MakeLogRecord(std::int64_t localMs, LogToken token, int series, Random& random) {
-  const LogBytes payload = MakePayload(localMs, token, series, random);
-  LogBytes record;
-  PutTime(record, localMs);
-  PutWord(record, token);
-  PutWord(record, static_cast<int>(payload.size()));
-  std::uint8_t check = 0;
-  for (const std::uint8_t byte : payload) check ^= byte;
-  record.insert(record.end(), payload.begin(), payload.end());
-  PutWord(record, check);
-  return record;
+  return Framed(localMs, token, MakePayload(localMs, token, series, random));
+}
+
+LogBytes MakeClockRecord(std::int64_t localMs, std::int64_t beforeMs) {
+  LogBytes payload;
+  PutTime(payload, beforeMs);
+  return Framed(localMs, kClockSet, payload);
 }
 
 }  // namespace ostrel::simulator

@@ -23,5 +23,7 @@ std::vector<LogToken> AllLogTokens();
 /// (2), token (2), length of the payload (2), payload, and the payload's bytes combined by
 /// exclusive or (2). The number of values in a series varies with `series`.
 LogBytes MakeLogRecord(std::int64_t localMs, LogToken token, int series, Random& random);
+/// The one that tells what the clock showed before it was set.
+LogBytes MakeClockRecord(std::int64_t localMs, std::int64_t beforeMs);
 
 }  // namespace ostrel::simulator

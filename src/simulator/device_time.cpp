@@ -50,13 +50,20 @@ std::int64_t WrittenTimeOfDay(const WriteRequest& request) {
   return (((*time)[0] * 60 + (*time)[1]) * 60 + (*time)[2]) * std::int64_t{1000};
 }
 
+/// As a user does it, which a data log notes.
+void SetClock(Station& station, std::int64_t localMs) {
+  const std::int64_t before = station.LocalMs();
+  station.time.SetLocalMs(station.nowMs, localMs);
+  if (station.dataLog) station.dataLog->NoteClockSet(station.LocalMs(), before);
+}
+
 Values ReadTime(Station& station, const Values&) {
   return {TimeText(station.LocalMs())};
 }
 
 void WriteTime(Station& station, const WriteRequest& request) {
   const std::int64_t midnight = Floor(station.LocalMs(), kDayMs) * kDayMs;
-  station.time.SetLocalMs(station.nowMs, midnight + WrittenTimeOfDay(request));
+  SetClock(station, midnight + WrittenTimeOfDay(request));
 }
 
 /// Puts the clock back to a time that was read before the zone changed. That may have taken it
@@ -65,7 +72,7 @@ void WriteTimeBack(Station& station, const WriteRequest& request) {
   const std::int64_t now = station.LocalMs();
   const std::int64_t ahead = WrittenTimeOfDay(request) - (now - Floor(now, kDayMs) * kDayMs);
   const std::int64_t days = Floor(ahead + kDayMs / 2, kDayMs);
-  station.time.SetLocalMs(station.nowMs, now + ahead - days * kDayMs);
+  SetClock(station, now + ahead - days * kDayMs);
 }
 
 Values ReadDate(Station& station, const Values&) {
@@ -80,7 +87,7 @@ void WriteDate(Station& station, const WriteRequest& request) {
   if (!inRange || !date.ok()) throw Fault{"no date"};
   const std::int64_t now = station.LocalMs();
   const std::int64_t day = (std::chrono::sys_days(date) - kEpoch).count();
-  station.time.SetLocalMs(station.nowMs, day * kDayMs + now - Floor(now, kDayMs) * kDayMs);
+  SetClock(station, day * kDayMs + now - Floor(now, kDayMs) * kDayMs);
 }
 
 template <int TimeZone::*member>
@@ -91,6 +98,14 @@ Values ReadZone(Station& station, const Values&) {
 template <int TimeZone::*member, int lowest, int highest>
 void WriteZone(Station& station, const WriteRequest& request) {
   station.time.zone.*member = WrittenNumber(request, lowest, highest, 1);
+}
+
+Values ReadHemisphere(Station& station, const Values&) {
+  return {static_cast<double>(station.time.zone.rules.southern)};
+}
+
+void WriteHemisphere(Station& station, const WriteRequest& request) {
+  station.time.zone.rules.southern = WrittenNumber(request, 0, 1, 1);
 }
 
 /// Which change of which year the arguments mean.
@@ -133,26 +148,22 @@ constexpr Variable kVariables[] = {
     {"time//", Always, nullptr, WriteTimeBack},
     {"date", Always, ReadDate, WriteDate},
     {"utctz", Always, ReadZone<&TimeZone::hours>, WriteZone<&TimeZone::hours, -13, 13>},
-    {"utcsh", Always, ReadZone<&TimeZone::halfHour>, WriteZone<&TimeZone::halfHour, 0, 1>},
+    {"utcsh", Always, ReadHemisphere, WriteHemisphere},
     {"utcdst", Always, ReadZone<&TimeZone::summerTime>, WriteZone<&TimeZone::summerTime, 0, 9>},
     {"utcdstt", Always, ReadRule, WriteRule},
 };
 
 }  // namespace
 
-std::int64_t DeviceTime::ZoneMs() const {
-  return zone.hours * kHourMs + zone.halfHour * kHourMs / 2;
-}
-
 std::int64_t DeviceTime::LocalMs(std::int64_t nowMs) const {
-  const std::int64_t standard = utcAtZero_ + nowMs + ZoneMs();
+  const std::int64_t standard = utcAtZero_ + nowMs + zone.hours * kHourMs;
   const bool summer = zone.summerTime != 0 && zone.rules.InForce(Floor(standard, 1000));
   return standard + (summer ? kHourMs : 0);
 }
 
 void DeviceTime::SetLocalMs(std::int64_t nowMs, std::int64_t localMs) {
   const bool summer = zone.summerTime != 0 && zone.rules.InForce(Floor(localMs - kHourMs, 1000));
-  utcAtZero_ = localMs - (summer ? kHourMs : 0) - ZoneMs() - nowMs;
+  utcAtZero_ = localMs - (summer ? kHourMs : 0) - zone.hours * kHourMs - nowMs;
 }
 
 LocalMoment SplitLocal(std::int64_t localMs) {

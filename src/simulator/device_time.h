@@ -11,7 +11,6 @@ namespace ostrel::simulator {
 /// How a device makes its local time from UTC.
 struct TimeZone {
   int hours = 1;       ///< -13..13, east is positive
-  int halfHour = 0;    ///< 1: half an hour further east
   int summerTime = 1;  ///< 0 = none, others: by the rules
   SummerTimeRules rules;
 };
@@ -29,8 +28,6 @@ class DeviceTime {
   TimeZone zone;  ///< a change moves the local time, for the clock runs in UTC
 
  private:
-  std::int64_t ZoneMs() const;
-
   std::int64_t utcAtZero_ = 0;  ///< at simulated time 0
 };
 

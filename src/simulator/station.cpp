@@ -68,7 +68,7 @@ Station::Station(std::string stationAddress, const StationData& stationData,
     eventLog.AddHistory(LocalMs(), data.tapChanger, position, Random(seed ^ kHistoryDice));
   }
   if (coil && data.HasFirmware(kDataLogFirmware)) {
-    dataLog.emplace(localSeconds * 1000, Random(seed ^ kDataLogDice));
+    dataLog.emplace(time, Random(seed ^ kDataLogDice));
   }
 }
 
@@ -76,7 +76,7 @@ void Station::Advance(std::int64_t milliseconds) {
   const std::int64_t until = std::max(nowMs, milliseconds);
   if (regulator) regulator->Live(*this, until);
   nowMs = until;
-  if (dataLog) dataLog->Advance(startLocal * 1000 + nowMs);
+  if (dataLog) dataLog->Advance(nowMs, time);
   access.Advance(nowMs);
 }
 

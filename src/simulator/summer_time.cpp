@@ -19,6 +19,9 @@ constexpr int kFirstOfMonth = 91;
 constexpr int kFifthOfMonth = 95;
 constexpr std::int64_t kLargestRule = 7'95'12'23'59;
 constexpr int kLeapYear = 2000;
+// By hemisphere: the last Sundays of March at 2:00 and of October at 3:00; the first Sundays of
+// October at 2:00 and of April at 3:00.
+constexpr int kDefaults[2][2] = {{700030200, 700100300}, {791100200, 791040300}};
 
 struct Rule {
   bool before;
@@ -86,21 +89,24 @@ std::int64_t ChangeSeconds(int packed, int year) {
 }
 
 int SummerTimeRules::RuleOf(ClockChange change, int year) const {
-  const Rules& rules = Of(change);
+  const std::size_t place = PlaceOf(change);
+  const Rules& rules = rules_[place];
   const auto own = rules.ofYear.find(year);
-  return own == rules.ofYear.end() ? rules.general : own->second;
+  if (own != rules.ofYear.end()) return own->second;
+  return rules.general.value_or(kDefaults[southern][place]);
 }
 
 void SummerTimeRules::Set(ClockChange change, int year, int rule) {
+  Rules& rules = rules_[PlaceOf(change)];
   if (year == kEveryYear) {
-    Of(change).general = rule;
+    rules.general = rule;
   } else {
-    Of(change).ofYear[year] = rule;
+    rules.ofYear[year] = rule;
   }
 }
 
 void SummerTimeRules::SetAll(ClockChange change, int rule) {
-  Of(change) = {rule, {}};
+  rules_[PlaceOf(change)] = {rule, {}};
 }
 
 bool SummerTimeRules::InForce(std::int64_t standardSeconds) const {
@@ -109,7 +115,7 @@ bool SummerTimeRules::InForce(std::int64_t standardSeconds) const {
   const std::int64_t begin = ChangeSeconds(RuleOf(ClockChange::kToSummer, year), year);
   const std::int64_t end = ChangeSeconds(RuleOf(ClockChange::kToWinter, year), year) - kHour;
   const bool afterBegin = standardSeconds >= begin, beforeEnd = standardSeconds < end;
-  // South of the equator the year begins in summer.
+  // A summer may last across the end of the year, as it does south of the equator.
   return begin < end ? afterBegin && beforeEnd : afterBegin || beforeEnd;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 
 namespace ostrel::simulator {
 
@@ -18,8 +20,8 @@ bool IsChangeRule(std::int64_t packed);
 /// 00:00:00.
 std::int64_t ChangeSeconds(int rule, int year);
 
-/// When a device puts its clock forward and back: a general rule for each change, and rules of
-/// single years.
+/// When a device puts its clock forward and back: a general rule for each change, which its
+/// hemisphere gives until it is set, and rules of single years.
 class SummerTimeRules {
  public:
   static constexpr int kFirstYear = 1990;
@@ -35,18 +37,18 @@ class SummerTimeRules {
   /// Local time without summer time, in seconds since 1990-01-01 00:00:00.
   bool InForce(std::int64_t standardSeconds) const;
 
+  int southern = 0;  ///< 1 = the general rules are those of the southern hemisphere
+
  private:
   struct Rules {
-    int general = 0;
+    std::optional<int> general;
     std::map<int, int> ofYear;
   };
-  Rules& Of(ClockChange change) { return rules_[change == ClockChange::kToSummer ? 0 : 1]; }
-  const Rules& Of(ClockChange change) const {
-    return rules_[change == ClockChange::kToSummer ? 0 : 1];
+  static std::size_t PlaceOf(ClockChange change) {
+    return change == ClockChange::kToSummer ? 0 : 1;
   }
 
-  // The last Sunday of March at 2:00 and of October at 3:00.
-  std::array<Rules, 2> rules_ = {Rules{700030200, {}}, Rules{700100300, {}}};
+  std::array<Rules, 2> rules_;
 };
 
 }  // namespace ostrel::simulator

@@ -136,6 +136,25 @@ TEST(DataLog, LivesTheSameInStepsAndInOneJump) {
   EXPECT_EQ(ReadBlocks(jump), ReadBlocks(steps));
 }
 
+TEST(DataLog, NotesThatTheClockIsSetAndItsTimesNeverFall) {
+  Station station("B4", {"KT-XF", "2.4.04", "", ""}, 7, 1'136'448'000);
+  std::uint64_t newest = ReadLog(station).newest;
+  std::int64_t hours = 0;
+  for (const std::string line : {"Date=06.01.2026", "time=01:00:00", "Date=05.01.2025",
+                                 "time-,utcTZ=-5,time//=.", "Date=07.01.2026"}) {
+    SCOPED_TRACE(line);
+    const std::size_t before = ReadLog(station).tokens.count(1);
+    EXPECT_EQ(AnswerOf(station, line), "");
+    EXPECT_EQ(ReadLog(station).tokens.count(1), before + 1);
+    station.Advance(++hours * 3'600'000);
+    const Reader reader = ReadLog(station);
+    EXPECT_GT(reader.newest, newest);
+    newest = reader.newest;
+  }
+  constexpr std::uint64_t kJanuary7 = 1'136'592'000'000;
+  EXPECT_GT(newest, kJanuary7) << "it has caught up";
+}
+
 TEST(DataLog, IsClearedAndBeginsAgain) {
   std::int64_t now = 0;
   Bus bus({.seed = 1, .clock = [&] { return now; }});
