@@ -30,7 +30,7 @@ bool EntersBootloader(const Station& station) {
   const auto entering = std::find_if(std::begin(kEntering), std::end(kEntering),
                                      [&](const auto& e) { return e.model == station.data.model; });
   return station.IsConnected() && entering != std::end(kEntering) &&
-         Compare(std::string(station.data.firmware), std::string(entering->firmware)) >= 0;
+         station.data.HasFirmware(entering->firmware);
 }
 
 /// What a device has in its RAM: not what it is, nor the time, nor the world around it.
@@ -59,13 +59,15 @@ void ResetToFactory(Station& station) {
 
 void Restart(Station& station, std::int64_t milliseconds) {
   station.access.LogOut();
+  if (station.regulator) station.regulator->Simulate(station, 0);
+  if (station.coil) station.coil->simulating = 0;
   station.boot.inBootloader = false;
   station.boot.silentUntilMs = station.nowMs + milliseconds;
 }
 
 Pieces MasterReset(Station& station) {
-  ResetToFactory(station);
   Restart(station, kMasterResetMs);
+  ResetToFactory(station);
   return {{}};
 }
 
@@ -123,10 +125,6 @@ constexpr Command kCommands[] = {
     {"ramrestore", Restore}, {"reset", Reset},      {"sysreset=590", MasterReset},
 };
 
-bool Always(const Station&) {
-  return true;
-}
-
 constexpr Variable kVariables[] = {{"sysreset", Always, nullptr, WriteReset}};
 
 }  // namespace
@@ -140,9 +138,8 @@ std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line) {
   return {{"Error: unknown command"}};
 }
 
-const VariableTable& ResetVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable ResetVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

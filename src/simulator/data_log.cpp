@@ -39,7 +39,7 @@ Values ReadBlock(Station& station, const Values& arguments) {
 }
 
 void ClearLog(Station& station, const WriteRequest& request) {
-  IntegerArgument(request.values, 0, 0, 0);
+  WrittenNumber(request, 0, 0, 1);
   station.dataLog->Clear();
 }
 

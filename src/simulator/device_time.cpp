@@ -3,8 +3,8 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "simulator/station.h"
 
@@ -139,10 +139,6 @@ void WriteRule(Station& station, const WriteRequest& request) {
   }
 }
 
-bool Always(const Station&) {
-  return true;
-}
-
 constexpr Variable kVariables[] = {
     {"time", Always, ReadTime, WriteTime},
     {"time//", Always, nullptr, WriteTimeBack},
@@ -194,9 +190,8 @@ std::string DateText(std::int64_t localMs) {
   return Padded(at.day, 2) + "." + Padded(at.month, 2) + "." + Padded(at.year, 4);
 }
 
-const VariableTable& TimeVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable TimeVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

@@ -44,6 +44,6 @@ std::string TimeText(std::int64_t localMs);  ///< "08:00:00"
 std::string DateText(std::int64_t localMs);  ///< "05.01.2026"
 
 /// Time, date, zone and the rules of summer time, which every device has.
-const VariableTable& TimeVariables();
+VariableTable TimeVariables();
 
 }  // namespace ostrel::simulator

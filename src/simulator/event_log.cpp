@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 #include "simulator/device_time.h"
 #include "simulator/machine.h"
-#include "simulator/random.h"
 #include "simulator/station.h"
 
 namespace ostrel::simulator {
@@ -42,12 +40,8 @@ constexpr Incident kIncidents[] = {
 };
 constexpr int kIncidentEvery = 8;
 
-bool Reached(const Station& station, std::string_view firmware) {
-  return Compare(std::string(station.data.firmware), std::string(firmware)) >= 0;
-}
-
 bool HasEventLog(const Station& station) {
-  return station.regulator && Reached(station, kFirstFirmware);
+  return station.regulator && station.data.HasFirmware(kFirstFirmware);
 }
 
 /// "20260105;08:00:00;.5;23;1"
@@ -73,7 +67,7 @@ void PrintEntries(Machine& machine, const Item& item, int offset, int count) {
 /// "FL@ LOGI#WI 65535 16": back from an index, the newest entry having the highest.
 void RunReadFile(Machine& machine, const Item& item) {
   const Station& station = machine.Device();
-  if (!HasEventLog(station) || !Reached(station, kFileFirmware)) ThrowUnknown(item.name);
+  if (!HasEventLog(station) || !station.data.HasFirmware(kFileFirmware)) ThrowUnknown(item.name);
   const Values arguments = machine.Evaluate(item.arguments);
   if (arguments.size() != 3 || arguments.front() != Value("logi#wi")) {
     throw Fault{"index out of range"};
@@ -102,9 +96,9 @@ std::pair<int, int> RangeArgument(const Values& arguments, std::size_t place) {
 /// one.
 void RunReadLines(Machine& machine, const Item& item) {
   const Station& station = machine.Device();
-  const bool known = HasEventLog(station) && !Reached(station, kFileFirmware);
+  const bool known = HasEventLog(station) && !station.data.HasFirmware(kFileFirmware);
   if (!known) ThrowUnknown("eventlog");
-  const bool hasOffset = Reached(station, kOffsetFirmware);
+  const bool hasOffset = station.data.HasFirmware(kOffsetFirmware);
   const Values arguments = machine.Evaluate(item.arguments);
   if (arguments.size() != (hasOffset ? 3u : 2u)) throw Fault{"index out of range"};
   if (arguments.front() != Value(std::string(kLineFormat))) throw Fault{"format not known"};
@@ -163,9 +157,8 @@ WordTable EventLogWords() {
   return kWords;
 }
 
-const VariableTable& EventLogVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable EventLogVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

@@ -61,6 +61,6 @@ class EventLog {
 WordTable EventLogWords();
 
 /// The variable that clears it.
-const VariableTable& EventLogVariables();
+VariableTable EventLogVariables();
 
 }  // namespace ostrel::simulator

@@ -15,10 +15,6 @@ constexpr std::string_view kNameCharacters = "abcdefghijklmnopqrstuvwxyz01234567
 // These names belong to the data log.
 constexpr std::string_view kLog = "log", kLogHeader = "log.h";
 
-bool Always(const Station&) {
-  return true;
-}
-
 /// The name among arguments, in lower case.
 std::string NameAt(const Values& arguments, std::size_t place) {
   if (place >= arguments.size()) throw Fault{"file name is missing"};

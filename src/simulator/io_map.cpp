@@ -94,7 +94,7 @@ Values ReadUsed(Station& station, const Values&) {
 template <Kind kind>
 void WriteUsed(Station& station, const WriteRequest& request) {
   IoMap& map = station.ioMaps->maps[kind];
-  map.used = IntegerArgument(request.values, 0, 0, static_cast<int>(map.entries.size()));
+  map.used = WrittenNumber(request, 0, static_cast<int>(map.entries.size()), 1);
 }
 
 /// A text, for channel 10 is "3.10" and no "3.1".
@@ -176,7 +176,7 @@ Values ReadMask(Station& station, const Values&) {
 
 template <int IoMaps::*mask>
 void WriteMask(Station& station, const WriteRequest& request) {
-  (*station.ioMaps).*mask = IntegerArgument(request.values, 0, 0, (1 << kMaxCards) - 1);
+  (*station.ioMaps).*mask = WrittenNumber(request, 0, (1 << kMaxCards) - 1, 1);
 }
 
 constexpr Variable kVariables[] = {

@@ -117,6 +117,6 @@ struct CoilController {
 };
 
 /// The variables of regulators and coil controllers.
-const VariableTable& RegulatorVariables();
+VariableTable RegulatorVariables();
 
 }  // namespace ostrel::simulator

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <iterator>
 
 #include "simulator/regulator.h"
 #include "simulator/station.h"
@@ -35,8 +34,7 @@ bool HasSimulation(const Station& station) {
 }
 
 bool HasSimulationMode(const Station& station) {
-  const std::string firmware(station.data.firmware);
-  return HasRegulator(station) && Compare(firmware, std::string(kSimulationFirmware)) >= 0;
+  return HasRegulator(station) && station.data.HasFirmware(kSimulationFirmware);
 }
 
 /// A scaled number, rounded to as many steps as a device shows.
@@ -70,7 +68,7 @@ void WriteActiveSetPoint(Station& station, const WriteRequest& request) {
 
 Values ReadSetPoint(Station& station, const Values& arguments) {
   const auto& setPoints = station.regulator->settings.setPoints;
-  if (arguments != Values{std::string("*")}) {
+  if (!AskForAll(arguments)) {
     return {Shown(setPoints[IntegerArgument(arguments, 0, 1, 4) - 1], kMilli, 100)};
   }
   Values values;
@@ -191,9 +189,8 @@ constexpr Variable kVariables[] = {
 
 }  // namespace
 
-const VariableTable& RegulatorVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable RegulatorVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

@@ -41,6 +41,6 @@ class TapChanger {
 };
 
 /// The statistics' variables, which a device without tap changer lacks.
-const VariableTable& TapVariables();
+VariableTable TapVariables();
 
 }  // namespace ostrel::simulator

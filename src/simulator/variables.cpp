@@ -18,10 +18,6 @@ namespace ostrel::simulator {
 
 namespace {
 
-bool Always(const Station&) {
-  return true;
-}
-
 Values ReadName(Station& station, const Values&) {
   return {std::string(station.data.name)};
 }
@@ -58,6 +54,10 @@ constexpr Variable kVariables[] = {
 };
 
 }  // namespace
+
+bool Always(const Station&) {
+  return true;
+}
 
 const Variable* FindVariable(const Station& station, std::string_view name) {
   for (const VariableTable& table :

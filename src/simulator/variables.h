@@ -29,6 +29,9 @@ struct Variable {
 
 using VariableTable = std::span<const Variable>;
 
+/// Of variables that every station has.
+bool Always(const Station&);
+
 /// Nothing when the station does not know the (lower-case) name.
 const Variable* FindVariable(const Station& station, std::string_view name);
 

@@ -55,7 +55,7 @@ TEST(IoMaps, HaveTheEntriesOfModelAndFirmware) {
         continue;
       }
       EXPECT_EQ(std::count(all.begin(), all.end(), '\n') + 1, c.entries[kind]);
-      EXPECT_EQ(AnswerOf(station, name + "Max=" + beyond), "<<index out of range>>");
+      EXPECT_EQ(AnswerOf(station, name + "Max=" + beyond), "<<value out of range>>");
       EXPECT_EQ(AnswerOf(station, name + "Max=" + last + "," + name + "Max#"), last);
       EXPECT_EQ(AnswerOf(station, name + " " + beyond + "=0"), "<<index out of range>>");
       EXPECT_EQ(AnswerOf(station, name + " " + last + "=16.01," + name + "# " + last), "16.01");

@@ -162,7 +162,7 @@ TEST(DataLog, IsClearedAndBeginsAgain) {
   EXPECT_NE(header.find("name="), std::string::npos);
   EXPECT_NE(std::string("0123456789").find(header.back()), std::string::npos);
   EXPECT_EQ(bus.Answer("B4:FREAD# LOG 255"), "");
-  EXPECT_EQ(bus.Answer("B4:esplogclear=1"), "<<index out of range>>");
+  EXPECT_EQ(bus.Answer("B4:esplogclear=1"), "<<value out of range>>");
   EXPECT_EQ(bus.Answer("B4:esplogclear=0,FREAD# LOG 0,fsize# log fi,fsize# log li"), "0\r\n0");
   now = 3'600'000;
   EXPECT_NE(bus.Answer("B4:FREAD# LOG 0"), "");
