@@ -2,6 +2,7 @@
 
 #include "server/simulator_port.h"
 #include "server/tcp_port.h"
+#include "simulator/steady_clock.h"
 
 namespace ostrel {
 
@@ -15,9 +16,12 @@ std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection, bool aga
     if (!again) adapter.clear();
     return std::make_unique<SerialPort>(connection, serial_, adapter);
   }
-  auto& bus = simulated_[connection.name];
-  if (bus == nullptr) bus = std::make_unique<simulator::Bus>();
-  return std::make_unique<SimulatorPort>(*bus);
+  auto& simulation = simulated_[connection.name];
+  if (simulation == nullptr) {
+    const simulator::BusStart start{.clock = simulator::RealTime()};
+    simulation.reset(new simulator::Simulation{simulator::Bus(start)});
+  }
+  return std::make_unique<SimulatorPort>(*simulation);
 }
 
 }  // namespace ostrel

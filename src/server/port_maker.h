@@ -8,7 +8,7 @@
 #include "link/connections.h"
 #include "server/line_port.h"
 #include "server/serial_port.h"
-#include "simulator/bus.h"
+#include "simulator/faulty_line.h"
 
 namespace ostrel {
 
@@ -25,8 +25,9 @@ class PortMaker {
   std::unique_ptr<LinePort> Make(const Connection& connection, bool again);
 
  private:
-  std::map<std::string, std::unique_ptr<simulator::Bus>> simulated_;  // by the connection's name
-  std::map<std::string, std::string> adapters_;                       // likewise
+  // By the connection's name.
+  std::map<std::string, std::unique_ptr<simulator::Simulation>> simulated_;
+  std::map<std::string, std::string> adapters_;
   SerialPorts serial_;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QTimer>
+
 #include "server/line_port.h"
-#include "simulator/device_line.h"
+#include "simulator/faulty_line.h"
 
 namespace ostrel {
 
@@ -9,15 +11,18 @@ namespace ostrel {
 class SimulatorPort : public LinePort {
   Q_OBJECT
  public:
-  /// The bus outlives the port.
-  explicit SimulatorPort(simulator::Bus& bus) : line_(bus) {}
+  /// The simulation outlives the port.
+  explicit SimulatorPort(simulator::Simulation& simulation);
 
   void Open() override;
   void Write(std::string_view bytes) override;
-  void Close() override { open_ = false; }
+  void Close() override;
 
  private:
-  simulator::DeviceLine line_;
+  void Deliver();
+
+  simulator::FaultyLine line_;
+  QTimer delay_;
   bool open_ = false;
 };
 

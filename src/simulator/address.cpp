@@ -8,6 +8,8 @@ namespace ostrel::simulator {
 
 namespace {
 
+constexpr std::string_view kGroups = "rpsqo";
+
 bool IsAddressCharacter(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
@@ -38,6 +40,16 @@ Address ParseAddress(std::string_view line) {
   } else if (LowerCase(word) == "all" && (rest.starts_with(',') || rest.starts_with(';'))) {
     address.kind = Address::Kind::kAll;
     address.expression = rest;
+  } else if (LowerCase(word) == "all" && rest.starts_with(' ')) {
+    // "all r,time=..." goes to a group, which does not answer.
+    const std::string_view group = TrimBlanks(rest);
+    const char letter = group.empty() ? '\0' : LowerCase(group.substr(0, 1)).front();
+    const bool ends = group.size() > 1 && (group[1] == ',' || group[1] == ';');
+    if (ends && kGroups.find(letter) != std::string_view::npos) {
+      address.kind = Address::Kind::kGroup;
+      address.group = letter;
+      address.expression = group.substr(1);
+    }
   }
   return address;
 }

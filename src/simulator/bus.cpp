@@ -1,6 +1,8 @@
 #include "simulator/bus.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "simulator/address.h"
 #include "simulator/machine.h"
@@ -10,9 +12,9 @@ namespace ostrel::simulator {
 
 namespace {
 
-/// "AA" for the physically connected device, then "B1", "B2", ...
+/// That of the physically connected device, then "B1", "B2", ...
 std::string AddressOf(std::size_t place) {
-  return place == 0 ? "AA" : "B" + std::to_string(place);
+  return place == 0 ? std::string(kConnectedAddress) : "B" + std::to_string(place);
 }
 
 /// Two seeds or places next to each other must not give related histories.
@@ -22,21 +24,33 @@ std::uint64_t SeedOf(std::uint32_t seed, std::size_t place) {
 
 }  // namespace
 
-Bus::Bus(std::uint32_t seed) {
-  for (const StationData& data : BuiltInStations()) {
+Bus::Bus(BusStart start) : clock_(std::move(start.clock)) {
+  const auto builtIn = BuiltInStations();
+  std::vector<StationData> order(builtIn.begin(), builtIn.end());
+  const auto connected = order.begin() + static_cast<std::ptrdiff_t>(start.connected);
+  std::rotate(order.begin(), connected, connected + 1);
+  for (const StationData& data : order) {
     const std::size_t place = stations_.size();
-    stations_.emplace_back(AddressOf(place), data, SeedOf(seed, place));
+    stations_.emplace_back(AddressOf(place), data, SeedOf(start.seed, place), start.localSeconds);
   }
   current_ = &stations_.front();
 }
 
 Bus::~Bus() = default;
 
+void Bus::CatchUp() {
+  if (!clock_) return;
+  const std::int64_t now = clock_();
+  for (Station& station : stations_) station.Advance(now);
+}
+
 std::vector<Station*> Bus::Addressed(const Address& address) {
   if (address.kind == Address::Kind::kCurrent) return {current_};
   std::vector<Station*> addressed;
   for (Station& station : stations_) {
-    if (address.kind == Address::Kind::kAll || station.address == address.station) {
+    const bool inGroup =
+        address.kind == Address::Kind::kGroup && station.data.group == address.group;
+    if (address.kind == Address::Kind::kAll || inGroup || station.address == address.station) {
       addressed.push_back(&station);
     }
   }
@@ -44,11 +58,28 @@ std::vector<Station*> Bus::Addressed(const Address& address) {
 }
 
 std::string Bus::Answer(std::string_view line) {
+  std::string answer;
+  for (const Portion& piece : AnswerInPieces(line)) answer += piece.bytes;
+  return answer;
+}
+
+std::vector<Portion> Bus::AnswerInPieces(std::string_view line) {
+  CatchUp();
+  Station& connected = stations_.front();
+  if (connected.IsSilent()) return {};
   const Address address = ParseAddress(line);
+  if (!connected.boot.inBootloader) return {{AnswerOfStations(address)}};
+  const bool own = address.kind == Address::Kind::kCurrent || address.station == connected.address;
+  return BootloaderAnswer(connected, own ? address.expression : line);
+}
+
+std::string Bus::AnswerOfStations(const Address& address) {
   std::string answer;
   for (Station* station : Addressed(address)) {
+    if (station->IsSilent()) continue;
     if (address.makeCurrent) current_ = station;
     const std::string own = AnswerOf(*station, address.expression);
+    if (address.kind == Address::Kind::kGroup) continue;  // a group does not answer
     if (!answer.empty() && !own.empty()) answer += "\r\n";
     answer += own;
   }

@@ -2,20 +2,36 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "simulator/reply_form.h"
 
 namespace ostrel::simulator {
 
 struct Address;
 struct Station;
 
+/// Simulated milliseconds since the bus began; never falls.
+using BusClock = std::function<std::int64_t()>;
+
+/// What a bus begins with.
+struct BusStart {
+  std::uint32_t seed = 1;  ///< the same seed gives the same history
+  BusClock clock;          ///< none: the time stands still
+  /// The devices' local time, in seconds since 1990-01-01 00:00:00; that is 2026-01-05 08:00:00.
+  std::int64_t localSeconds = 1136448000;
+  std::size_t connected = 0;  ///< which of the built-in stations is physically connected
+};
+
 /// A bus of simulated devices. All texts are ISO 8859-1 bytes, as on the line.
 class Bus {
  public:
-  /// The built-in stations; the same seed gives the same history.
-  explicit Bus(std::uint32_t seed = 1);
+  /// The built-in stations.
+  explicit Bus(BusStart start = {});
+  explicit Bus(std::uint32_t seed) : Bus(BusStart{.seed = seed, .clock = {}}) {}
   ~Bus();
   Bus(const Bus&) = delete;
   Bus& operator=(const Bus&) = delete;
@@ -24,10 +40,15 @@ class Bus {
   /// neighbours do. The answer's lines are separated by CR LF; it is empty when nobody answers.
   /// However long or nasty the line, the answer comes in bounded time and size.
   std::string Answer(std::string_view line);
+  /// The same in the pieces in which it comes; none when not even an echo comes.
+  std::vector<Portion> AnswerInPieces(std::string_view line);
 
  private:
+  void CatchUp();
+  std::string AnswerOfStations(const Address& address);
   std::vector<Station*> Addressed(const Address& address);
 
+  BusClock clock_;
   std::vector<Station> stations_;
   Station* current_;
 };

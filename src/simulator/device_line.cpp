@@ -7,29 +7,26 @@
 
 namespace ostrel::simulator {
 
-std::string DeviceLine::Feed(std::string_view bytes) {
-  std::string replies;
-  for (const char byte : bytes) {
-    if (byte == '\r') {
-      replies += Reply();
-    } else if (byte == '\n' || byte == kReplyEnd.back()) {
-      // A line feed belongs to a carriage return; a Ctrl-Z in the echo would end the reply.
-    } else if (line_.size() < kMaxLine) {
-      line_ += byte;
-    } else {
-      tooLong_ = true;
-    }
+std::optional<std::vector<Portion>> DeviceLine::Feed(char byte) {
+  if (byte == '\r') return Reply();
+  if (byte == '\n' || byte == kReplyEnd.back()) {
+    // A line feed belongs to a carriage return; a Ctrl-Z in the echo would end the reply.
+  } else if (line_.size() < kMaxLine) {
+    line_ += byte;
+  } else {
+    tooLong_ = true;
   }
-  return replies;
+  return std::nullopt;
 }
 
-std::string DeviceLine::Reply() {
+std::vector<Portion> DeviceLine::Reply() {
   const std::string line = std::exchange(line_, {});
   const bool tooLong = std::exchange(tooLong_, false);
-  std::string reply = line;
-  reply += kLineEnd;
-  reply += tooLong ? "<<line too long>>" : bus_.Answer(line);
-  reply += kReplyEnd;
+  std::vector<Portion> reply = bus_.AnswerInPieces(tooLong ? "" : line);
+  if (reply.empty()) return {};
+  if (tooLong) reply = {{"<<line too long>>"}};
+  reply.front().bytes.insert(0, line + std::string(kLineEnd));
+  reply.back().bytes += kReplyEnd;
   return reply;
 }
 

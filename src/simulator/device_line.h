@@ -1,7 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "simulator/bus.h"
 
@@ -12,12 +13,13 @@ namespace ostrel::simulator {
 class DeviceLine {
  public:
   explicit DeviceLine(Bus& bus) : bus_(bus) {}
-  /// Takes bytes in any portions; returns all replies to the lines that they completed. Of a line
-  /// that is too long, only what the device takes is echoed, and the answer is a fault.
-  std::string Feed(std::string_view bytes);
+  /// Takes a byte; returns the reply when it completed a line, without portions when the device is
+  /// silent. Of a line that is too long, only what the device takes is echoed, and the answer is a
+  /// fault.
+  std::optional<std::vector<Portion>> Feed(char byte);
 
  private:
-  std::string Reply();
+  std::vector<Portion> Reply();
 
   Bus& bus_;
   std::string line_;

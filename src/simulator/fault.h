@@ -7,16 +7,9 @@
 #include <vector>
 
 #include "simulator/random.h"
+#include "simulator/reply_form.h"
 
 namespace ostrel::simulator {
-
-/// A part of what goes out to the host for one line.
-struct Portion {
-  enum class Kind { kBytes, kEndless, kDropLink };
-  std::string bytes;         ///< of kBytes
-  int delay = 0;             ///< ms before it, from the line's arrival or the portion before
-  Kind kind = Kind::kBytes;  ///< kEndless = text until the next line comes
-};
 
 /// What may go wrong on the way from the devices to the host: one kind of fault, at one line or at
 /// every line.

@@ -1,6 +1,7 @@
 #include "simulator/faulty_line.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,12 @@ std::string EndlessText() {
   return text;
 }
 
+std::string Joined(const std::vector<Portion>& portions) {
+  std::string bytes;
+  for (const Portion& portion : portions) bytes += portion.bytes;
+  return bytes;
+}
+
 }  // namespace
 
 std::string Count::Text() const {
@@ -31,14 +38,13 @@ std::string Count::Text() const {
 bool FaultyLine::Feed(char byte, std::int64_t now) {
   Count& count = simulation_.count;
   ++count.bytes;
-  std::string reply = line_.Feed({&byte, 1});
-  if (reply.empty()) return false;
-  std::vector<Portion> portions;
+  std::optional<std::vector<Portion>> reply = line_.Feed(byte);
+  if (!reply) return false;
+  std::vector<Portion>& portions = *reply;
   if (simulation_.fault.Hits(++count.lines)) {
     ++count.faults;
-    portions = simulation_.fault.Instead(reply);
-  } else {
-    portions.push_back({std::move(reply)});
+    // Nothing goes wrong on the way with what no device sends.
+    if (!portions.empty()) portions = simulation_.fault.Instead(Joined(portions));
   }
   // The first waits from now on, however long the reply before it takes.
   if (!portions.empty()) now += std::exchange(portions.front().delay, 0);

@@ -1,7 +1,6 @@
 #include "simulator/host.h"
 
-#include <chrono>
-#include <cstdint>
+#include "simulator/steady_clock.h"
 
 namespace ostrel::simulator {
 
@@ -11,12 +10,6 @@ namespace {
 constexpr std::size_t kMaxUnsent = 64 * 1024;
 // A host that does not fetch its replies gets no further ones.
 constexpr std::size_t kMaxWaiting = 1024 * 1024 - kMaxUnsent;
-
-std::int64_t Now() {
-  using std::chrono::milliseconds;
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<milliseconds>(now).count();
-}
 
 }  // namespace
 
@@ -38,7 +31,7 @@ void Host::Serve() {
   Send();
   char byte = 0;
   while (line_->Waiting() < kMaxWaiting && Read(byte)) {
-    const bool complete = line_->Feed(byte, Now());
+    const bool complete = line_->Feed(byte, SteadyMs());
     if (leaving_ > 0) CountLeaving();
     if (!complete) continue;
     Send();
@@ -53,7 +46,7 @@ void Host::Serve() {
 
 void Host::Send() {
   while (Unsent() < kMaxUnsent) {
-    const FaultyLine::Step step = line_->Next(Now());
+    const FaultyLine::Step step = line_->Next(SteadyMs());
     switch (step.kind) {
       case FaultyLine::Step::Kind::kNothing:
         return;

@@ -17,10 +17,12 @@ std::string Machine::RunAll(const Program& program) {
   std::size_t steps = 0;
   next_ = 0;
   while (next_ < program.size()) {
-    if (++steps > kMaxSteps) throw Fault{"too many steps"};
     const Item& item = program[next_++];
+    steps += item.steps;
+    if (steps > kMaxSteps) throw Fault{"too many steps"};
     resultBefore_ = std::exchange(result_, false);
     item.run(*this, item);
+    if (!station_.IsServing()) return {};
   }
   return output_;
 }
@@ -94,7 +96,10 @@ Values Machine::Evaluate(const std::vector<Operand>& operands) {
 
 std::string AnswerOf(Station& station, std::string_view expression) {
   try {
-    return Machine(station).RunAll(ParseProgram(expression));
+    station.access.NoteLine();
+    const Program program = ParseProgram(expression);
+    if (!station.access.Allows(NeededRight(program))) throw Fault{station.access.Refusal()};
+    return Machine(station).RunAll(program);
   } catch (const Fault& fault) {
     return "<<" + fault.message + ">>";
   }

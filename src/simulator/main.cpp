@@ -17,6 +17,7 @@
 #include "platform/end_signals.h"
 #include "simulator/options.h"
 #include "simulator/pty_host.h"
+#include "simulator/steady_clock.h"
 #include "simulator/tcp_host.h"
 
 namespace {
@@ -70,7 +71,8 @@ int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   const ostrel::EndSignals asked(&QCoreApplication::quit);
 
-  Simulation simulation{Bus(options.seed), options.fault};
+  const BusStart start{.seed = options.seed, .clock = RealTime(), .connected = options.connected};
+  Simulation simulation{Bus(start), options.fault};
   const auto report = [&] { std::cout << simulation.count.Text() << std::endl; };
   const auto userSignal = OnUserSignal(report);
   QTcpServer server;

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <QHostAddress>
 
+#include "simulator/station.h"
+
 namespace ostrel::simulator {
 
 namespace {
@@ -28,6 +30,11 @@ int ParseOptions(int argc, char** argv, Options& options) {
   const auto* pty = arguments.add_option("--pty", options.terminal,
                                          "path at which a pseudo-terminal is to be found");
   arguments.add_option("--seed", options.seed, "the same seed gives the same history")
+      ->capture_default_str();
+  arguments
+      .add_option("--connected", options.connected,
+                  "which device of the bus is the connected one (AA), counted from 0")
+      ->check(CLI::Range(std::size_t{0}, BuiltInStations().size() - 1))
       ->capture_default_str();
   std::string fault;
   arguments

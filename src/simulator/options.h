@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,6 +16,7 @@ struct Options {
   std::string terminal;               ///< where the link to the pseudo-terminal is to stand
   std::uint32_t seed = 1;
   LineFault fault;
+  std::size_t connected = 0;  ///< place of the physically connected device on the built-in bus
 };
 
 /// The exit status with which the program ends at once, or -1 to go on.

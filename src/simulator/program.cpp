@@ -8,6 +8,7 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::size_t kMaxNesting = 16;
+constexpr std::size_t kCharactersPerStep = 64;
 // Comparing versions must not take long, however often a loop does it.
 constexpr std::size_t kMaxVersionLength = 32;
 
@@ -59,11 +60,20 @@ bool IsDottedVersion(std::string_view text) {
 }
 
 Operand ParseOperand(std::string_view text) {
-  if (IsQuoted(text)) return {Operand::Kind::kLiteral, Unquote(text)};
-  if (text == "i" || text == "I") return {Operand::Kind::kLoopIndex, {}};
-  if (text == ".") return {Operand::Kind::kTopOfStack, {}};
-  if (const auto number = ParseNumber(text)) return {Operand::Kind::kLiteral, *number};
-  return {Operand::Kind::kLiteral, LowerCase(text)};
+  Operand operand;
+  operand.text = text;
+  if (IsQuoted(text)) {
+    operand.literal = Unquote(text);
+  } else if (text == "i" || text == "I") {
+    operand.kind = Operand::Kind::kLoopIndex;
+  } else if (text == ".") {
+    operand.kind = Operand::Kind::kTopOfStack;
+  } else if (const auto number = ParseNumber(text)) {
+    operand.literal = *number;
+  } else {
+    operand.literal = LowerCase(text);
+  }
+  return operand;
 }
 
 std::vector<Operand> ParseOperands(std::string_view text) {
@@ -98,6 +108,16 @@ void ParseWord(Item& item) {
   item.run = fits ? item.word->run : RunUnknown;
 }
 
+/// "name *" and "name*" list all elements of a variable, as "name# *" does.
+void ParseListing(Item& item) {
+  constexpr std::string_view kAll = "*";
+  if (item.name.ends_with(kAll) && item.arguments.empty()) {
+    item.name.pop_back();
+    item.arguments.push_back(ParseOperand(kAll));
+  }
+  if (item.arguments.size() == 1 && item.arguments.front().text == kAll) item.run = RunReadAndPrint;
+}
+
 /// A name, what its end asks for, and its arguments.
 Item ParseNamed(std::string_view text) {
   Item item;
@@ -124,6 +144,7 @@ Item ParseNamed(std::string_view text) {
   }
   item.name = LowerCase(name);
   ParseWord(item);
+  if (!item.word) ParseListing(item);
   return item;
 }
 
@@ -185,7 +206,9 @@ Program ParseProgram(std::string_view expression) {
   Program program;
   while (!expression.empty()) {
     const std::string_view text = TakeUntil(expression, ",");
-    if (!text.empty()) program.push_back(ParseItem(text));
+    if (text.empty()) continue;
+    program.push_back(ParseItem(text));
+    program.back().steps += text.size() / kCharactersPerStep;
   }
   LinkBlocks(program);
   return program;

@@ -1,10 +1,14 @@
 #include "simulator/words.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 #include <utility>
 
+#include "simulator/access.h"
+#include "simulator/event_log.h"
+#include "simulator/file_store.h"
 #include "simulator/machine.h"
 #include "simulator/variables.h"
 
@@ -137,6 +141,12 @@ void RunLoopIndex(Machine& machine, const Item&) {
 
 void RunVersion(Machine& machine, const Item& item) {
   const StationData& data = machine.Device().data;
+  machine.PrintResult(std::string(data.model) + " Version V" + std::string(data.firmware),
+                      item.joined);
+}
+
+void RunTypeAndVersion(Machine& machine, const Item& item) {
+  const StationData& data = machine.Device().data;
   machine.PrintResult(std::string(data.model) + "+;V" + std::string(data.firmware), item.joined);
 }
 
@@ -149,7 +159,7 @@ void RunAddressAndName(Machine& machine, const Item& item) {
   machine.PrintResult(station.address + ":" + std::string(station.data.name), item.joined);
 }
 
-constexpr Word kWords[] = {
+constexpr Word kAnybodysWords[] = {
     {"+", RunAdd},
     {"-", RunSubtract},
     {"*", RunMultiply},
@@ -170,11 +180,18 @@ constexpr Word kWords[] = {
     {"ni", RunLoopEnd, 0, "l"},
     {"i", RunLoopIndex},
     {"ver", RunVersion},
-    {"ver.", RunVersion},
+    {"ver.", RunTypeAndVersion},
     {"dir", RunAddress},
     {"dirn", RunAddressAndName},
     {"dirn_", RunAddressAndName},
 };
+
+/// Calculating and saying who one is needs no right.
+constexpr auto kWords = [] {
+  auto words = std::to_array(kAnybodysWords);
+  for (Word& word : words) word.right = Right::kNone;
+  return words;
+}();
 
 const Variable& ExistingVariable(Machine& machine, const Item& item) {
   const Variable* variable = FindVariable(machine.Device(), item.name);
@@ -191,9 +208,13 @@ Values Read(Machine& machine, const Item& item) {
 }  // namespace
 
 const Word* FindWord(std::string_view name) {
-  const auto* found = std::find_if(std::begin(kWords), std::end(kWords),
-                                   [name](const Word& word) { return word.name == name; });
-  return found == std::end(kWords) ? nullptr : found;
+  // The language first, then the commands of each subject.
+  for (const WordTable& table : {WordTable(kWords), AccessWords(), EventLogWords(), FileWords()}) {
+    for (const Word& word : table) {
+      if (word.name == name) return &word;
+    }
+  }
+  return nullptr;
 }
 
 void RunPush(Machine& machine, const Item& item) {
@@ -229,13 +250,24 @@ void RunExists(Machine& machine, const Item& item) {
 void RunWrite(Machine& machine, const Item& item) {
   const Variable& variable = ExistingVariable(machine, item);
   if (!variable.write) throw Fault{"read-only: " + item.name};
-  const Values arguments = machine.Evaluate(item.arguments);
-  variable.write(machine.Device(), {arguments, machine.Evaluate(item.values), item.all});
+  WriteRequest request;
+  request.arguments = machine.Evaluate(item.arguments);
+  request.values = machine.Evaluate(item.values);
+  request.all = item.all;
+  for (const Operand& operand : item.arguments) request.argumentTexts.push_back(operand.text);
+  for (const Operand& operand : item.values) request.valueTexts.push_back(operand.text);
+  variable.write(machine.Device(), request);
 }
 
 void RunUnknown(Machine&, const Item& item) {
+  ThrowUnknown(item.name);
+}
+
+void ThrowUnknown(std::string_view name) {
   constexpr std::size_t kMaxQuoted = 40;
-  throw Fault{"unknown: " + item.name.substr(0, kMaxQuoted)};
+  // What stands behind a blank may be a password.
+  name = name.substr(0, name.find_first_of(" \t"));
+  throw Fault{"unknown: " + std::string(name.substr(0, kMaxQuoted))};
 }
 
 }  // namespace ostrel::simulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace ostrel::simulator {
@@ -10,6 +11,9 @@ struct Item;
 /// Carries out one item.
 using Run = void (*)(Machine&, const Item&);
 
+/// What a line wants of a device, each with the one before it.
+enum class Right { kNone, kRead, kWrite };
+
 /// An operator or a listing command.
 struct Word {
   std::string_view name;
@@ -19,10 +23,15 @@ struct Word {
   char opens = 0;
   std::string_view closes = {};
   bool takesArguments = false;
+  Right right = Right::kRead;  ///< without which it is refused
 };
+
+using WordTable = std::span<const Word>;
 
 /// Nothing when no word has this (lower-case) name.
 const Word* FindWord(std::string_view name);
+
+[[noreturn]] void ThrowUnknown(std::string_view name);
 
 /// The items that are no words of their own but forms of writing.
 void RunPush(Machine& machine, const Item& item);          ///< 12

@@ -31,7 +31,7 @@ TEST(Stations, AnswerToTheirAddress) {
   const Case cases[] = {
       {"dirn_", "AA:Umspannwerk Nord T1"},
       {"aa:ver.", "KT-X+;V2.27"},
-      {"AA:ver", "KT-X+;V2.27"},
+      {"AA:ver", "KT-X Version V2.27"},
       {"B2:station&#",
        "B2:Schalthaus S\xfc"
        "d T1"},
@@ -99,6 +99,7 @@ TEST(TapStatistics, CountersFormABellAndAddUpToTheTotal) {
       const std::string line = c.station + "RegTAPSTAT# 1 " + std::to_string(outside);
       EXPECT_EQ(bus.Answer(line), "<<index out of range>>") << line;
     }
+    if (c.station == "B2:") bus.Answer("B2:login 1 4711");
     EXPECT_EQ(bus.Answer(c.station + "RegTAPSTATCL*=0"), "");
     const std::vector<int> cleared = Numbers(bus.Answer(read + ",RegTAPSUM#,RegTAPSUML#"));
     EXPECT_EQ(cleared, std::vector<int>(counters.size() + 2, 0));

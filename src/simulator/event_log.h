@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+
+#include "simulator/random.h"
+#include "simulator/variables.h"
+#include "simulator/words.h"
+
+namespace ostrel::simulator {
+
+struct TapChangerData;
+
+/// What a device notes, by its number in the log.
+enum class Event {
+  kRemote = 1,
+  kInhibitHigh = 7,
+  kFastUp = 8,
+  kFastDown = 9,
+  kOvercurrent = 11,
+  kOvervoltage = 12,
+  kUndervoltage = 13,
+  kAutomatic = 17,
+  kSimulation = 19,
+  kInhibitLow = 20,
+  kUp = 23,
+  kDown = 24,
+  kTapPosition = 25,
+  kSetPoint = 26,
+  kStatus = 27,
+  kTapError = 29,
+  kLogCleared = 64,
+  kStatisticsCleared = 66,
+  kPanelLogin = 67,
+};
+
+struct LogEntry {
+  std::int64_t localMs = 0;  ///< the device's local time, since 1990-01-01 00:00:00
+  Event event = Event::kStatus;
+  int value = 0;
+};
+
+/// A device's event log: the newest 2048 entries.
+class EventLog {
+ public:
+  static constexpr std::size_t kMaxEntries = 2048;
+
+  void Add(std::int64_t localMs, Event event, int value);
+  /// What happened in the days before: tap changes that end at this position, and the rest of a
+  /// station's life.
+  void AddHistory(std::int64_t localMs, const TapChangerData& changer, int position, Random random);
+  void Clear() { entries_.clear(); }
+  /// The newest entry first.
+  const std::deque<LogEntry>& Entries() const { return entries_; }
+
+ private:
+  std::deque<LogEntry> entries_;
+};
+
+/// The commands that read the log.
+WordTable EventLogWords();
+
+/// The variable that clears it.
+VariableTable EventLogVariables();
+
+}  // namespace ostrel::simulator
