@@ -1,6 +1,6 @@
 // Feeds what a device sends, between the calls of the line's owner. A line of the input is a step:
 // '>' and the line that goes out, '<' and bytes that come in, '!' nobody waits any more, '0' begin
-// anew. In the bytes '|' is a cut, '~' CR LF, '$' Ctrl-Z, '*' 100,000 letters, all else is itself.
+// anew. In the bytes '|' is a cut, '~' CR LF, '$' Ctrl-Z, '*' 65,536 letters, all else is itself.
 
 #include "server/reply_framer.h"
 
@@ -15,7 +15,7 @@ namespace ostrel {
 namespace {
 
 constexpr char kEnd = '\x1A';
-constexpr int kMaxRuns = 6;  // of letters, so that an input stays quick
+constexpr int kMaxRuns = 8;  // of letters, four of which are the longest answer; quick enough
 
 /// A framer, and what is known about it from outside.
 class Watched {
@@ -66,7 +66,7 @@ std::vector<std::string> Portions(std::string_view text, int& runs) {
     } else if (c == '~') {
       last += "\r\n";
     } else if (c == '*') {
-      last.append(++runs > kMaxRuns ? 1 : 100'000, 'y');
+      last.append(++runs > kMaxRuns ? 1 : 65'536, 'y');
     } else {
       last += c == '$' ? kEnd : c;
     }

@@ -80,7 +80,7 @@ TEST(JsonRpc, KeepsEveryCharacterOnOneLine) {
   };
   std::string ascii;
   for (int code = 0; code < 0x80; ++code) ascii += static_cast<char>(code);
-  for (const std::string& text : {"ä" + ascii, ascii, std::string("\uFEFF\"\uFEFF\uFFFF😀")}) {
+  for (const std::string& text : {"ä" + ascii, ascii, std::string("\uFEFFa\uFEFF\uFFFF😀")}) {
     const QJsonValue shown[] = {
         onlyLine(rpc::EncodeStatus({1, 5, 0, text, 0, {}}))["params"]["answer"],
         onlyLine(rpc::EncodeStatus({1, 5, 3, {}, -1, text}))["params"]["error"]["message"],
