@@ -18,12 +18,7 @@ namespace {
 TEST(Texts, EveryEntryIsWholeInThreeLanguages) {
   for (const TableEntry& entry : StringTable()) {
     const auto holders = [](std::string_view text) {
-      std::size_t count = 0;
-      for (std::size_t at = text.find("%s"); at != std::string_view::npos;
-           at = text.find("%s", at + 1)) {
-        ++count;
-      }
-      return count;
+      return std::count(text.begin(), text.end(), '%');
     };
     for (const std::string_view text : entry.texts) {
       EXPECT_FALSE(text.empty()) << entry.id;
@@ -63,11 +58,11 @@ TEST(Languages, StartUpChoice) {
   };
   for (const auto& c : cases) {
     kit::World world;
-    std::filesystem::create_directory(world.folder.path / "polski");
+    std::filesystem::create_directory(world.desktop.folder / "polski");
     if (*c.shared != 0) world.settings.WriteShared(keys::kServerMisc, "language", c.shared);
     if (*c.program != 0) world.settings.WriteProgram("ZubServer", "Misc", "Language", c.program);
     Messages messages(world.dialogs);
-    CSprachen sprachen(world.settings, messages, world.folder.path);
+    CSprachen sprachen(world.settings, messages, world.desktop.folder);
     sprachen.UserIndex_Test();
     EXPECT_EQ(sprachen.Current(), c.code) << c.shared << "/" << c.program;
     EXPECT_EQ(messages.Factor(), c.factor) << c.shared << "/" << c.program;
@@ -89,18 +84,16 @@ TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
 TEST(Languages, TableAndFolders) {
   kit::World world;
   Messages messages(world.dialogs);
-  CSprachen sprachen(world.settings, messages, world.folder.path);
+  CSprachen sprachen(world.settings, messages, world.desktop.folder);
   EXPECT_EQ(sprachen.Count(), 10);
-  EXPECT_EQ(sprachen.RCFaktor("ENG"), 1);
-  EXPECT_EQ(sprachen.RCFaktor("prt"), -1);
   sprachen.SetLanguage("rus");
   EXPECT_EQ(sprachen.Charset(), 204);
   sprachen.SetLanguage("eng");
-  EXPECT_EQ(sprachen.LanguagePath(), (world.folder.path / "english" / "").string());
+  EXPECT_EQ(sprachen.LanguagePath(), (world.desktop.folder / "english" / "").string());
   sprachen.SaveLanguage();
   EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "language", ""), "eng");
-  std::filesystem::remove(world.folder.path / "english");
-  EXPECT_EQ(sprachen.LanguagePath(), (world.folder.path / "deutsch" / "").string());
+  std::filesystem::remove(world.desktop.folder / "english");
+  EXPECT_EQ(sprachen.LanguagePath(), (world.desktop.folder / "deutsch" / "").string());
   EXPECT_EQ(sprachen.Current(), "deu");
   sprachen.Activate_Test("xyz", 1);
   ASSERT_EQ(world.dialogs.shown.size(), 1u);

@@ -1,22 +1,16 @@
 // The connection list and the data of a connection, clicked and typed.
 
-#include <gtest/gtest.h>
-
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
 #include <set>
 
-#include "app/frmMain.h"
 #include "app/texts.h"
-#include "desktop/dialogs.h"
-#include "kit/kit.h"
+#include "desktop/fixture.h"
 #include "link/connections.h"
 
 namespace ostrel {
@@ -24,33 +18,16 @@ namespace {
 
 using Act = std::function<void(QDialog&)>;
 
-struct ConnectionsTest : testing::Test {
-  kit::World world;
-  WindowDialogs dialogs;
-  Service service{{world.settings, world.factory, dialogs, world.clock, world.desktop},
-                  {.connection = "Werk", .language = "eng"}};
+struct ConnectionsTest : WindowTest {
   Connections stored{world.settings};
-  frmMain window{service, dialogs, Scheme::kSystem};
 
-  void SetUp() override {
+  ConnectionsTest() : WindowTest("Werk") {
     for (const char* name : {"Halle", "Werk"}) {
-      ASSERT_TRUE(stored.Add({.name = name, .kind = "tcp", .host = "h", .port = 1, .device = {}}));
+      stored.Add({.name = name, .kind = "tcp", .host = "h", .port = 1, .device = {}});
     }
-    ASSERT_TRUE(stored.Use("Werk"));
+    stored.Use("Werk");
     world.server.connection = "Werk";
-    world.server.answers = {{"AA:dirn_", "AA:<b>Main</b>"},
-                            {"AA:ver.", "KT-X+;V2.27"},
-                            {"AA:sysSN#", "12"},
-                            {"AA:dirn_\r\n", "AA:Main"},
-                            {R"(all,station&#,!+";", ver.+)", "AA:Main;KT-X+;V2.27"}};
-    window.show();
   }
-  /// A program that was told to end stays so until a loop runs again.
-  void TearDown() override {
-    QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
-    QApplication::exec();
-  }
-
   /// Acts in the list; then it is closed.
   void InList(const Act& act) {
     During<QDialog>([&] { window.ShowConnections(); },
@@ -73,99 +50,76 @@ struct ConnectionsTest : testing::Test {
         },
         "frmConnection");
   }
-  static QTreeWidget& Select(const QWidget& list, const QString& name) {
+  static QTreeWidget& Choose(const QWidget& list, const QString& name) {
     auto& rows = Find<QTreeWidget>(list, "lstConnections");
     rows.setCurrentItem(rows.findItems(name, Qt::MatchExactly).value(0));
     EXPECT_NE(rows.currentItem(), nullptr) << name.toStdString();
     return rows;
   }
-  void SelectDevice() {
-    During<QDialog>([&] { window.DeviceSelect(); }, [](QDialog& dialog) { Click(dialog, "ButOK"); },
-                    "frmSelect");
-  }
 };
 
 TEST_F(ConnectionsTest, OnlyFittingAndValidDataAreTaken) {
   const struct {
-    const char *kind, *name, *host, *port, *device, *baud;
+    const char *kind, *name, *port, *baud;
     int problem;  // 0: it can be stored
   } cases[] = {
-      {"tcp", " New ", "h", "1", "", "", 0},
-      {"tcp", "werk", "h", "1", "", "", text::kConnectionTaken},
-      {"tcp", "a/b", "h", "1", "", "", text::kNameProblem},
-      {"tcp", "New", " ", "1", "", "", text::kHostProblem},
-      {"tcp", "New", "h", "65536", "", "", text::kPortProblem},
-      {"tcp", "New", "h", "1x", "", "", text::kPortProblem},
-      {"serial", "New", "", "", "/dev/x", "250000", 0},
-      {"serial", "New", "", "", " ", "9600", text::kDeviceProblem},
-      {"serial", "New", "", "", "/dev/x", "9600 baud", text::kBaudProblem},
-      {"simulator", "New", "", "x", "", "x", 0},
+      {"tcp", " New ", "1", "", 0},
+      {"tcp", "werk", "1", "", text::kConnectionTaken},
+      {"tcp", "New", "1x", "", text::kPortProblem},
+      {"serial", "New", "", "250000", 0},
+      {"serial", "New", "", "9600 baud", text::kBaudProblem},
+      {"simulator", "New", "x", "x", 0},
   };
-  InList([&](QDialog& list) {
-    InData([&] { Click(list, "butAdd"); },
-           [&](QDialog& data) {
-             for (const auto& c : cases) {
-               auto& kind = Find<QComboBox>(data, "cmbKind");
-               kind.setCurrentIndex(kind.findData(c.kind));
-               Find<QLineEdit>(data, "edtName").setText(c.name);
-               Find<QLineEdit>(data, "edtHost").setText(c.host);
-               Find<QLineEdit>(data, "edtPort").setText(c.port);
-               Find<QComboBox>(data, "cmbDevice").setCurrentText(c.device);
-               Find<QComboBox>(data, "cmbBaud").setCurrentText(c.baud);
-               const std::string problem =
-                   service.Texts().Filled(c.problem, QString(c.name).trimmed().toStdString());
-               const std::string told = Find<QLabel>(data, "lblProblem").text().toStdString();
-               EXPECT_EQ(told, problem) << c.kind << c.name << c.port;
-               EXPECT_EQ(Find<QPushButton>(data, "ButOK").isEnabled(), c.problem == 0) << told;
-               EXPECT_EQ(Find<QLineEdit>(data, "edtPort").isVisible(), kind.currentIndex() == 1);
-               EXPECT_EQ(Find<QComboBox>(data, "cmbParity").isVisible(), kind.currentIndex() == 2);
-             }
-           });
-  });
+  const auto fill = [&](QDialog& data) {
+    Find<QLineEdit>(data, "edtHost").setText("h");
+    Find<QComboBox>(data, "cmbDevice").setCurrentText("/dev/x");
+    for (const auto& c : cases) {
+      auto& kind = Find<QComboBox>(data, "cmbKind");
+      kind.setCurrentIndex(kind.findData(c.kind));
+      Find<QLineEdit>(data, "edtName").setText(c.name);
+      Find<QLineEdit>(data, "edtPort").setText(c.port);
+      Find<QComboBox>(data, "cmbBaud").setCurrentText(c.baud);
+      const std::string told = Find<QLabel>(data, "lblProblem").text().toStdString();
+      EXPECT_EQ(told, service.Texts().Filled(c.problem, c.name)) << c.kind << c.name << c.port;
+      EXPECT_EQ(Find<QPushButton>(data, "ButOK").isEnabled(), c.problem == 0) << told;
+      EXPECT_EQ(Find<QLineEdit>(data, "edtPort").isVisible(), kind.currentIndex() == 1);
+      EXPECT_EQ(Find<QComboBox>(data, "cmbParity").isVisible(), kind.currentIndex() == 2);
+    }
+  };
+  InList([&](QDialog& list) { InData([&] { Click(list, "butAdd"); }, fill); });
   EXPECT_EQ(stored.List().size(), 3u) << "cancelled, but stored";
 }
 
 TEST_F(ConnectionsTest, WhatIsOpenIsClosedWhenItsDataChange) {
   const struct {
-    const char* name;
-    Qt::Key key;
-    const char* then;  // the other name, or the button of the question
+    const char *name, *then;  // its new name, or the button that answers the question
     int closed;
-    const char *current, *names;
+    const char* names;
   } steps[] = {
       // one after the other
-      {"Halle", Qt::Key_Return, "Anlage", 0, "Werk", "Simulator Anlage Werk"},
-      {"Werk", Qt::Key_Return, "Betrieb", 1, "Betrieb", "Simulator Anlage Betrieb"},
-      {"Betrieb", Qt::Key_Delete, "&No", 0, "Betrieb", "Simulator Anlage Betrieb"},
-      {"Betrieb", Qt::Key_Delete, "&Yes", 1, "Simulator", "Simulator Anlage"},
-      {"Simulator", Qt::Key_Delete, nullptr, 0, "Simulator", "Simulator Anlage"},
+      {"Halle", "Anlage", 0, "Simulator Anlage Werk "},
+      {"Werk", "Betrieb", 1, "Simulator Anlage Betrieb "},
+      {"Betrieb", "&No", 0, "Simulator Anlage Betrieb "},
+      {"Betrieb", "&Yes", 1, "Simulator Anlage "},
   };
   for (const auto& step : steps) {
     world.server.connection = stored.Current();
-    SelectDevice();
+    Select(0);
     world.server.closed = 0;
     InList([&](QDialog& list) {
-      const auto press = [&] { QTest::keyClick(&Select(list, step.name), step.key); };
-      if (step.key == Qt::Key_Return) {
-        InData(press, [&](QDialog& data) {
-          Find<QLineEdit>(data, "edtName").setText(step.then);
-          Click(data, "ButOK");
-        });
-      } else if (step.then == nullptr) {
-        press();
-      } else {
-        During<QMessageBox>(press, [&](QMessageBox& box) {
-          for (QAbstractButton* button : box.buttons()) {
-            if (button->text() == step.then) return button->click();
-          }
-        });
-      }
-      EXPECT_EQ(world.server.closed, step.closed) << step.name << step.then;
+      auto& row = Choose(list, step.name);
+      if (*step.then == '&')
+        return Answering(step.then, [&] { QTest::keyClick(&row, Qt::Key_Delete); });
+      InData([&] { QTest::keyClick(&row, Qt::Key_Return); },
+             [&](QDialog& data) {
+               Find<QLineEdit>(data, "edtName").setText(step.then);
+               Click(data, "ButOK");
+             });
     });
+    EXPECT_EQ(world.server.closed, step.closed) << step.name << step.then;
     std::string names;
-    for (const Connection& one : stored.List()) names += (names.empty() ? "" : " ") + one.name;
+    for (const Connection& one : stored.List()) names += one.name + " ";
     EXPECT_EQ(names, step.names);
-    EXPECT_EQ(stored.Current(), step.current) << names;
     EXPECT_TRUE(service.ConnectionOpen());
     EXPECT_EQ(service.Selected().GetKenn().has_value(), step.closed == 0)
         << names << ": a device of the earlier connection is still selected";
@@ -173,51 +127,52 @@ TEST_F(ConnectionsTest, WhatIsOpenIsClosedWhenItsDataChange) {
 }
 
 TEST_F(ConnectionsTest, TheOneInUseIsGoneOverToAtTheNextSelection) {
-  SelectDevice();
+  Select(0);
   InList([&](QDialog& list) {
-    Select(list, "Halle");
+    Choose(list, "Halle");
     Click(list, "butUse");
   });
   EXPECT_EQ(stored.Current(), "Halle");
   EXPECT_TRUE(service.ConnectionOpen() && service.Selected().GetKenn()) << "closed too early";
   EXPECT_EQ(world.server.opened, std::vector<std::string>{"Werk"});
-  SelectDevice();
+  Select(0);
   EXPECT_EQ(world.server.opened.back(), "") << "the current one, not the one of the command line";
   EXPECT_EQ(world.server.closed, 1);
 }
 
 TEST_F(ConnectionsTest, ATestDisturbsNothingAndEndsWithTheDialog) {
-  SelectDevice();
-  InList([&](QDialog& list) {
-    world.server.answerAfterMs = 500;
-    Select(list, "Halle");
-    world.clock.onEvents = [&] {
-      for (const char* name : {"butAdd", "butChange", "butRemove", "butTest", "butUse"}) {
-        EXPECT_FALSE(Find<QPushButton>(list, name).isEnabled()) << name;
+  Select(0);
+  const auto test = [&](const Act& meanwhile) {
+    InList([&](QDialog& list) {
+      world.clock.onEvents = [&] { meanwhile(list); };
+      Choose(list, "Halle");
+      Click(list, "butTest");
+      if (list.isVisible()) {
+        EXPECT_EQ(Find<QPlainTextEdit>(list, "txtResult").toPlainText(),
+                  "Connection Halle works.\nAA:dirn_ → AA:<b>Main</b>");
       }
-      EXPECT_TRUE(Find<QPushButton>(list, "butClose").isEnabled());
-    };
-    Click(list, "butTest");
-    EXPECT_EQ(Find<QPlainTextEdit>(list, "txtResult").toPlainText(),
-              "Connection Halle works.\nAA:dirn_ → AA:<b>Main</b>");
-    EXPECT_EQ(world.server.opened.back(), "Halle");
-    EXPECT_EQ(world.server.closed, 1) << "its own channel alone";
-    EXPECT_TRUE(service.Selected().GetKenn());
+    });
+  };
+  world.server.answerAfterMs = 500;
+  test([&](QDialog& list) {
+    EXPECT_EQ(service.Tester().Run("").code, text::kExchangeUnderWay);
+    for (const char* name : {"butAdd", "butChange", "butRemove", "butTest", "butUse"}) {
+      EXPECT_FALSE(Find<QPushButton>(list, name).isEnabled()) << name;
+    }
   });
-  const std::pair<const char*, std::function<void(QDialog&)>> ends[] = {
+  EXPECT_EQ(world.server.opened.back(), "Halle");
+  EXPECT_EQ(world.server.closed, 1) << "its own channel alone";
+  EXPECT_TRUE(service.Selected().GetKenn());
+
+  world.server.answerAfterMs = 5000;
+  const std::pair<const char*, Act> ends[] = {
       {"Close", [](QDialog& list) { Click(list, "butClose"); }},
       {"Escape", [](QDialog& list) { QTest::keyClick(&list, Qt::Key_Escape); }},
       {"end of the program", [&](QDialog&) { window.Beenden(); }}};
   for (const auto& [name, end] : ends) {
     int passes = 0;
-    InList([&, &how = end](QDialog& list) {
-      world.server.answerAfterMs = 5000;
-      world.clock.onEvents = [&] {
-        if (++passes == 2) how(list);
-      };
-      Select(list, "Halle");
-      Click(list, "butTest");
-      EXPECT_FALSE(list.isVisible());
+    test([&, &how = end](QDialog& list) {
+      if (++passes == 2) how(list);
     });
     EXPECT_EQ(passes, 2) << name << " did not end the test";
   }

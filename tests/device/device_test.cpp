@@ -64,7 +64,8 @@ TEST(Stations, ListLinesOfAnyShape) {
 struct BusTest : testing::Test {
   kit::World world;
   Messages messages{world.dialogs};
-  Link link{world.factory, world.settings, world.clock, world.dialogs, messages, world.folder.path};
+  Link link{world.factory, world.settings, world.clock,
+            world.dialogs, messages,       world.desktop.folder};
   Commands commands{link, world.dialogs, messages};
   Stations bus{link, commands};
   void SetUp() override {

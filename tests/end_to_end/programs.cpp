@@ -42,18 +42,8 @@ Outcome Programs::Run(const QStringList& arguments) const {
   const auto process = Start("ostrel", QStringList{"--language", "eng"} + arguments);
   process->closeWriteChannel();
   EXPECT_TRUE(process->waitForFinished(kLimitMs)) << arguments.join(' ').toStdString();
-  return OutcomeOf(*process);
-}
-
-std::unique_ptr<QProcess> Programs::StartCommand(const QStringList& arguments) const {
-  auto process = Start("ostrel", QStringList{"--language", "eng", "--json"} + arguments);
-  process->closeWriteChannel();
-  return process;
-}
-
-Outcome Programs::OutcomeOf(QProcess& process) {
-  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-  return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+  EXPECT_EQ(process->exitStatus(), QProcess::NormalExit);
+  return {process->exitCode(), process->readAllStandardOutput(), process->readAllStandardError()};
 }
 
 QString Programs::StartSimulator(std::unique_ptr<QProcess>& simulator,
@@ -63,10 +53,6 @@ QString Programs::StartSimulator(std::unique_ptr<QProcess>& simulator,
     if (!simulator->waitForReadyRead(kLimitMs)) return {};
   }
   return simulator->readLine().trimmed().split(':').last();
-}
-
-int Programs::StartSimulator(std::unique_ptr<QProcess>& simulator, int port) const {
-  return StartSimulator(simulator, {"--tcp", QString::number(port)}).toInt();
 }
 
 void Programs::Use(const QString& kind, const QString& target) const {

@@ -28,16 +28,11 @@ class Programs {
 
   /// Starts a program of the build; it is killed with the object.
   std::unique_ptr<QProcess> Start(const QString& program, const QStringList& arguments) const;
-  /// Starts `ostrel` with English JSON.
-  std::unique_ptr<QProcess> StartCommand(const QStringList& arguments) const;
-  /// What a program that has ended left behind.
-  static Outcome OutcomeOf(QProcess& process);
   /// Runs `ostrel` in English and waits for its end.
   Outcome Run(const QStringList& arguments) const;
-  /// Starts a simulator; returns what stands behind the last colon of where it listens.
-  QString StartSimulator(std::unique_ptr<QProcess>& simulator, const QStringList& arguments) const;
-  /// Starts a simulator on a free port; returns the port.
-  int StartSimulator(std::unique_ptr<QProcess>& simulator, int port = 0) const;
+  /// Starts a simulator; returns what stands behind the last colon of where it listens: the port.
+  QString StartSimulator(std::unique_ptr<QProcess>& simulator,
+                         const QStringList& arguments = {"--tcp", "0"}) const;
   /// Adds a connection and makes it the current one.
   void Use(const QString& kind, const QString& target) const;
   /// The same to a port of this machine.

@@ -2,36 +2,33 @@
 // wait.
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
-#include <functional>
+#include <fstream>
 
 #include "app/frmMain.h"
 #include "end_to_end/programs.h"
+#include "kit/kit.h"
 #include "kit/scripted_device.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
 #include "platform/window_dialogs.h"
+#include "server/socket_path.h"
 
 namespace ostrel {
 namespace {
 
-/// The window with all that it stands on, as the program makes it.
+/// The window with all that it stands on, as the program makes it, before a device.
 struct Stage {
-  explicit Stage(const Programs& programs, const std::string& address) {
-    programs.Enter();
-    settings = std::make_unique<RegistrySettings>();
-    service = std::make_unique<Service>(
-        Ports{*settings, factory, dialogs, clock, desktop},
-        RunOptions{.connection = {}, .language = "eng", .chooser = false});
-    window = std::make_unique<frmMain>(*service, dialogs, Scheme::kLight);
-    window->SelectWhenShown(address);
-    window->show();
+  explicit Stage(const std::string& address) {
+    window.SelectWhenShown(address);
+    window.show();
     QObject::connect(&boxes, &QTimer::timeout, [] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) return;
@@ -39,107 +36,105 @@ struct Stage {
       box->close();
     });
     boxes.start(50);
+    EXPECT_TRUE(WaitUntil([this] { return Find<QPushButton>("butStatLesen")->isEnabled(); }));
   }
-
   template <typename Control>
   Control* Find(const char* name) {
-    return window->findChild<Control*>(name);
+    return window.findChild<Control*>(name);
   }
+  void Click(const char* name) { Find<QPushButton>(name)->click(); }
   /// Lets the program run until it ends; false when it has to be ended after ten seconds.
   bool RunToTheEnd() {
-    QTimer::singleShot(10000, window.get(), [] { QCoreApplication::exit(1); });
+    QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
     return QCoreApplication::exec() == 0;
   }
-  bool Selected() {
-    return WaitUntil([&] { return Find<QPushButton>("butStatLesen")->isEnabled(); });
-  }
 
-  std::unique_ptr<RegistrySettings> settings;
+  RegistrySettings settings;
   ServerFactory factory;
   EventClock clock;
   ProgramDesktop desktop;
   WindowDialogs dialogs;
   QTimer boxes;
-  std::unique_ptr<Service> service;
-  std::unique_ptr<frmMain> window;
+  Service service{{settings, factory, dialogs, clock, desktop},
+                  {.connection = {}, .language = "eng", .chooser = false}};
+  frmMain window{service, dialogs, Scheme::kLight};
 };
 
-/// A device that names itself and answers everything but the tap statistics.
-QByteArray WithoutStatistics(const QByteArray& line) {
-  if (line.contains("fori")) return {};
-  return ScriptedDevice::Reply(line, line.endsWith("ver.")    ? "KT-X+;V2.27"
-                                     : line.endsWith("dirn_") ? "AA:Nord <b>1</b>"
-                                                              : "4711-A");
-}
+struct Window : testing::Test {
+  Window() { programs.Enter(); }
+  Programs programs;
+};
 
-TEST(Window, ReadsTheSelectedDeviceAndMarksTheSimulation) {
-  const Programs programs;
-  Stage stage(programs, "B2:");
-  ASSERT_TRUE(stage.Selected());
-  EXPECT_EQ(stage.window->windowTitle().toStdString(), Service::Title());
+TEST_F(Window, ReadsTheSelectedDeviceAndMarksTheSimulation) {
+  Stage stage("B2:");
+  EXPECT_EQ(stage.window.windowTitle().toStdString(), Service::Title());
   EXPECT_EQ(stage.Find<QLineEdit>("edtKennName")->text(),
             QString::fromUtf8("B2:Schalthaus Süd T1"));
-  EXPECT_EQ(stage.Find<QLineEdit>("edtTyp")->text(), "KT-XB");
   EXPECT_TRUE(stage.Find<QLabel>("lblBanner")->isVisible());
-  stage.Find<QPushButton>("butStatLesen")->click();
+  stage.Click("butStatLesen");
   const QJsonDocument read = programs.Run({"statistics", "--station", "B2", "--json"}).Json();
-  EXPECT_EQ(stage.service->Statistics().Counters().total, read["total"].toInt());
+  EXPECT_EQ(stage.service.Statistics().Counters().total, read["total"].toInt());
   EXPECT_GT(read["total"].toInt(), 0);
-  EXPECT_TRUE(stage.Find<QPushButton>("butTapStat2Clip")->isEnabled());
 }
 
-TEST(Window, IsClosedInTheMiddleOfAReading) {
-  const Programs programs;
+TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   ScriptedDevice device;
-  device.answer = &WithoutStatistics;
+  device.answer = [](const QByteArray& line) {
+    return line.contains("fori") ? QByteArray() : ScriptedDevice::Reply(line, "AA:Nord");
+  };
   programs.UseTcp(device.Port());
-  Stage stage(programs, "AA:");
-  ASSERT_TRUE(stage.Selected());
+  Stage stage("AA:");
   EXPECT_FALSE(stage.Find<QLabel>("lblBanner")->isVisible()) << "a real device";
-  EXPECT_EQ(stage.Find<QLineEdit>("edtKennName")->text(), "AA:Nord <b>1</b>") << "as plain text";
 
   // All from inside the wait: clicks start nothing, closing ends it.
   QTimer meddling;
   QObject::connect(&meddling, &QTimer::timeout, [&] {
-    if (!stage.service->ServerLink().Busy()) return;
-    stage.Find<QPushButton>("butStatLesen")->click();
-    stage.Find<QPushButton>("butDeviceSelect")->click();
-    stage.window->close();
+    if (!stage.service.ServerLink().Busy()) return;
+    stage.Click("butStatLesen");
+    stage.Click("butDeviceSelect");
+    stage.window.close();
   });
   meddling.start(20);
-  QTimer::singleShot(0, [&] { stage.Find<QPushButton>("butStatLesen")->click(); });
+  QTimer::singleShot(0, [&] { stage.Click("butStatLesen"); });
   EXPECT_TRUE(stage.RunToTheEnd());
-  EXPECT_FALSE(stage.service->ServerLink().Busy());
-  EXPECT_FALSE(stage.window->isVisible());
+  EXPECT_FALSE(stage.service.ServerLink().Busy());
+  EXPECT_FALSE(stage.window.isVisible());
 }
 
-TEST(Window, EndsWhenTheServerIsStopped) {
-  const Programs programs;
-  Stage stage(programs, "AA:");
-  ASSERT_TRUE(stage.Selected());
+TEST_F(Window, EndsWhenTheServerIsStopped) {
+  Stage stage("AA:");
   EXPECT_EQ(programs.Run({"server", "stop"}).status, 0);
   EXPECT_TRUE(stage.RunToTheEnd());
 }
 
-TEST(Window, AfterALostLinkTheNextReadingConnectsAgain) {
-  const Programs programs;
-  Stage stage(programs, "AA:");
-  ASSERT_TRUE(stage.Selected());
+TEST_F(Window, AfterALostLinkConnectsAgainToWhatIsTheCurrentConnectionThen) {
+  Stage stage("AA:");
   ASSERT_EQ(kill(programs.ServerPid(), SIGKILL), 0);
-  stage.Find<QPushButton>("butStatLesen")->click();
-  EXPECT_GT(stage.service->Statistics().Counters().total, 0);
-}
-
-TEST(Window, TheMarkOfTheSimulationFollowsAConnectionThatAnotherServerOpens) {
-  const Programs programs;
-  Stage stage(programs, "AA:");
-  ASSERT_TRUE(stage.Selected());
-  ASSERT_TRUE(stage.service->Simulated());
+  stage.Click("butStatLesen");
+  EXPECT_GT(stage.service.Statistics().Counters().total, 0);
+  EXPECT_TRUE(stage.service.Simulated());
   ASSERT_EQ(kill(programs.ServerPid(), SIGKILL), 0);
   ScriptedDevice device;
   programs.UseTcp(device.Port());
-  EXPECT_TRUE(stage.service->ConnectionOpen());
-  EXPECT_FALSE(stage.service->Simulated());
+  EXPECT_TRUE(stage.service.ConnectionOpen());
+  EXPECT_FALSE(stage.service.Simulated());
+}
+
+TEST_F(Window, StandsOnTheSameServiceWithoutAServerProgram) {
+  kit::World world;
+  std::ofstream(world.desktop.folder / "OstrelTESK.dll") << "x";
+  RegistrySettings settings;
+  ServerFactory factory;
+  EventClock clock;
+  Service service({settings, factory, world.dialogs, clock, world.desktop},
+                  {.connection = {}, .language = {}, .chooser = false});
+  ASSERT_TRUE(service.DeviceSelectByAddress("B3:")) << world.dialogs.Numbers();
+  EXPECT_EQ(service.Selected().KennName(), "B3:Kraftwerk Aue");
+  EXPECT_TRUE(service.Statistics().Read());
+  EXPECT_GT(service.Statistics().Counters().total, 0);
+  EXPECT_FALSE(service.DeviceSelectByAddress("ZZ:"));
+  EXPECT_EQ(world.dialogs.Numbers(), "20013");
+  EXPECT_FALSE(QFileInfo::exists(SocketPath())) << "no server program runs";
 }
 
 }  // namespace

@@ -47,25 +47,25 @@ class ScriptedServer : public AutomationObject {
   }
 
   AutomationResult Get(std::string_view property, const Values&) override {
-    return {property == "CTimeout" ? script_.timeout
-            : property == "CFrame" ? script_.frame
-                                   : script_.translate,
-            0,
-            {}};
+    return {Property(property), 0, {}};
   }
 
   AutomationResult Put(std::string_view property, const Values&, const Value& value) override {
     if (const auto fail = script_.fails.find(std::string(property)); fail != script_.fails.end()) {
       return fail->second;
     }
-    int& target = property == "CTimeout" ? script_.timeout
-                  : property == "CFrame" ? script_.frame
-                                         : script_.translate;
-    target = std::get<int>(value);
+    Property(property) = std::get<int>(value);
     return {};
   }
 
+ protected:
+  ServerScript& script_;
+
  private:
+  int& Property(std::string_view name) {
+    if (name == "CTimeout") return script_.timeout;
+    return name == "CFrame" ? script_.frame : script_.translate;
+  }
   int Status() const {
     if (!line_) return 3;
     return script_.answers.count(*line_) != 0 && clock_.tickMs >= readyAt_ ? 0 : 1;
@@ -86,24 +86,18 @@ class ScriptedServer : public AutomationObject {
     return {answer == script_.answers.end() ? std::string() : answer->second, 0, {}};
   }
 
-  ServerScript& script_;
   ManualClock& clock_;
   std::optional<std::string> line_;
   std::int64_t readyAt_ = 0;
 };
 
-class ScriptedChooser : public AutomationObject {
+class ScriptedChooser : public ScriptedServer {
  public:
-  explicit ScriptedChooser(ServerScript& script) : script_(script) {}
+  using ScriptedServer::ScriptedServer;
   AutomationResult Call(std::string_view, const Values& arguments) override {
     script_.choosers.push_back(AutomationResult{arguments.at(2), 0, {}}.Text());
     return {Next<std::string>(script_.chosen, ""), 0, {}};
   }
-  AutomationResult Get(std::string_view, const Values&) override { return {}; }
-  AutomationResult Put(std::string_view, const Values&, const Value&) override { return {}; }
-
- private:
-  ServerScript& script_;
 };
 
 }  // namespace
@@ -154,7 +148,6 @@ std::optional<std::string> ScriptedDialogs::ChooseFile(FileDialogKind, const std
 
 void ScriptedDialogs::SetBusy(bool on) {
   busy += on ? 1 : -1;
-  busySeen += on ? 1 : 0;
 }
 
 std::string ScriptedDialogs::Numbers() const {
@@ -167,7 +160,8 @@ std::string ScriptedDialogs::Numbers() const {
 
 AutomationFactory::Created ScriptedFactory::Create(std::string_view className) {
   script_.created.emplace_back(className);
-  if (className.ends_with(".Chooser")) return {std::make_unique<ScriptedChooser>(script_), {}};
+  if (className.ends_with(".Chooser"))
+    return {std::make_unique<ScriptedChooser>(script_, clock_), {}};
   if (script_.failingCreations > 0) {
     --script_.failingCreations;
     return {nullptr, "attempt failed"};
@@ -175,17 +169,17 @@ AutomationFactory::Created ScriptedFactory::Create(std::string_view className) {
   return {std::make_unique<ScriptedServer>(script_, clock_), {}};
 }
 
-ProgramFolder::ProgramFolder() {
+TemporaryDesktop::TemporaryDesktop() {
   std::string name = (std::filesystem::temp_directory_path() / "ostrel-test-XXXXXX").string();
-  path = mkdtemp(name.data());
+  folder = mkdtemp(name.data());
   for (const char* language : {"deutsch", "english", "francais"}) {
-    std::filesystem::create_directory(path / language);
+    std::filesystem::create_directory(folder / language);
   }
 }
 
-ProgramFolder::~ProgramFolder() {
+TemporaryDesktop::~TemporaryDesktop() {
   std::error_code ignored;
-  std::filesystem::remove_all(path, ignored);
+  std::filesystem::remove_all(folder, ignored);
 }
 
 }  // namespace ostrel::kit

@@ -57,7 +57,7 @@ class ScriptedDialogs : public Dialogs {
                                         const std::string& filter,
                                         const std::string& folder) override;
   void SetBusy(bool on) override;
-  void ToClipboard(const std::string& text, const std::string&) override { clipboard = text; }
+  void ToClipboard(const std::string&, const std::string&) override {}
 
   /// The numbers of the messages shown, e.g. "10012 1280".
   std::string Numbers() const;
@@ -66,8 +66,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<std::string> asked;
   std::vector<bool> yesNo;
   std::vector<std::string> files;
-  std::string clipboard;
-  int busy = 0, busySeen = 0;
+  int busy = 0;
 };
 
 /// What the scripted server does and what it saw. It outlives the objects made of it.
@@ -96,34 +95,23 @@ class ScriptedFactory : public AutomationFactory {
   ManualClock& clock_;
 };
 
-class FixedDesktop : public Desktop {
+/// A temporary folder with the language folders of an installation, removed at the end.
+class TemporaryDesktop : public Desktop {
  public:
+  TemporaryDesktop();
+  ~TemporaryDesktop() override;
   std::filesystem::path ProgramFolder() const override { return folder; }
   std::filesystem::path folder;
 };
 
-/// A temporary folder with the language folders of an installation, removed at the end.
-class ProgramFolder {
- public:
-  ProgramFolder();
-  ~ProgramFolder();
-  ProgramFolder(const ProgramFolder&) = delete;
-  ProgramFolder& operator=(const ProgramFolder&) = delete;
-  std::filesystem::path path;
-};
-
 /// The whole world of one Service.
 struct World {
-  World() { desktop.folder = folder.path; }
-  Ports AsPorts() { return {settings, factory, dialogs, clock, desktop}; }
-
-  ProgramFolder folder;
   MemorySettings settings;
   ManualClock clock;
   ServerScript server;
   ScriptedFactory factory{server, clock};
   ScriptedDialogs dialogs;
-  FixedDesktop desktop;
+  TemporaryDesktop desktop;
 };
 
 }  // namespace ostrel::kit

@@ -10,27 +10,16 @@ namespace ostrel {
 namespace {
 
 Connection Tcp(const std::string& name, const std::string& host, int port) {
-  Connection connection;
-  connection.name = name;
-  connection.kind = "tcp";
-  connection.host = host;
-  connection.port = port;
-  return connection;
-}
-
-TEST(Connections, AnEmptyStoreMeansTheSimulator) {
-  kit::MemorySettings settings;
-  Connections connections(settings);
-  ASSERT_EQ(connections.List().size(), 1u);
-  ASSERT_TRUE(connections.Find(""));
-  EXPECT_TRUE(connections.Find("")->Simulated());
-  EXPECT_FALSE(connections.Find("elsewhere"));
-  EXPECT_FALSE(connections.Remove("Simulator"));
+  return {name, "tcp", host, port, {}};
 }
 
 TEST(Connections, AddUseRemove) {
   kit::MemorySettings settings;
   Connections connections(settings);
+  ASSERT_TRUE(connections.Find("")) << "the built-in one";
+  EXPECT_TRUE(connections.Find("")->Simulated());
+  EXPECT_FALSE(connections.Remove("Simulator"));
+  EXPECT_FALSE(connections.Find("Werk"));
   ASSERT_TRUE(connections.Add(Tcp("Werk", "192.0.2.7", 4001)));
   EXPECT_EQ(connections.List().size(), 2u);
   EXPECT_TRUE(connections.Use("WERK")) << "case is ignored";
@@ -50,32 +39,25 @@ TEST(Connections, AddUseRemove) {
 TEST(Connections, FaultyDataAreRefused) {
   kit::MemorySettings settings;
   Connections connections(settings);
-  Connection serial;
-  serial.name = "line";
-  serial.kind = "serial";
-  serial.device = "/dev/ttyUSB0";
-  EXPECT_TRUE(Connections::Valid(serial));
-  Connection noDevice = serial, badParity = serial, badBaud = serial, badKind = serial;
-  noDevice.device.clear();
-  badParity.parity = "some";
-  badBaud.baud = 0;
-  badKind.kind = "modem";
-  const Connection cases[] = {
-      noDevice,
-      badParity,
-      badBaud,
-      badKind,
-      Tcp("", "h", 1),
-      Tcp("a\\b", "h", 1),
-      Tcp("a/b", "h", 1),
-      Tcp("a\nb", "h", 1),
-      Tcp("t", "", 1),
-      Tcp("t", "h", 0),
-      Tcp("t", "h", 65536),
-      Tcp(" t", "h", 1),
+  const std::pair<Connection, int> cases[] = {
+      {{"t", "serial", "", 0, "", 1}, text::kDeviceProblem},
+      {{"t", "serial", "", 0, "/dev/x", 0}, text::kBaudProblem},
+      {{"t", "serial", "", 0, "/dev/x", 1, "some"}, text::kFramingProblem},
+      {{"t", "serial", "", 0, "/dev/x", 1, "even", "3"}, text::kFramingProblem},
+      {{"t", "modem", "h", 1, {}}, text::kKindProblem},
+      {Tcp("", "h", 1), text::kNameProblem},
+      {Tcp("a\\b", "h", 1), text::kNameProblem},
+      {Tcp("a/b", "h", 1), text::kNameProblem},
+      {Tcp("a\nb", "h", 1), text::kNameProblem},
+      {Tcp(" t", "h", 1), text::kNameProblem},
+      {Tcp("t", "", 1), text::kHostProblem},
+      {Tcp("t", "h", 0), text::kPortProblem},
+      {Tcp("t", "h", 65536), text::kPortProblem},
+      {{"t", "serial", "", 0, "/dev/x", 1, "even", "1.5"}, 0},
   };
-  for (const Connection& connection : cases) {
-    EXPECT_FALSE(connections.Add(connection)) << connection.name << " " << connection.Target();
+  for (const auto& [connection, problem] : cases) {
+    EXPECT_EQ(connections.Problem(connection), problem) << connection.name << connection.Target();
+    EXPECT_EQ(connections.Add(connection), problem == 0) << connection.name << connection.Target();
   }
 }
 
@@ -131,7 +113,7 @@ TEST(ConnectionTest, SaysWhichStepFailedAndWhatMendsIt) {
     kit::World world;
     Messages messages(world.dialogs);
     messages.SetFactor(1);
-    ConnectionTest tester(world.factory, world.settings, world.clock, world.folder.path);
+    ConnectionTest tester(world.factory, world.settings, world.clock, world.desktop.folder);
     if (c.answer != nullptr) world.server.answers["AA:dirn_"] = c.answer;
     if (!c.raised.Ok()) world.server.fails[c.member] = c.raised;
     if (std::string(c.member) == "create") world.server.failingCreations = 9;
@@ -146,22 +128,6 @@ TEST(ConnectionTest, SaysWhichStepFailedAndWhatMendsIt) {
     EXPECT_EQ(world.server.closed, std::ssize(world.server.opened)) << "the channel stays open";
     EXPECT_TRUE(world.dialogs.shown.empty() && world.server.choosers.empty()) << told;
   }
-}
-
-TEST(ConnectionTest, IsGivenUpAndThenRunsAgain) {
-  kit::World world;
-  ConnectionTest tester(world.factory, world.settings, world.clock, world.folder.path);
-  int second = 0;
-  world.clock.onEvents = [&] {
-    second = tester.Run("").code;
-    tester.GiveUp();
-  };
-  EXPECT_EQ(tester.Run("").code, text::kExchangeGivenUp);
-  EXPECT_EQ(second, text::kExchangeUnderWay);
-  EXPECT_EQ(world.server.opened, std::vector<std::string>{"Simulator"});
-  world.clock.onEvents = nullptr;
-  world.server.answers["AA:dirn_"] = "AA:Nord";
-  EXPECT_TRUE(tester.Run("").Ok());
 }
 
 }  // namespace

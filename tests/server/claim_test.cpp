@@ -1,6 +1,4 @@
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <QFile>
@@ -14,21 +12,6 @@ namespace {
 int ModeOf(const QString& path) {
   struct stat info {};
   return stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : -1;
-}
-
-constexpr uid_t kNobody = 65534;
-
-/// A socket that another user has connected; negative when that did not succeed.
-int ConnectAsNobody(const QByteArray& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  qstrncpy(address.sun_path, path.constData(), sizeof(address.sun_path));
-  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (seteuid(kNobody) != 0) return -1;
-  const auto* where = reinterpret_cast<const sockaddr*>(&address);
-  const int connected = connect(descriptor, where, sizeof(address));
-  EXPECT_EQ(seteuid(0), 0);
-  return connected == 0 ? descriptor : -1;
 }
 
 struct Claim : testing::Test {
@@ -64,12 +47,13 @@ TEST_F(Claim, AnotherUserIsTurnedAwayEvenWhereTheModesLetHimIn) {
   for (const QString& open : {folder.path(), folder.path() + "/ostrel", path}) {
     ASSERT_EQ(chmod(QFile::encodeName(open).constData(), 0777), 0);
   }
-  const int descriptor = ConnectAsNobody(QFile::encodeName(path));
-  ASSERT_GE(descriptor, 0);
   QLocalSocket stranger;
   bool answered = false;
   QObject::connect(&stranger, &QLocalSocket::readyRead, [&answered] { answered = true; });
-  ASSERT_TRUE(stranger.setSocketDescriptor(descriptor));
+  ASSERT_EQ(seteuid(65534), 0);
+  stranger.connectToServer(path);
+  ASSERT_EQ(seteuid(0), 0);
+  ASSERT_EQ(stranger.state(), QLocalSocket::ConnectedState);
   stranger.write("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"COpenLocked\"}\n");
   EXPECT_TRUE(WaitUntil([&] { return stranger.state() == QLocalSocket::UnconnectedState; }));
   EXPECT_FALSE(answered);

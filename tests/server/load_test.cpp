@@ -1,9 +1,7 @@
 // Many clients at once, and many that go without a word, on the real server.
 
-#include <dirent.h>
-
+#include <QDir>
 #include <QFile>
-#include <set>
 
 #include "end_to_end/programs.h"
 #include "fixture.h"
@@ -34,44 +32,28 @@ class Load : public testing::Test {
     EXPECT_EQ(server->exitCode(), 0) << server->readAllStandardError().toStdString();
   }
 
-  /// Of the server, in /proc.
-  QString About(const char* what) const {
-    return QStringLiteral("/proc/%1/%2").arg(server->processId()).arg(QLatin1String(what));
-  }
-  int OpenFiles() const {
-    int count = 0;
-    DIR* folder = opendir(QFile::encodeName(About("fd")).constData());
-    while (folder != nullptr && readdir(folder) != nullptr) ++count;
-    if (folder != nullptr) closedir(folder);
-    return count;
+  QString About() const { return QStringLiteral("/proc/%1/").arg(server->processId()); }
+  qsizetype OpenFiles() const {
+    return QDir(About() + "fd").entryList(QDir::AllEntries | QDir::System).size();
   }
   long MemoryKib() const {
-    QFile status(About("status"));
-    if (!status.open(QIODevice::ReadOnly)) return 0;
+    QFile status(About() + "status");
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
     const QByteArray text = status.readAll();
     return text.mid(text.indexOf("VmRSS:") + 6).trimmed().split(' ').first().toLong();
   }
 
-  /// A client that has come so far is gone before anybody answers it.
+  /// A client that has come so far is gone before anybody answers it: with half a request, while
+  /// its channel is opened, in the middle of an exchange, with the online channel.
   void Die(int number) const {
     Client client(path);
-    switch (number % 5) {
-      case 0:  // half a request
-        client.socket.write("{\"jsonrpc\":\"2.0\",\"id\":1,\"met");
-        break;
-      case 1:  // while its channel is opened
-        client.socket.write(rpc::EncodeRequest(1, "COpen", {std::string("Bus"), 2}));
-        break;
-      case 2:  // in the middle of an exchange
-      case 3:  // with the online channel
-      {
-        const int channel = client.Call("COpen", {"Bus", number % 5}).toInt();
-        ASSERT_GT(channel, 0) << "client " << number;
-        client.socket.write(rpc::EncodeRequest(0, "CSend", {channel, std::string("AA:lost")}));
-        break;
-      }
-      default:  // without a request
-        break;
+    const int way = number % 4;
+    if (way == 0) client.socket.write("{\"jsonrpc\":\"2.0\",\"id\":1,\"met");
+    if (way == 1) client.socket.write(rpc::EncodeRequest(1, "COpen", {std::string("Bus"), 2}));
+    if (way >= 2) {
+      const int channel = client.Call("COpen", {"Bus", way}).toInt();
+      ASSERT_GT(channel, 0) << "client " << number;
+      client.socket.write(rpc::EncodeRequest(0, "CSend", {channel, std::string("AA:lost")}));
     }
     client.socket.flush();
     client.socket.abort();
@@ -95,51 +77,33 @@ class Load : public testing::Test {
   std::unique_ptr<QProcess> server;
 };
 
-struct Worker {
-  explicit Worker(const QString& path) : client(path) {}
-
-  std::string Line() const { return "AA:" + std::to_string(channel) + "." + std::to_string(done); }
-  void Send() { client.socket.write(rpc::EncodeRequest(0, "CSend", {channel, Line()})); }
-  /// Takes the answers that are there, and sends the next line after each.
-  int Advance() {
-    int answers = 0;
-    for (; !client.notices.empty(); ++answers) {
-      const QJsonObject notice = client.Notice();
-      EXPECT_EQ(notice["answer"].toString().toStdString(), "re " + Line());
-      EXPECT_EQ(notice["channel"], channel);
-      EXPECT_EQ(notice["exchange"], ++done);
-      if (done < kExchanges) Send();
-    }
-    return answers;
-  }
-
-  Client client;
-  int channel = 0;
-  int done = 0;
-};
-
 TEST_F(Load, EachOfManyClientsGetsTheAnswersToItsOwnLines) {
-  std::vector<std::unique_ptr<Worker>> workers;
-  for (int i = 0; i < kClients; ++i) {
-    workers.push_back(std::make_unique<Worker>(path));
-    workers.back()->channel = workers.back()->client.Call("COpen", {"Bus", 2}).toInt();
+  std::vector<std::unique_ptr<Client>> clients;
+  for (int channel = 1; channel <= kClients; ++channel) {
+    clients.push_back(std::make_unique<Client>(path));
+    ASSERT_EQ(clients.back()->Call("COpen", {"Bus", 2}), channel);
   }
-  for (const auto& worker : workers) worker->Send();
-  int answers = 0;
-  const auto advance = [&] {
-    const int before = answers;
-    for (const auto& worker : workers) answers += worker->Advance();
-    return answers > before;
-  };
-  while (answers < kClients * kExchanges) ASSERT_TRUE(WaitUntil(advance)) << answers;
-  EXPECT_EQ(std::ssize(device.lines), answers);
-  EXPECT_EQ(std::ssize(std::set(device.lines.begin(), device.lines.end())), answers);
+  for (int round = 1; round <= kExchanges; ++round) {
+    const auto line = [round](int channel) {
+      return "AA:" + std::to_string(channel) + "." + std::to_string(round);
+    };
+    for (int channel = 1; channel <= kClients; ++channel) {
+      clients[channel - 1]->socket.write(rpc::EncodeRequest(0, "CSend", {channel, line(channel)}));
+    }
+    for (int channel = 1; channel <= kClients; ++channel) {
+      const QJsonObject notice = clients[channel - 1]->Notice();
+      EXPECT_EQ(notice["answer"].toString().toStdString(), "re " + line(channel));
+      EXPECT_EQ(notice["channel"], channel);
+      EXPECT_EQ(notice["exchange"], round);
+    }
+  }
+  EXPECT_EQ(std::ssize(device.lines), kClients * kExchanges) << "every line once";
 }
 
 TEST_F(Load, ClientsThatDieLeaveNothingBehind) {
   Client watch(path);
   watch.Call("COpenLocked");  // it has been let in
-  const int filesBefore = OpenFiles();
+  const qsizetype filesBefore = OpenFiles();
   DieAndSettle(kWarmUp, watch);
   const long memoryBefore = MemoryKib();
   DieAndSettle(kDeaths, watch);
@@ -152,24 +116,15 @@ TEST_F(Load, ClientsThatDieLeaveNothingBehind) {
 
 class Death : public ServerTest {};
 
-TEST_F(Death, GivesTheOnlineChannelToWhoeverComesNext) {
-  Client other(path), next(path);
+TEST_F(Death, LeavesNoHalfLineInFrontOfTheNextOne) {
+  Client other(path), owner(path);
   const int channel = other.Call("COpen", {"Tcp", 2}).toInt();
   EXPECT_EQ(other.Exchange(channel, "AA:before"), "re AA:before");
-  {
-    Client owner(path);
-    const int online = owner.Call("COpen", {"Tcp", 3}).toInt();
-    owner.Call("CSend", {online, "lost\r"});
-    EXPECT_EQ(next.Code("COpen", {"Tcp", 3}), 10018);
-    owner.socket.abort();
-  }
+  const int online = owner.Call("COpen", {"Tcp", 3}).toInt();
   EXPECT_EQ(other.Notice()["enabled"], true);
-  EXPECT_EQ(other.Notice()["enabled"], false);
-  const int online = next.Call("COpen", {"Tcp", 3}).toInt();
-  EXPECT_EQ(other.Notice()["enabled"], true);
-  next.Call("CSend", {online, "half a li"});
-  next.Call("CSend", {online, "ne"});
-  next.socket.abort();
+  owner.Call("CSend", {online, "half a li"});
+  owner.Call("CSend", {online, "ne"});
+  owner.socket.abort();
   EXPECT_EQ(other.Notice()["enabled"], false);
   EXPECT_EQ(other.Exchange(channel, "AA:own"), "re AA:own");
   EXPECT_EQ(device.lines.back(), "AA:own") << "behind what was left in the device";

@@ -37,8 +37,9 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
   Client client(path);
   client.Call("COpen", {"Tcp"});
   client.Call("COpen", {"Tcp"});
-  device.answer = [](const QByteArray& line) {
-    const bool gone = line.startsWith("C");
+  int asked = 0;  // for D1, which goes after the first time
+  device.answer = [&asked](const QByteArray& line) {
+    const bool gone = line.startsWith("C") || (line == "D1::" && ++asked > 1);
     return ScriptedDevice::Reply(line, gone ? "<<no station>>" : "re " + line);
   };
   const struct {
@@ -53,7 +54,8 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
       {1, "ver.", {"B1::", "ver."}, "re ver."},  {0, "", {}, ""},
       {1, "ver.", {"B1::", "ver."}, "re ver."},  {1, "C3::", {"C3::"}, "<<no station>>"},
       {1, "ver.", {"B1::", "ver."}, "re ver."},  {2, "C3::", {"C3::"}, "<<no station>>"},
-      {2, "x", {"AA::", "x"}, "re x"},
+      {2, "x", {"AA::", "x"}, "re x"},           {1, "D1::", {"D1::"}, "re D1::"},
+      {2, "x", {"AA::", "x"}, "re x"},           {1, "reset", {"D1::"}, "<<no station>>"},
   };
   for (const auto& step : steps) {
     device.lines.clear();
@@ -68,16 +70,8 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
     EXPECT_EQ(client.Exchange(step.channel, step.line), step.answer) << step.line;
     EXPECT_EQ(device.lines, step.seen) << step.line << " on channel " << step.channel;
   }
-  // A station that has gone: the line must not reach another one.
-  client.Exchange(1, "B1::");
-  client.Exchange(2, "AA::");
-  device.lines.clear();
-  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "<<gone>>"); };
-  EXPECT_EQ(client.Exchange(1, "reset"), "<<gone>>");
-  EXPECT_EQ(device.lines, Lines{"B1::"});
   // Whoever uses the devices next finds the connected one current.
-  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "ok"); };
-  client.Exchange(1, "ver.");
+  client.Exchange(1, "B1::");
   device.lines.clear();
   client.Call("CClose", {1});
   client.Call("CClose", {2});

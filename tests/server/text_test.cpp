@@ -5,6 +5,7 @@
 #include "link/line_rules.h"
 #include "server/json_rpc.h"
 #include "server/line_text.h"
+#include "server/request_reader.h"
 
 namespace ostrel {
 namespace {
@@ -73,27 +74,70 @@ TEST(JsonRpc, AcceptsRequestsAndSaysWhatIsWrongWithTheOthers) {
 }
 
 TEST(JsonRpc, KeepsEveryCharacterOnOneLine) {
+  const auto onlyLine = [](const QByteArray& message) {
+    EXPECT_EQ(message.indexOf('\n'), message.size() - 1);
+    return QJsonDocument::fromJson(message);
+  };
   std::string ascii;
   for (int code = 0; code < 0x80; ++code) ascii += static_cast<char>(code);
-  for (const std::string& text : {"ä" + ascii, ascii, std::string("\uFEFF\"\uFEFF\uFFFF😀")}) {
-    const std::pair<QByteArray, const char*> messages[] = {
-        {rpc::EncodeStatus({1, 5, 0, text, 0, {}}), "answer"},
-        {rpc::EncodeStatus({1, 5, 3, {}, -1, text}), "message"},
-        {rpc::EncodeRefusal({{}, -1, text}), "message"},
-        {rpc::EncodeResult(1, {text, 0, {}}), "result"},
+  for (const std::string& text : {"ä" + ascii, ascii, std::string("\uFEFFa\uFEFF\uFFFF😀")}) {
+    const QJsonValue shown[] = {
+        onlyLine(rpc::EncodeStatus({1, 5, 0, text, 0, {}}))["params"]["answer"],
+        onlyLine(rpc::EncodeStatus({1, 5, 3, {}, -1, text}))["params"]["error"]["message"],
+        onlyLine(rpc::EncodeRefusal({{}, -1, text}))["error"]["message"],
+        onlyLine(rpc::EncodeResult(1, {text, 0, {}}))["result"],
     };
-    for (const auto& [line, name] : messages) {
-      EXPECT_EQ(line.indexOf('\n'), line.size() - 1);
-      QJsonObject holder = QJsonDocument::fromJson(line).object();
-      for (const char* inner : {"params", "error"}) {
-        if (holder.contains(inner)) holder = holder.value(QLatin1String(inner)).toObject();
-      }
-      EXPECT_EQ(holder[name].toString().toStdString(), text) << line.toStdString();
-    }
+    for (const QJsonValue& value : shown) EXPECT_EQ(value.toString().toStdString(), text);
     const auto parsed = rpc::Parse(rpc::EncodeRequest(0, text, {text}));
     ASSERT_TRUE(std::holds_alternative<rpc::Request>(parsed)) << text;
     EXPECT_EQ(std::get<rpc::Request>(parsed).method, text);
     EXPECT_EQ(std::get<rpc::Request>(parsed).arguments, Values{text});
+  }
+}
+
+const QByteArray kCall = R"({"jsonrpc":"2.0","method":"m"})";  // 30 bytes
+
+/// What is read, a word each: the method, or the code of the refusal.
+std::string Words(RequestReader& reader) {
+  std::string words;
+  while (const auto item = reader.Next()) {
+    if (!words.empty()) words += ' ';
+    const auto* refusal = std::get_if<rpc::Refusal>(&*item);
+    words +=
+        refusal != nullptr ? std::to_string(refusal->code) : std::get<rpc::Request>(*item).method;
+  }
+  return words;
+}
+
+TEST(RequestReader, ReadsTheSameHoweverTheBytesAreCut) {
+  const struct {
+    QByteArray bytes;
+    const char* words;
+  } cases[] = {
+      {"", ""},
+      {"\n \r\n\n", ""},
+      {kCall, ""},
+      {kCall + "\n", "m"},
+      {kCall + "\r\n", "m"},
+      {"\n" + kCall + "\n\n" + kCall + "\n" + kCall, "m m"},
+      {"x\n" + kCall + "\n", "-32700 m"},
+      {kCall + "  \n" + kCall + "\n", "m m"},        // as long as a line may be
+      {kCall + "   \n" + kCall + "\n", "-32600 m"},  // and a byte more
+      {QByteArray(100, ' ') + "\n" + kCall + "\n", "-32600 m"},
+      {QByteArray(100, 'x'), "-32600"},
+      {QByteArray(33, 'x') + "\n" + QByteArray(33, 'y') + "\n" + kCall + "\n", "-32600 -32600 m"},
+  };
+  for (const auto& c : cases) {
+    for (qsizetype first = 0; first <= c.bytes.size(); ++first) {
+      RequestReader reader(32);
+      std::string words;
+      for (const QByteArray& part : {c.bytes.left(first), c.bytes.mid(first)}) {
+        reader.Add(part);
+        const std::string more = Words(reader);
+        words += (words.empty() || more.empty() ? "" : " ") + more;
+      }
+      EXPECT_EQ(words, c.words) << c.bytes.toStdString() << ", cut at " << first;
+    }
   }
 }
 
