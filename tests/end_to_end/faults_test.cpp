@@ -74,7 +74,7 @@ TEST(Faults, OfEveryLineAndWhatEachOperationSays) {
       {"truncated", 10012}, {"endless", 10017},    {"drop-link", 10015}};
   std::vector<Bus> buses;
   for (const auto& fault : faults) buses.push_back({fault.first, false});
-  const std::vector<Result> results = RunOnAll(buses, "1", operations);
+  const std::vector<Result> results = RunOnAll(buses, "2", operations);
   for (std::size_t n = 0; n < std::size(faults); ++n) {
     const auto& [fault, number] = faults[n];
     for (const Outcome& outcome : results[n].outcomes) {

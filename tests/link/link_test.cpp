@@ -221,6 +221,11 @@ TEST_F(LinkTest, DefTimeoutIsCorrectedAndWrittenBack) {
     EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "DefTimeout_s", ""), written);
     EXPECT_EQ(world.settings.ReadProgram("ZubServer", "Misc", "DefTimeout_s", ""), written);
   }
+  for (const char* stored : {"9", "1"}) {
+    world.settings.WriteShared(keys::kServerMisc, "Testmode", stored);
+    link.LoadSettings();
+    EXPECT_EQ(link.TestMode(), *stored == '9') << stored;
+  }
 }
 
 TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
