@@ -1,0 +1,99 @@
+// Feeds what a host sends to a bus of simulated devices, a line of the input after the other. "@N"
+// is no line: N seconds pass.
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "require.h"
+#include "simulator/bus.h"
+#include "simulator/station.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kMaxAnswer = 1024 * 1024;
+constexpr std::size_t kMaxLines = 64;
+// So that an input stays quick: a leap may cost a day of the devices' life.
+constexpr int kMaxLeaps = 4;
+constexpr std::int64_t kLongestLeap = 4'000'000'000;  // s
+constexpr std::int64_t kLongestRestart = 60'000;      // ms
+const std::string kIdentity = "KT-X+;V2.27";
+
+/// The built-in stations without their long history, which takes its time.
+std::vector<StationData> YoungStations() {
+  constexpr int kFewChanges = 100;
+  std::vector<StationData> stations(BuiltInStations().begin(), BuiltInStations().end());
+  for (StationData& data : stations) {
+    int& changes = data.tapChanger.changesSoFar;
+    changes = std::min(changes, kFewChanges);
+  }
+  return stations;
+}
+
+/// A bus with a clock of its own.
+class Watched {
+ public:
+  void Feed(std::string_view line) {
+    if (line.starts_with('@')) {
+      Leap(line.substr(1));
+    } else {
+      Ask(line);
+    }
+  }
+
+  /// Whatever was said, the connected device is the same again after a while.
+  void Return() {
+    now_ += kLongestRestart;
+    if (Ask("AA:ver.") == kIdentity) return;
+    // It has been sent into its bootloader.
+    OSTREL_REQUIRE(answers_.back().starts_with("Error: "));
+    Ask("reset");
+    OSTREL_REQUIRE(Ask("AA:ver.") == kIdentity);
+  }
+
+  const std::vector<std::string>& Answers() const { return answers_; }
+
+ private:
+  void Leap(std::string_view number) {
+    std::int64_t seconds = 0;
+    std::from_chars(number.data(), number.data() + number.size(), seconds);
+    if (leaps_++ < kMaxLeaps) now_ += std::clamp<std::int64_t>(seconds, 0, kLongestLeap) * 1000;
+  }
+
+  const std::string& Ask(std::string_view line) {
+    const std::string& answer = answers_.emplace_back(bus_.Answer(line));
+    OSTREL_REQUIRE(answer.find('\x1a') == std::string::npos);
+    OSTREL_REQUIRE(answer.size() <= kMaxAnswer);
+    return answer;
+  }
+
+  std::int64_t now_ = 0;
+  int leaps_ = 0;
+  const std::vector<StationData> stations_ = YoungStations();
+  Bus bus_{{.clock = [this] { return now_; }, .stations = stations_}};
+  std::vector<std::string> answers_;
+};
+
+std::vector<std::string> Run(std::string_view input) {
+  Watched bus;
+  for (std::size_t n = 0; n < kMaxLines && !input.empty(); ++n) {
+    const std::string_view line = input.substr(0, input.find('\n'));
+    bus.Feed(line);
+    input.remove_prefix(std::min(input.size(), line.size() + 1));
+  }
+  bus.Return();
+  return bus.Answers();
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  OSTREL_REQUIRE(ostrel::simulator::Run(input) == ostrel::simulator::Run(input));
+  return 0;
+}
