@@ -93,6 +93,6 @@ Right NeededRight(const Program& program);
 /// login, logout, whoami
 WordTable AccessWords();
 /// The users, the exceptions, and whether lines may go to all stations.
-const VariableTable& AccessVariables();
+VariableTable AccessVariables();
 
 }  // namespace ostrel::simulator

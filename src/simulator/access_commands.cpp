@@ -1,7 +1,5 @@
 // The lines by which a device's users are shown and changed.
 
-#include <iterator>
-
 #include "simulator/access.h"
 #include "simulator/machine.h"
 #include "simulator/station.h"
@@ -15,21 +13,20 @@ constexpr int kMaxMinutes = 65535;
 // Devices from this feature number on have an interface 4; none has an interface 3.
 constexpr int kPort4Number = 130;
 
-std::string_view Unquoted(std::string_view text) {
-  const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
-  return quoted ? text.substr(1, text.size() - 2) : text;
+/// A password as it stands in the line, with its leading zeros, in quotes or without.
+std::string PasswordOf(const std::string& text) {
+  return ReadQuotedText(text).value_or(text);
 }
 
-/// A password as it stands in the line, with its leading zeros.
-std::string_view PasswordText(const std::vector<std::string>& texts, std::size_t place) {
+std::string PasswordAt(const std::vector<std::string>& texts, std::size_t place) {
   if (place >= texts.size()) throw Fault{"password missing"};
-  return Unquoted(texts[place]);
+  return PasswordOf(texts[place]);
 }
 
 void RunLogIn(Machine& machine, const Item& item) {
   const int user = IntegerArgument(machine.Evaluate(item.arguments), 0, 1, Access::kLastUser);
   if (item.arguments.size() < 2) throw Fault{"password missing"};
-  machine.Device().access.LogIn(user, Unquoted(item.arguments[1].text));
+  machine.Device().access.LogIn(user, PasswordOf(item.arguments[1].text));
 }
 
 void RunLogOut(Machine& machine, const Item&) {
@@ -47,10 +44,6 @@ constexpr Word kWords[] = {
     {"whoami", RunWhoAmI, 0, {}, false, Right::kNone},
 };
 
-bool Always(const Station&) {
-  return true;
-}
-
 /// Whether a password is set, the grant level, and the minutes until logout. User 0 is whoever is
 /// here now, so his grant is the one in force: "passwort- 0,dr,!" prints it.
 Values ReadUser(Station& station, const Values& arguments) {
@@ -62,7 +55,7 @@ Values ReadUser(Station& station, const Values& arguments) {
 
 /// "passwort 2 OLD=NEW NEW", "passwort* 2 ADMINISTRATOR'S=MINUTES GRANT".
 void WriteUser(Station& station, const WriteRequest& request) {
-  const std::string_view known = PasswordText(request.argumentTexts, 1);
+  const std::string known = PasswordAt(request.argumentTexts, 1);
   if (request.all) {
     const int user = IntegerArgument(request.arguments, 0, 0, Access::kLastUser);
     const int minutes = IntegerArgument(request.values, 0, 0, kMaxMinutes);
@@ -71,8 +64,8 @@ void WriteUser(Station& station, const WriteRequest& request) {
     return;
   }
   const int user = IntegerArgument(request.arguments, 0, 1, Access::kLastUser);
-  const std::string_view fresh = PasswordText(request.valueTexts, 0);
-  if (fresh != PasswordText(request.valueTexts, 1)) throw Fault{"passwords differ"};
+  const std::string fresh = PasswordAt(request.valueTexts, 0);
+  if (fresh != PasswordAt(request.valueTexts, 1)) throw Fault{"passwords differ"};
   station.access.SetPassword(user, known, fresh);
 }
 
@@ -89,7 +82,7 @@ int PortArgument(const Station& station, const Values& arguments) {
 /// "PWLrelease# 1", or all of them with "*" as the lines that would write them.
 Values ReadExceptions(Station& station, const Values& arguments) {
   const auto digit = [&](int port) { return station.access.IsExcepted(port) ? 1.0 : 0.0; };
-  if (arguments != Values{std::string("*")}) return {digit(PortArgument(station, arguments))};
+  if (!AskForAll(arguments)) return {digit(PortArgument(station, arguments))};
   Values lines;
   for (int port = 1; port <= Access::kLastPort; ++port) {
     if (!HasPort(station, port)) continue;
@@ -102,7 +95,7 @@ Values ReadExceptions(Station& station, const Values& arguments) {
 void WriteException(Station& station, const WriteRequest& request) {
   const int port = PortArgument(station, request.arguments);
   const bool excepted = IntegerArgument(request.values, 0, 0, 1) == 1;
-  station.access.SetExcepted(port, PasswordText(request.argumentTexts, 1), excepted);
+  station.access.SetExcepted(port, PasswordAt(request.argumentTexts, 1), excepted);
 }
 
 /// Whether a line to all stations may do all.
@@ -123,9 +116,8 @@ WordTable AccessWords() {
   return kWords;
 }
 
-const VariableTable& AccessVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable AccessVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

@@ -1,7 +1,6 @@
 #include "simulator/bootloader.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -31,14 +30,21 @@ bool EntersBootloader(const Station& station) {
   const auto entering = std::find_if(std::begin(kEntering), std::end(kEntering),
                                      [&](const auto& e) { return e.model == station.data.model; });
   return station.IsConnected() && entering != std::end(kEntering) &&
-         Compare(std::string(station.data.firmware), std::string(entering->firmware)) >= 0;
+         station.data.HasFirmware(entering->firmware);
 }
 
 /// What a device has in its RAM: not what it is, nor the time, nor the world around it.
 void CopyMemory(const Station& from, Station& to) {
   to.access = from.access;
+  to.time.zone = from.time.zone;
   to.tapChanger = from.tapChanger;
   to.eventLog = from.eventLog;
+  to.coil = from.coil;
+  to.ioMaps = from.ioMaps;
+  to.programs = from.programs;
+  to.files = from.files;
+  // The regulator itself stands in the world: its tap changer does not leap.
+  if (to.regulator) to.regulator->settings = from.regulator->settings;
 }
 
 void ResetToFactory(Station& station) {
@@ -48,17 +54,20 @@ void ResetToFactory(Station& station) {
   if (fresh.tapChanger) fresh.tapChanger->ClearStatistics();
   fresh.eventLog.Clear();
   CopyMemory(fresh, station);
+  if (station.dataLog) station.dataLog->Clear();
 }
 
 void Restart(Station& station, std::int64_t milliseconds) {
   station.access.LogOut();
+  if (station.regulator) station.regulator->Simulate(station, 0);
+  if (station.coil) station.coil->simulating = 0;
   station.boot.inBootloader = false;
   station.boot.silentUntilMs = station.nowMs + milliseconds;
 }
 
 Pieces MasterReset(Station& station) {
-  ResetToFactory(station);
   Restart(station, kMasterResetMs);
+  ResetToFactory(station);
   return {{}};
 }
 
@@ -74,24 +83,6 @@ void WriteReset(Station& station, const WriteRequest& request) {
   } else {
     throw Fault{"index out of range"};
   }
-}
-
-std::string TwoDigits(unsigned number) {
-  return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
-}
-
-/// "05.01.2026 08:00:00" of seconds since 1990-01-01 00:00:00.
-std::string DateAndTime(std::int64_t seconds) {
-  using namespace std::chrono;
-  const sys_seconds time = sys_days(1990y / 1 / 1) + std::chrono::seconds(seconds);
-  const auto day = floor<days>(time);
-  const year_month_day date(day);
-  const hh_mm_ss clock(time - day);
-  const auto digits = [](auto count) { return TwoDigits(static_cast<unsigned>(count.count())); };
-  return TwoDigits(static_cast<unsigned>(date.day())) + "." +
-         TwoDigits(static_cast<unsigned>(date.month())) + "." +
-         std::to_string(static_cast<int>(date.year())) + " " + digits(clock.hours()) + ":" +
-         digits(clock.minutes()) + ":" + digits(clock.seconds());
 }
 
 Pieces Version(Station& station) {
@@ -110,7 +101,7 @@ Pieces Backup(Station& station) {
 Pieces BackupTime(Station& station) {
   if (!station.data.bootloader.secondFlash) return {{"No 2nd flash"}};
   const auto& backup = station.boot.backup;
-  return {{backup ? DateAndTime(backup->LocalSeconds()) : "---"}};
+  return {{backup ? DateText(backup->LocalMs()) + " " + TimeText(backup->LocalMs()) : "---"}};
 }
 
 Pieces Restore(Station& station) {
@@ -134,10 +125,6 @@ constexpr Command kCommands[] = {
     {"ramrestore", Restore}, {"reset", Reset},      {"sysreset=590", MasterReset},
 };
 
-bool Always(const Station&) {
-  return true;
-}
-
 constexpr Variable kVariables[] = {{"sysreset", Always, nullptr, WriteReset}};
 
 }  // namespace
@@ -151,9 +138,8 @@ std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line) {
   return {{"Error: unknown command"}};
 }
 
-const VariableTable& ResetVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable ResetVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

@@ -26,6 +26,6 @@ struct Boot {
 std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line);
 
 /// The restarts.
-const VariableTable& ResetVariables();
+VariableTable ResetVariables();
 
 }  // namespace ostrel::simulator

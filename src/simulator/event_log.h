@@ -3,9 +3,13 @@
 #include <cstdint>
 #include <deque>
 
+#include "simulator/random.h"
+#include "simulator/variables.h"
 #include "simulator/words.h"
 
 namespace ostrel::simulator {
+
+struct TapChangerData;
 
 /// What a device notes, by its number in the log.
 enum class Event {
@@ -42,6 +46,9 @@ class EventLog {
   static constexpr std::size_t kMaxEntries = 2048;
 
   void Add(std::int64_t localMs, Event event, int value);
+  /// What happened in the days before: tap changes that end at this position, and the rest of a
+  /// station's life.
+  void AddHistory(std::int64_t localMs, const TapChangerData& changer, int position, Random random);
   void Clear() { entries_.clear(); }
   /// The newest entry first.
   const std::deque<LogEntry>& Entries() const { return entries_; }
@@ -52,5 +59,8 @@ class EventLog {
 
 /// The commands that read the log.
 WordTable EventLogWords();
+
+/// The variable that clears it.
+VariableTable EventLogVariables();
 
 }  // namespace ostrel::simulator

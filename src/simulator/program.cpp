@@ -107,6 +107,16 @@ void ParseWord(Item& item) {
   item.run = fits ? item.word->run : RunUnknown;
 }
 
+/// "name *" and "name*" list all elements of a variable, as "name# *" does.
+void ParseListing(Item& item) {
+  constexpr std::string_view kAll = "*";
+  if (item.name.ends_with(kAll) && item.arguments.empty()) {
+    item.name.pop_back();
+    item.arguments.push_back(ParseOperand(kAll));
+  }
+  if (item.arguments.size() == 1 && item.arguments.front().text == kAll) item.run = RunReadAndPrint;
+}
+
 /// A name, what its end asks for, and its arguments.
 Item ParseNamed(std::string_view text) {
   Item item;
@@ -133,6 +143,7 @@ Item ParseNamed(std::string_view text) {
   }
   item.name = LowerCase(name);
   ParseWord(item);
+  if (!item.word) ParseListing(item);
   return item;
 }
 

@@ -8,7 +8,13 @@
 
 #include "simulator/access.h"
 #include "simulator/bootloader.h"
+#include "simulator/data_log.h"
+#include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
+#include "simulator/io_map.h"
+#include "simulator/programs.h"
+#include "simulator/regulator.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
@@ -24,6 +30,10 @@ struct StationData {
   TapChangerData tapChanger = {};
   AccessData access = {};
   BootloaderData bootloader = {};
+  std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
+
+  /// Whether it has this firmware or a later one.
+  bool HasFirmware(std::string_view first) const;
 };
 
 /// Of the device that is physically connected; all others are reached over the bus.
@@ -43,16 +53,25 @@ struct Station {
   bool IsSilent() const { return nowMs < boot.silentUntilMs; }
   /// Its firmware answers.
   bool IsServing() const { return !IsSilent() && !boot.inBootloader; }
-  /// Local time, since 1990-01-01 00:00:00.
-  std::int64_t LocalSeconds() const { return startLocal + nowMs / 1000; }
+  /// The device's own clock, in milliseconds since 1990-01-01 00:00:00.
+  std::int64_t LocalMs() const { return time.LocalMs(nowMs); }
+  /// Writes to the event log, with the time of the device's clock.
+  void Note(Event event, int value) { eventLog.Add(LocalMs(), event, value); }
 
   std::string address;  ///< in capitals, without colon
   StationData data;
   std::int64_t nowMs = 0;  ///< simulated, since the bus began
   std::uint64_t seed = 0;
   std::int64_t startLocal = 0;  ///< local time at 0 ms, seconds since 1990-01-01 00:00:00
+  DeviceTime time;
   std::optional<TapChanger> tapChanger;
+  std::optional<Regulator> regulator;
+  std::optional<CoilController> coil;
   EventLog eventLog;
+  std::optional<DataLog> dataLog;
+  std::optional<IoMaps> ioMaps;
+  std::optional<Programs> programs;
+  FileStore files;
   Access access;
   Boot boot;
 };

@@ -46,8 +46,9 @@ Values ReadTotalUnderLoad(Station& station, const Values&) {
 
 void ClearCounters(Station& station, const WriteRequest& request) {
   if (!request.all) throw Fault{"all (*) is missing"};
-  IntegerArgument(request.values, 0, 0, 0);
+  WrittenNumber(request.values, 0, 0, 1);
   station.tapChanger->ClearStatistics();
+  station.Note(Event::kStatisticsCleared, 0);
 }
 
 constexpr Variable kVariables[] = {
@@ -84,9 +85,8 @@ void TapChanger::ClearStatistics() {
   total_ = totalUnderLoad_ = 0;
 }
 
-const VariableTable& TapVariables() {
-  static const VariableTable table(std::begin(kVariables), std::end(kVariables));
-  return table;
+VariableTable TapVariables() {
+  return kVariables;
 }
 
 }  // namespace ostrel::simulator

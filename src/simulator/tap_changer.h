@@ -30,10 +30,10 @@ class TapChanger {
   std::uint16_t Total() const { return total_; }
   std::uint16_t TotalUnderLoad() const { return totalUnderLoad_; }
   void ClearStatistics();
-
- private:
+  /// A change to a position between First() and Last().
   void Count(int position, bool underLoad);
 
+ private:
   int first_;
   std::vector<std::uint16_t> counters_;
   std::uint16_t total_ = 0;
@@ -41,6 +41,6 @@ class TapChanger {
 };
 
 /// The statistics' variables, which a device without tap changer lacks.
-const VariableTable& TapVariables();
+VariableTable TapVariables();
 
 }  // namespace ostrel::simulator

@@ -81,6 +81,26 @@ int Compare(const Value& left, const Value& right) {
   return order;
 }
 
+std::string QuoteText(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) {
+    quoted += c;
+    if (c == '"') quoted += c;
+  }
+  return quoted + '"';
+}
+
+std::optional<std::string> ReadQuotedText(std::string_view quoted) {
+  if (quoted.size() < 2 || quoted.front() != '"' || quoted.back() != '"') return std::nullopt;
+  quoted = quoted.substr(1, quoted.size() - 2);
+  std::string text;
+  for (std::size_t n = 0; n < quoted.size(); ++n) {
+    if (quoted[n] == '"' && quoted.substr(++n, 1) != "\"") return std::nullopt;
+    text += quoted[n];
+  }
+  return text;
+}
+
 std::string LowerCase(std::string_view text) {
   std::string result(text);
   for (char& c : result) {

@@ -28,6 +28,11 @@ std::string FormatValue(const Value& value);
 /// Below 0, 0 or above 0. Two numbers compare as numbers; else dotted texts field by field.
 int Compare(const Value& left, const Value& right);
 
+/// A text between double quotes as it stands in a line; quotes inside are doubled.
+std::string QuoteText(std::string_view text);
+/// The text that stands so in a line; nothing when it does not.
+std::optional<std::string> ReadQuotedText(std::string_view quoted);
+
 std::string LowerCase(std::string_view text);
 std::string_view TrimBlanks(std::string_view text);
 

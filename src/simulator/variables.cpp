@@ -4,16 +4,19 @@
 
 #include "simulator/access.h"
 #include "simulator/bootloader.h"
+#include "simulator/data_log.h"
+#include "simulator/device_time.h"
+#include "simulator/event_log.h"
+#include "simulator/file_store.h"
+#include "simulator/io_map.h"
+#include "simulator/programs.h"
+#include "simulator/regulator.h"
 #include "simulator/station.h"
 #include "simulator/tap_changer.h"
 
 namespace ostrel::simulator {
 
 namespace {
-
-bool Always(const Station&) {
-  return true;
-}
 
 Values ReadName(Station& station, const Values&) {
   return {std::string(station.data.name)};
@@ -52,14 +55,24 @@ constexpr Variable kVariables[] = {
 
 }  // namespace
 
+bool Always(const Station&) {
+  return true;
+}
+
 const Variable* FindVariable(const Station& station, std::string_view name) {
   for (const VariableTable& table :
-       {VariableTable(kVariables), TapVariables(), AccessVariables(), ResetVariables()}) {
+       {VariableTable(kVariables), AccessVariables(), ResetVariables(), TapVariables(),
+        TimeVariables(), RegulatorVariables(), EventLogVariables(), IoMapVariables(),
+        ProgramVariables(), FileVariables(), DataLogVariables()}) {
     for (const Variable& variable : table) {
       if (variable.name == name) return variable.exists(station) ? &variable : nullptr;
     }
   }
   return nullptr;
+}
+
+bool AskForAll(const Values& arguments) {
+  return arguments == Values{std::string("*")};
 }
 
 int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int highest) {
@@ -68,6 +81,19 @@ int IntegerArgument(const Values& arguments, std::size_t place, int lowest, int 
     throw Fault{"index out of range"};
   }
   return static_cast<int>(*number);
+}
+
+int WrittenNumber(const Values& values, int lowest, int highest, int scale) {
+  const auto* number = values.size() == 1 ? std::get_if<double>(&values.front()) : nullptr;
+  const double steps = number ? *number * scale : 0;
+  const bool whole = scale > 1 || std::trunc(steps) == steps;
+  if (!number || !whole || steps < lowest || steps > highest) throw Fault{"value out of range"};
+  return static_cast<int>(std::lround(steps));
+}
+
+int WrittenNumber(const WriteRequest& request, int lowest, int highest, int scale) {
+  if (request.all || !request.arguments.empty()) throw Fault{"index out of range"};
+  return WrittenNumber(request.values, lowest, highest, scale);
 }
 
 }  // namespace ostrel::simulator

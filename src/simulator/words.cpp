@@ -8,6 +8,7 @@
 
 #include "simulator/access.h"
 #include "simulator/event_log.h"
+#include "simulator/file_store.h"
 #include "simulator/machine.h"
 #include "simulator/variables.h"
 
@@ -208,7 +209,7 @@ Values Read(Machine& machine, const Item& item) {
 
 const Word* FindWord(std::string_view name) {
   // The language first, then the commands of each subject.
-  for (const WordTable& table : {WordTable(kWords), EventLogWords(), AccessWords()}) {
+  for (const WordTable& table : {WordTable(kWords), AccessWords(), EventLogWords(), FileWords()}) {
     for (const Word& word : table) {
       if (word.name == name) return &word;
     }

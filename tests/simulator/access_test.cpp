@@ -42,6 +42,8 @@ TEST(Access, UsersLogInAndOut) {
       {0, "B2::", ""},
       {0, "whoami", "user 0"},
       {0, "RegTAPSTATCL*=0", "<<access denied>>"},
+      {0, "fapph f 00", "<<access denied>>"},
+      {0, "fapps_ f \"\"", "<<access denied>>"},
       {0, "login 1 04711", "<<wrong password>>"},
       {0, "login 3 0", "<<wrong password>>"},
       {0, "login 2 1234", ""},

@@ -108,8 +108,8 @@ TEST(Language, AnswersFaultsAlone) {
       {"station=\"x\"", "<<read-only: station>>"},
       {"RegTAPSTATCL#", "<<write-only: regtapstatcl>>"},
       {"RegTAPSTATCL=0", "<<all (*) is missing>>"},
-      {"RegTAPSTATCL*=1", "<<index out of range>>"},
-      {"RegTAPSTATCL*=", "<<index out of range>>"},
+      {"RegTAPSTATCL*=1", "<<value out of range>>"},
+      {"RegTAPSTATCL*=", "<<value out of range>>"},
       {"passwort- 6", "<<index out of range>>"},
       {"a\rb", "<<character not allowed>>"},
   });

@@ -1,0 +1,129 @@
+#include "simulator/device_time.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "simulator/bus.h"
+
+namespace ostrel::simulator {
+namespace {
+
+struct Case {
+  std::string set;       // sent first
+  std::int64_t laterMs;  // how long it then runs
+  std::string dateTime;  // what it shows
+};
+
+TEST(DeviceTime, RunsAndFollowsZoneAndSummerTime) {
+  const std::string south = "UTCDSTT* 1 0000=791100200,UTCDSTT* 2 0000=791040300,";
+  const Case cases[] = {
+      {"", 1'999, "05.01.2026 08:00:01"},
+      {"time=23:59:59", 1'000, "06.01.2026 00:00:00"},
+      {"time=23:59:59,date=28.02.2028", 1'000, "29.02.2028 00:00:00"},
+      {"date=29.03.2026,time=01:59:59", 1'000, "29.03.2026 03:00:00"},
+      {"utcDST=0,date=29.03.2026,time=01:59:59", 1'000, "29.03.2026 02:00:00"},
+      {"date=25.10.2026,time=02:59:59", 1'000, "25.10.2026 02:00:00"},
+      {"date=25.10.2026,time=02:59:59", 3'601'000, "25.10.2026 03:00:00"},
+      {"UTCDSTT 1 2026=15060100,date=15.06.2026,time=00:59:59", 1'000, "15.06.2026 02:00:00"},
+      {"UTCDSTT 1 2026=15060100,date=28.03.2027,time=01:59:59", 1'000, "28.03.2027 03:00:00"},
+      {"UTCDSTT 1 2026=15060100,UTCDSTT* 1 0000=700030200,date=29.03.2026,time=01:59:59", 1'000,
+       "29.03.2026 03:00:00"},
+      {south + "date=05.04.2026,time=02:59:59", 1'000, "05.04.2026 02:00:00"},
+      {south + "date=04.10.2026,time=01:59:59", 1'000, "04.10.2026 03:00:00"},
+      {south + "date=01.01.2026,utcDST=0", 0, "01.01.2026 08:00:00"},
+      {"utcTZ=-3", 0, "05.01.2026 04:00:00"},
+      {"utcSH=1", 0, "05.01.2026 09:00:00"},
+      {"utcSH=1,date=05.04.2026,time=02:59:59", 1'000, "05.04.2026 02:00:00"},
+      {"utcSH=1,date=04.10.2026,time=01:59:59", 1'000, "04.10.2026 03:00:00"},
+      {"UTCDSTT 1 0000=700030200,UTCDSTT 2 0000=700100300,utcSH=1", 0, "05.01.2026 08:00:00"},
+      {"date=01.07.2026,utcDST=0", 0, "01.07.2026 07:00:00"},
+      {"date=01.07.2026;", 0, "05.01.2026 08:00:00"},
+      {"time-,utcSH=0,utcTZ=5,utcDST=1,time//=.", 60'000, "05.01.2026 08:01:00"},
+      {"time=23:30:00,time-,utcTZ=3,time//=.", 0, "05.01.2026 23:30:00"},
+      {"time=00:30:00,time-,utcTZ=-4,time//=.", 0, "05.01.2026 00:30:00"},
+  };
+  for (const Case& c : cases) {
+    std::int64_t now = 0;
+    Bus bus({.clock = [&now] { return now; }});
+    bus.Answer(";" + c.set);
+    now += c.laterMs;
+    EXPECT_EQ(bus.Answer("date-,!,!+\" \",time#+"), c.dateTime) << c.set;
+  }
+}
+
+TEST(DeviceTime, ReachesAllOfAGroupAndNoOthers) {
+  Bus bus;
+  EXPECT_EQ(bus.Answer("all r,time=12:34:56, date=01.06.2031"), "");
+  for (const std::string station : {"AA:", "B1:", "B6:"}) {
+    EXPECT_EQ(bus.Answer(station + "time#,Date#"), "12:34:56\r\n01.06.2031") << station;
+  }
+  // B2 is protected.
+  for (const std::string station : {"B2:", "B3:", "B4:", "B7:"}) {
+    EXPECT_EQ(bus.Answer(station + "time#,Date#"), "08:00:00\r\n05.01.2026") << station;
+  }
+}
+
+TEST(DeviceTime, RefusesWhatIsNoTimeDateOrRule) {
+  for (const std::string line : {"time=24:00:00",
+                                 "time=12:60:00",
+                                 "time=1:00:00",
+                                 "time=12:00",
+                                 "time=12",
+                                 "time=",
+                                 "time=12:00:00 13:00:00",
+                                 "time=12:00:0x",
+                                 "date=31.02.2026",
+                                 "date=29.02.2027",
+                                 "date=00.01.2026",
+                                 "date=1.1.2026",
+                                 "date=01.01.1989",
+                                 "date=01.01.2100",
+                                 "date=5",
+                                 "utcTZ=14",
+                                 "utcTZ=-13.5",
+                                 "utcSH=2",
+                                 "utcDST=-1",
+                                 "UTCDSTT 3 2026=700030200",
+                                 "UTCDSTT 1 1989=700030200",
+                                 "UTCDSTT# 1 2100",
+                                 "UTCDSTT 1 2026=800030200",
+                                 "UTCDSTT 1 2026=700130200",
+                                 "UTCDSTT 1 2026=700032400",
+                                 "UTCDSTT 1 2026=700030260",
+                                 "UTCDSTT 1 2026=796030200",
+                                 "UTCDSTT 1 2026=31040200",
+                                 "UTCDSTT 1 2026=-700030200",
+                                 "UTCDSTT 1 2026=-15030200",
+                                 "UTCDSTT 1 2026=0",
+                                 "UTCDSTT 1 2026=1E300"}) {
+    EXPECT_EQ(Bus().Answer(line).substr(0, 2), "<<") << line;
+  }
+  EXPECT_EQ(Bus().Answer("UTCDSTT 1 2026=-715030200,UTCDSTT# 1 2026,UTCDSTT# 1 2027"),
+            "-715030200\r\n700030200");
+}
+
+TEST(DeviceTime, FindsTheDayOfARule) {
+  struct Rule {
+    int packed, year;
+    int month, day, hour;
+  };
+  const Rule cases[] = {
+      {700030200, 2026, 3, 29, 2}, {700100300, 2027, 10, 31, 3}, {100020000, 2028, 2, 28, 0},
+      {791030200, 2026, 3, 1, 2},  {494110200, 2026, 11, 26, 2}, {795030200, 2026, 3, 29, 2},
+      {795020200, 2026, 2, 22, 2}, {715030200, 2026, 3, 15, 2},  {716030200, 2026, 3, 22, 2},
+      {-715030200, 2026, 3, 8, 2}, {-716030200, 2026, 3, 15, 2}, {-701030200, 2026, 2, 22, 2},
+      {731120200, 2026, 1, 3, 2},  {29022300, 2027, 2, 28, 23},  {1010000, 2026, 1, 1, 0},
+  };
+  for (const Rule& c : cases) {
+    ASSERT_TRUE(IsChangeRule(c.packed)) << c.packed;
+    const LocalMoment at = SplitLocal(ChangeSeconds(c.packed, c.year) * 1000);
+    EXPECT_EQ(
+        std::to_string(at.month) + "-" + std::to_string(at.day) + " " + std::to_string(at.hour),
+        std::to_string(c.month) + "-" + std::to_string(c.day) + " " + std::to_string(c.hour))
+        << c.packed << " in " << c.year;
+  }
+}
+
+}  // namespace
+}  // namespace ostrel::simulator

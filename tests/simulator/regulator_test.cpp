@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "simulator/bus.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::int64_t kDayMs = 86'400'000;
+
+/// A bus whose time a test moves.
+struct Life {
+  explicit Life(std::int64_t localSeconds = BusStart{}.localSeconds)
+      : bus({.seed = 3, .clock = [this] { return now; }, .localSeconds = localSeconds}) {}
+  double Number(const std::string& line) { return std::stod(bus.Answer(line)); }
+  /// "event;value" of the newest entries of the connected device, the newest first.
+  std::vector<std::string> Events(int count) {
+    const std::string answer = bus.Answer("FL@ LOGI#WI 65535 " + std::to_string(count)) + "\r\n";
+    std::vector<std::string> events;
+    for (std::size_t at = 0, end; (end = answer.find("\r\n", at)) < answer.size(); at = end + 2) {
+      const std::string line = answer.substr(at, end - at);
+      events.push_back(line.substr(std::min(line.find(";.") + 1, line.size())));
+      events.back().erase(0, events.back().find(';') + 1);
+    }
+    return events;
+  }
+
+  std::int64_t now = 0;
+  Bus bus;
+};
+
+TEST(Regulator, BringsTheVoltageBackByTapsThatAreCountedAndLogged) {
+  struct Case {
+    std::string before;   // what is sent
+    std::string command;  // the disturbance
+    int direction;        // of the taps
+    bool counted, voltageFollows;
+    std::string last = {};  // the newest event; empty = the new position
+  };
+  const std::string simulate = "RegSimul=1,RegSimuls=1,RegUn=100,RegIn=0.5";
+  const Case cases[] = {
+      {"", "RegSWI=4", 1, true, true},
+      {"RegSWI=2", "RegSW 2=96", -1, true, true},
+      {"RegAuto=0", "RegSWI=4", 0, false, false, "26;4"},
+      {"RegAuto=0", "RegTapUp=1", 1, true, true},
+      {"RegAuto=0", "RegTapDown=1", -1, true, true},
+      {simulate, "RegUn=103", -1, false, false},
+      {simulate, "RegUn=97", 1, false, false},
+      {simulate, "RegUn=100.9", 0, false, false, "19;1"},
+      {"RegSimul=1", "RegUn=97", 1, true, false},
+      {simulate, "RegUn=130", 0, false, false, "7;1"},
+      {simulate, "RegUn=70", 0, false, false, "20;1"},
+      {"RegSWI=4," + simulate + ",RegUHigh=101", "RegUn=102", 0, false, false, "12;1"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.before + " then " + c.command);
+    Life life;
+    EXPECT_EQ(life.bus.Answer(c.before), "");
+    const double tap = life.Number("RegStufe#"), sum = life.Number("RegTAPSUM#");
+    const double voltage = life.Number("RegUn#");
+    EXPECT_EQ(life.bus.Answer(c.command), "");
+    life.now += 20'000;
+    const bool atOnce = c.command.starts_with("RegTap");
+    EXPECT_EQ(life.Number("RegStufe#"), tap + (atOnce ? c.direction : 0)) << "within the delay";
+    life.now += 25'000;
+    const double moved = life.Number("RegStufe#") - tap;
+    EXPECT_EQ(moved, c.direction);
+    EXPECT_EQ(life.Number("RegTAPSUM#") - sum, c.counted ? 1 : 0);
+    if (c.direction == 0) {
+      EXPECT_EQ(life.Events(1), std::vector<std::string>{c.last});
+    } else {
+      const std::vector<std::string> expected = {
+          "25;" + std::to_string(static_cast<int>(tap + moved)), c.direction > 0 ? "23;1" : "24;1"};
+      EXPECT_EQ(life.Events(2), expected);
+    }
+    if (!c.voltageFollows) continue;
+    EXPECT_NEAR(life.Number("RegUn#") - voltage, 1.25 * moved, 0.6);
+    if (!c.before.empty()) continue;
+    life.now += 300'000;
+    EXPECT_NEAR(life.Number("RegUn#"), life.Number("RegSW# 4"), 1.2);
+  }
+}
+
+TEST(Regulator, TapsToItsEndPositionAndNoFurther) {
+  Life life;
+  EXPECT_EQ(life.bus.Answer("RegSimul=1,RegSimuls=1,RegUn=95"), "");
+  life.now += kDayMs;
+  EXPECT_EQ(life.bus.Answer("RegStufe#,RegAuto=0"), "9");
+  EXPECT_EQ(life.bus.Answer("RegTapUp=1"), "<<end position>>");
+  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "");
+  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "<<tap changer is running>>");
+  EXPECT_EQ(life.bus.Answer("RegStufe=-10"), "<<value out of range>>");
+}
+
+TEST(Regulator, LivesTheSameInOneLeapAndInManySteps) {
+  Life leap, steps;
+  leap.now = kDayMs;
+  const std::string all =
+      "all,RegUn?-,if,RegUn#,RegIn#,Regphi#,RegTAPSUM#,RegStufe?-,if,RegStufe#,eif,eif";
+  const std::string state = leap.bus.Answer(all), log = leap.bus.Answer("FL@ LOGI#WI 65535 999");
+  for (; steps.now < kDayMs; steps.now += 1000) steps.bus.Answer("");
+  EXPECT_EQ(steps.bus.Answer(all), state);
+  EXPECT_EQ(steps.bus.Answer("FL@ LOGI#WI 65535 999"), log);
+  EXPECT_NE(Life().bus.Answer(all), state);
+  const double taps = leap.Number("RegTAPSUM#") - Life().Number("RegTAPSUM#");
+  EXPECT_GT(taps, 4);
+  EXPECT_LT(taps, 200);
+  leap.now = 100'000 * kDayMs;  // bounded however long nobody looked
+  EXPECT_NEAR(leap.Number("RegUn#"), 100, 15);
+}
+
+TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
+  struct Case {
+    std::string line, answer;
+  };
+  const std::string notSimulating = "<<not in simulation mode>>", range = "<<value out of range>>";
+  const Case cases[] = {
+      {"RegUn=100.5", notSimulating},
+      {"RegSimul=1,RegStufe=3", notSimulating},
+      {"RegSimul=1,RegUn=100.5,Regphi=-30,RegIn=1.25,RegUn#,Regphi#,RegIn#",
+       "100.5\r\n-30\r\n1.25"},
+      {"RegSimul=1,RegUn=200.1", range},
+      {"RegSimul=1,Regphi=180.5", range},
+      {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#", "-4\r\n1"},
+      {"RegAuto=2", range},
+      {"RegAuto=0.5", range},
+      {"RegAuto=on", range},
+      {"RegAuto 1=0", "<<index out of range>>"},
+      {"RegIBereich=2", range},
+      {"RegTapUp=1", "<<not in manual mode>>"},
+      {"RegSW 5=100", "<<index out of range>>"},
+      {"RegSW 1=1000", range},
+      {"RegSW 3=101.5,RegSW# *", "100\r\n102\r\n101.5\r\n105"},
+      {"RegSW*=99,RegSW# 4", "99"},
+      {"RegStufTyp=0,RegStufe#", "0"},
+      {"merkmal# simmode", "2"},
+      {"merkmal# other", "<<index out of range>>"},
+      {"B6:,RegSimuls#,RegIKr?-,!,RegStufe?-,!,RegStufTyp?-,!", "0\r\n0\r\n0\r\n0"},
+      {"B4:ESPAuto=0,RegSimul=1,ESPAuto#,RegSimul#", "0\r\n1"},
+      {"B4:RegAuto#", "<<unknown: regauto>>"},
+      {"B7:RegSimul#", "<<unknown: regsimul>>"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Life().bus.Answer(c.line), c.answer) << c.line;
+}
+
+TEST(EventLog, IsReadInTheFormOfTheFirmware) {
+  struct Case {
+    std::string station, newest, second, other;
+  };
+  const std::string lines = "eventlog/^^%. \"%.3w;%n\" ";
+  const Case cases[] = {
+      {"AA:", "FL@ LOGI#WI 65535 1", "FL@ LOGI#WI 65534 1", lines + "1..1 0"},
+      {"B3:", lines + "1..1 0", lines + "1..1 1", "FL@ LOGI#WI 65535 1"},
+      {"B1:", lines + "1..1", lines + "2..2", lines + "1..1 0"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.station);
+    Life life;
+    life.now = 5'050;
+    const std::string auto0 = "20260105;08:00:05;.05;17;0", auto1 = "20260105;08:00:05;.3;17;1";
+    life.bus.Answer(c.station + "RegAuto=0");
+    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto0);
+    life.now = 5'300;
+    life.bus.Answer(c.station + "RegAuto=1,RegAuto=1");
+    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto1);
+    EXPECT_EQ(life.bus.Answer(c.station + c.second), auto0);
+    EXPECT_EQ(life.bus.Answer(c.station + c.other).substr(0, 2), "<<");
+    life.now = 6'000;
+    life.bus.Answer(c.station + "RegTAPSTATCL*=0");
+    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;66;0");
+    life.bus.Answer(c.station + "eventlog=0");
+    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;64;0");
+    EXPECT_EQ(life.bus.Answer(c.station + c.second), "");
+  }
+  Life life;
+  EXPECT_GT(life.Events(1000).size(), 100u);
+  EXPECT_EQ(life.Events(7).size(), 7u);
+  for (int n = 0; n < 1500; ++n) life.bus.Answer("RegAuto=0,RegAuto=1");
+  EXPECT_NE(life.bus.Answer("FL@ LOGI#WI " + std::to_string(65535 - 2047) + " 9"), "");
+  EXPECT_EQ(life.bus.Answer("FL@ LOGI#WI " + std::to_string(65535 - 2048) + " 9"), "");
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
