@@ -25,7 +25,7 @@ using BusClock = std::function<std::int64_t()>;
 /// What a bus begins with.
 struct BusStart {
   std::uint32_t seed = 1;  ///< the same seed gives the same history
-  BusClock clock;          ///< none: the time stands still
+  BusClock clock = {};     ///< none: the time stands still
   /// The devices' local time, in seconds since 1990-01-01 00:00:00; that is 2026-01-05 08:00:00.
   std::int64_t localSeconds = 1136448000;
   std::size_t connected = 0;  ///< which of the stations is physically connected
