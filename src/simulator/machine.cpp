@@ -17,8 +17,9 @@ std::string Machine::RunAll(const Program& program) {
   std::size_t steps = 0;
   next_ = 0;
   while (next_ < program.size()) {
-    if (++steps > kMaxSteps) throw Fault{"too many steps"};
     const Item& item = program[next_++];
+    steps += item.steps;
+    if (steps > kMaxSteps) throw Fault{"too many steps"};
     resultBefore_ = std::exchange(result_, false);
     item.run(*this, item);
     if (!station_.IsServing()) return {};

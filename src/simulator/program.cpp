@@ -8,6 +8,7 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::size_t kMaxNesting = 16;
+constexpr std::size_t kCharactersPerStep = 64;
 // Comparing versions must not take long, however often a loop does it.
 constexpr std::size_t kMaxVersionLength = 32;
 
@@ -205,7 +206,9 @@ Program ParseProgram(std::string_view expression) {
   Program program;
   while (!expression.empty()) {
     const std::string_view text = TakeUntil(expression, ",");
-    if (!text.empty()) program.push_back(ParseItem(text));
+    if (text.empty()) continue;
+    program.push_back(ParseItem(text));
+    program.back().steps += text.size() / kCharactersPerStep;
   }
   LinkBlocks(program);
   return program;

@@ -32,6 +32,7 @@ struct Item {
   bool all = false;                ///< a write to all elements
   const Word* word = nullptr;      ///< set for words
   std::size_t jump = 0;            ///< of words that open or close a block: where it goes on
+  std::size_t steps = 1;           ///< that it counts as; a long one takes longer
 };
 
 using Program = std::vector<Item>;

@@ -131,6 +131,7 @@ TEST(Language, EveryLineEndsInBoundedTimeAndSize) {
       {repeated("fori 1..9,", 17) + repeated("ni,", 17), "<<nested too deep>>"},
       {repeated("1,if,", 800), "<<nested too deep>>"},
       {repeated("1,dr,", 800) + "\"end\"", "end"},
+      {"fori 1..9999,fcreate! = a,fapph a " + repeated("41", 2000) + ",ni", "<<too many steps>>"},
       {std::string(4097, ' '), ""},
       {"\"" + std::string(4096, 'x') + "\"", "<<line too long>>"},
       {std::string(4000, 'x'), "<<unknown: " + std::string(40, 'x') + ">>"},
@@ -148,7 +149,9 @@ TEST(Language, RandomLinesNeverBreakTheBus) {
                                     "?-",   "ver.",  "passwort- .", "station&#",  "RegTAPSTATCL*=0",
                                     "AA:",  "B2::",  "all",         ";",          " ",
                                     ",",    ",",     ",",           ",",          ",",
-                                    ",",    ",",     "\xff"};
+                                    ",",    ",",     "\xff",        "Hlist 1",    "RegInpMap",
+                                    "time", "RegSW", "UTCDSTT 1",   "fapph a 41", "fread. a 0",
+                                    "FL@",  "0..5",  "fcreate! =a", "login 1",    "B4:FREAD# LOG"};
   Random random(42);
   Bus bus;
   for (int n = 0; n < 4000; ++n) {
