@@ -35,62 +35,39 @@ std::vector<StationData> YoungStations(std::size_t count) {
   return stations;
 }
 
-/// A bus with a clock of its own.
-class Watched {
- public:
-  explicit Watched(std::size_t stations) : stations_(YoungStations(stations)) {}
-
-  void Feed(std::string_view line) {
-    if (line.starts_with('@')) {
-      Leap(line.substr(1));
-    } else {
-      Ask(line);
-    }
-  }
-
-  /// Whatever was said, the connected device is the same again after a while.
-  void Return() {
-    now_ += kLongestRestart;
-    if (Ask("AA:ver.") == kIdentity) return;
-    // It has been sent into its bootloader.
-    OSTREL_REQUIRE(answers_.back().starts_with("Error: "));
-    Ask("reset");
-    OSTREL_REQUIRE(Ask("AA:ver.") == kIdentity);
-  }
-
-  const std::vector<std::string>& Answers() const { return answers_; }
-
- private:
-  void Leap(std::string_view number) {
-    std::int64_t seconds = 0;
-    std::from_chars(number.data(), number.data() + number.size(), seconds);
-    if (leaps_++ < kMaxLeaps) now_ += std::clamp<std::int64_t>(seconds, 0, kLongestLeap) * 1000;
-  }
-
-  const std::string& Ask(std::string_view line) {
-    const std::string& answer = answers_.emplace_back(bus_.Answer(line));
-    OSTREL_REQUIRE(answer.find('\x1a') == std::string::npos);
-    OSTREL_REQUIRE(answer.size() <= kMaxAnswer);
-    return answer;
-  }
-
-  std::int64_t now_ = 0;
-  int leaps_ = 0;
-  const std::vector<StationData> stations_;
-  Bus bus_{{.clock = [this] { return now_; }, .stations = stations_}};
-  std::vector<std::string> answers_;
-};
+std::int64_t Leap(std::string_view number) {
+  std::int64_t seconds = 0;
+  std::from_chars(number.data(), number.data() + number.size(), seconds);
+  return std::clamp<std::int64_t>(seconds, 0, kLongestLeap) * 1000;
+}
 
 std::vector<std::string> AnswersTo(std::string_view input) {
-  const bool all = input.starts_with("*\n");
-  Watched bus(all ? kMaxStations : 3);
+  const auto stations = YoungStations(input.starts_with("*\n") ? kMaxStations : 3);
+  std::int64_t now = 0;
+  Bus bus({.clock = [&now] { return now; }, .stations = stations});
+  std::vector<std::string> answers;
+  const auto ask = [&](std::string_view line) {
+    const std::string& answer = answers.emplace_back(bus.Answer(line));
+    OSTREL_REQUIRE(answer.find('\x1a') == std::string::npos && answer.size() <= kMaxAnswer);
+    return answer;
+  };
+  int leaps = 0;
   for (std::size_t n = 0; n < kMaxLines && !input.empty(); ++n) {
     const std::string_view line = input.substr(0, input.find('\n'));
-    bus.Feed(line);
+    if (!line.starts_with('@')) {
+      ask(line);
+    } else if (leaps++ < kMaxLeaps) {
+      now += Leap(line.substr(1));
+    }
     input.remove_prefix(std::min(input.size(), line.size() + 1));
   }
-  bus.Return();
-  return bus.Answers();
+  // Whatever was said, the connected device is the same again after a while.
+  now += kLongestRestart;
+  if (ask("AA:ver.") == kIdentity) return answers;
+  OSTREL_REQUIRE(answers.back().starts_with("Error: "));  // it is in its bootloader
+  ask("reset");
+  OSTREL_REQUIRE(ask("AA:ver.") == kIdentity);
+  return answers;
 }
 
 }  // namespace
