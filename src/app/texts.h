@@ -12,17 +12,23 @@ inline constexpr int kType = First(142);
 inline constexpr int kRuntimeError = First(239);
 inline constexpr int kDeviceReplied = First(280);
 inline constexpr int kNoDeviceSelected = First(301);
+inline constexpr int kFirmwareTooOld = First(496);
 
 // Second block; the server's error codes 10011..10045 are ids themselves.
 inline constexpr int kConnection = Second(54);
 inline constexpr int kSelectDevice = Second(56);
 inline constexpr int kDevice = Second(58);
+inline constexpr int kUseSarvik = Second(66);
+inline constexpr int kUseDremlo = Second(67);
 inline constexpr int kOnlineNecessary = Second(96);
 inline constexpr int kTapsUnderLoad = Second(107);
 inline constexpr int kTapsTotal = Second(108);
 inline constexpr int kStatistics = Second(109);
 inline constexpr int kDeleteStatistics = Second(110);
 inline constexpr int kCopiedAsTextAndPicture = Second(111);
+inline constexpr int kOnlyReglerLx = Second(128);
+inline constexpr int kOnlyRegler = Second(129);
+inline constexpr int kOnlyXw = Second(130);
 
 // Texts without a number in either block.
 inline constexpr int kOutOfRange = Own(1);

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
+
+#include "app/messages.h"
 
 namespace ostrel {
 
@@ -14,7 +17,12 @@ std::string ModelName(int model);
 /// The model number of a type string, such as "KT-XB" or "lx=x".
 int ModelFromType(std::string_view typeString);
 
-/// The identity of the selected device.
+/// The digits of a serial number: what stands before the first "-", from its first digit to its
+/// last; empty where there is none.
+std::string SerialDigitsCore(std::string_view text);
+
+/// The identity of the selected device. Every family test is false while none is selected; with
+/// `show` a failed test shows its message.
 class clsDevice {
  public:
   bool Valid() const { return valid_; }
@@ -27,7 +35,27 @@ class clsDevice {
   void SetIdentity(std::string_view station, std::string_view typeString);
   void SetFirmware(std::string firmware) { firmware_ = std::move(firmware); }
 
+  bool IsFamRegler(const Messages* show = nullptr) const;
+  bool IsFamReglerLx(const Messages* show = nullptr) const;
+  bool IsFamXw(const Messages* show = nullptr) const;
+  bool IsFamTormex(const Messages* show = nullptr) const;
+  bool IsFamXf() const;
+  bool IsFamQm() const;
+  bool IsFamNv() const;
+  bool IsFamJs() const;
+  /// Compares the model number alone, also while no device is selected.
+  bool IsThisDev(int model) const { return model_ == model; }
+  /// IsFamTormex; else it is said that no device is selected, or which other program serves it.
+  bool IsFamTormexMsg4Other(const Messages& show) const;
+  /// Whether the device matches a three-letter type code, as scripts for it have it.
+  bool MatchTypeCode(std::string_view code) const;
+  /// Whether the firmware is at least this one: as numbers for the regulators, where versions from
+  /// 2.2 on count as 2.x, field by field for all others.
+  bool FWMinimumCheck(std::string_view minimum, const Messages* show = nullptr) const;
+
  private:
+  bool InFamily(std::initializer_list<int> models, const Messages* show, int messageId) const;
+
   bool valid_ = false;
   int model_ = kUnknownModel;
   std::string address_ = "---";

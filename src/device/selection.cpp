@@ -1,10 +1,10 @@
 #include "device/selection.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "app/text.h"
+#include "app/texts.h"
 #include "device/clsDevice.h"
 #include "link/answers.h"
 
@@ -34,11 +34,25 @@ int Selection::GetTypeCode() const {
   return ModelFromType(typ_);
 }
 
-std::optional<std::string> Selection::GetKennReglerFam() const {
-  constexpr std::array kRegulators = {0, 1, 4, 11, 12};
-  const bool regulator =
-      std::find(kRegulators.begin(), kRegulators.end(), GetTypeCode()) != kRegulators.end();
-  return regulator ? GetKenn() : std::nullopt;
+std::optional<std::string> Selection::GetKennTyp(std::string& typ) const {
+  typ = Trim(typ_);
+  return GetKenn();
+}
+
+std::optional<std::string> Selection::KennOf(std::initializer_list<int> models,
+                                             const Messages* show, int messageId) const {
+  const std::optional<std::string> kenn = GetKenn();
+  if (kenn && std::find(models.begin(), models.end(), GetTypeCode()) != models.end()) return kenn;
+  if (show != nullptr) show->Warn(messageId);
+  return std::nullopt;
+}
+
+std::optional<std::string> Selection::GetKennRegler(const Messages* show) const {
+  return KennOf({0, 4, 11, 12}, show, text::kOnlyRegler);
+}
+
+std::optional<std::string> Selection::GetKennReglerFam(const Messages* show) const {
+  return KennOf({0, 1, 4, 11, 12}, show, text::kOnlyReglerLx);
 }
 
 std::optional<std::string> Selection::GetFW() const {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string>
+
+#include "app/messages.h"
 
 namespace ostrel {
 
@@ -22,12 +25,19 @@ class Selection {
   std::optional<std::string> GetKenn() const;
   /// The model number of the type string.
   int GetTypeCode() const;
-  /// The address, when the model is one of the regulators 0, 1, 4, 11, 12.
-  std::optional<std::string> GetKennReglerFam() const;
+  /// The address, and the type string in `typ`.
+  std::optional<std::string> GetKennTyp(std::string& typ) const;
+  /// The address, when the model is one of 0, 4, 11, 12; `show` gets the message of a failure.
+  std::optional<std::string> GetKennRegler(const Messages* show = nullptr) const;
+  /// The address, when the model is one of the regulators 0, 1, 4, 11, 12; `show` as above.
+  std::optional<std::string> GetKennReglerFam(const Messages* show = nullptr) const;
   /// The firmware version of the station; nothing when no station is shown.
   std::optional<std::string> GetFW() const;
 
  private:
+  std::optional<std::string> KennOf(std::initializer_list<int> models, const Messages* show,
+                                    int messageId) const;
+
   std::string kennName_;
   std::string typ_;
   std::string firmware_;

@@ -34,14 +34,105 @@ TEST(Device, IdentityAndSelection) {
   Selection selection;
   EXPECT_FALSE(selection.GetKenn());
   EXPECT_FALSE(selection.GetFW());
-  const std::pair<const char*, bool> regulators[] = {
-      {"KT-X", true},   {"LX-X", true},  {"KT-XB", true}, {"KT-XW", true},
-      {"KT-XF", false}, {"QM-X", false}, {"HZ-X", false}};
-  for (const auto& [type, regulator] : regulators) {
-    selection.Set(" B1:Nord ", type, "2.27", "1");
-    EXPECT_EQ(selection.GetKenn(), "B1:");
-    EXPECT_EQ(selection.GetKennReglerFam().has_value(), regulator) << type;
+  const struct {
+    const char* type;
+    bool regulator, family;
+    const char* messages;
+  } regulators[] = {{"KT-X", true, true, ""},
+                    {"LX-X", false, true, "10129"},
+                    {"KT-XB", true, true, ""},
+                    {"KT-XW", true, true, ""},
+                    {"KT-XF", false, false, "10129 10128"},
+                    {"HZ-X", false, false, "10129 10128"}};
+  kit::ScriptedDialogs dialogs;
+  const Messages messages(dialogs);
+  for (const auto& c : regulators) {
+    selection.Set(" B1:Nord ", std::string(c.type) + " ", "2.27", "1");
+    dialogs.shown.clear();
+    EXPECT_EQ(selection.GetKennRegler(&messages).has_value(), c.regulator) << c.type;
+    EXPECT_EQ(selection.GetKennReglerFam(&messages).has_value(), c.family) << c.type;
+    EXPECT_EQ(dialogs.Numbers(), c.messages) << c.type;
+    std::string typ;
+    EXPECT_EQ(selection.GetKennTyp(typ), "B1:");
+    EXPECT_EQ(typ, c.type);
   }
+}
+
+TEST(Device, FamiliesAndTypeCodesOfEveryModel) {
+  const char* const types[] = {"KT-X",  "LX-X",      "KT-XF", "KT-XB", "KT-XFB", "QM-X",
+                               "QM-XB", "NV-X",      "JS-X",  "WB-X",  "KT-XW",  "KT-XWB",
+                               "HZ-X",  "qor-u1601", "other", ""};
+  // By type as above; the last one is no device.
+  const std::pair<const char*, const char*> codes[] = {
+      {"", "1111111111111111"},    {"CMD", "1111111111111111"}, {"qol", "1111111111111111"},
+      {"RGL", "1001000000000000"}, {"lxl", "0100000000000000"}, {"xwl", "0000000000110000"},
+      {"xbl", "0000000000110000"}, {"xfl", "0010100000000000"}, {"qml", "0000011000000000"},
+      {"wbl", "0000000001000000"}, {"jsl", "0000000010000000"}, {"xyz", "0000000000000000"}};
+  kit::ScriptedDialogs dialogs;
+  const Messages messages(dialogs);
+  const auto inFamily = [&](const clsDevice& device, std::size_t family) {
+    const bool results[] = {device.IsFamRegler(&messages),
+                            device.IsFamReglerLx(&messages),
+                            device.IsFamXw(&messages),
+                            device.IsFamTormex(&messages),
+                            device.IsFamXf(),
+                            device.IsFamQm(),
+                            device.IsFamNv(),
+                            device.IsFamJs(),
+                            device.IsFamTormexMsg4Other(messages)};
+    return results[family];
+  };
+  const char* const families[] = {"1001000000000000", "1101000000000000", "0000000000110000",
+                                  "1101000000110000", "0010100000000000", "0000011000000000",
+                                  "0000000100001000", "0000000010000000", "1101000000110000"};
+  const char* const told[] = {"",      "", "10066", "", "10066", "10067", "", "",
+                              "10066", "", "",      "", "",      "",      "", "1301"};
+  for (std::size_t n = 0; n < std::size(types); ++n) {
+    clsDevice device;
+    if (n + 1 < std::size(types)) device.SetIdentity("AA:", types[n]);
+    for (const auto& [code, matches] : codes) {
+      EXPECT_EQ(device.MatchTypeCode(code), matches[n] == '1') << code << " " << types[n];
+    }
+    for (std::size_t family = 0; family < std::size(families); ++family) {
+      EXPECT_EQ(inFamily(device, family), families[family][n] == '1') << family << " " << types[n];
+    }
+    dialogs.shown.clear();
+    device.IsFamTormexMsg4Other(messages);
+    EXPECT_EQ(dialogs.Numbers(), told[n]) << types[n];
+  }
+  dialogs.shown.clear();
+  const clsDevice none;
+  none.IsFamRegler(&messages), none.IsFamReglerLx(&messages), none.IsFamXw(&messages);
+  none.IsFamTormex(&messages);
+  EXPECT_EQ(dialogs.Numbers(), "10129 10128 10130 10129");
+}
+
+TEST(Device, FirmwareGatesAndSerialNumbers) {
+  const struct {
+    const char *type, *firmware, *minimum;
+    bool enough;
+  } cases[] = {
+      {"KT-X", "2.27", "2.22", true},      {"KT-X", "2.21", "2.22", false},
+      {"KT-X", "3.9.99", "2.9", true},     {"KT-X", "3.9.99", "3.0", false},
+      {"KT-X", "2.27", "x", false},        {"KT-X", "2.27", "2.0.1", false},
+      {"KT-X", "27", "0.1", false},        {"KT-X", "2.9", "2.10", true},
+      {"KT-XF", "2.4.04", "2.4.4", true},  {"KT-XF", "2.4.03", "2.4.04", false},
+      {"KT-XF", "2.1.9", "2.1.11", false}, {"KT-XF", "2.10.0", "2.9", true},
+      {"KT-XF", "", "1", false},
+  };
+  kit::ScriptedDialogs dialogs;
+  const Messages messages(dialogs);
+  for (const auto& c : cases) {
+    clsDevice device;
+    device.SetIdentity("AA:", c.type);
+    device.SetFirmware(c.firmware);
+    dialogs.shown.clear();
+    EXPECT_EQ(device.FWMinimumCheck(c.minimum, &messages), c.enough) << c.firmware << c.minimum;
+    EXPECT_EQ(dialogs.Numbers(), c.enough ? "" : "1496") << c.firmware << c.minimum;
+  }
+  const std::pair<const char*, const char*> serials[] = {
+      {"SIM0412345-B", "0412345"}, {"12A34", "12A34"}, {"abc", ""}, {"", ""}, {"-7", ""}};
+  for (const auto& [text, core] : serials) EXPECT_EQ(SerialDigitsCore(text), core) << text;
 }
 
 TEST(Stations, ListLinesOfAnyShape) {
