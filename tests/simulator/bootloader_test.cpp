@@ -50,6 +50,7 @@ TEST(Bootloader, RestartsAreSilent) {
       {1, "B1:dir,RegTAPSUM#", "B1:\r\n0"},
       {0, "B1:sysreset=0.9", "<<index out of range>>"},
       {0, "sysreset=", "<<index out of range>>"},
+      {0, "sysreset 1=0", "<<index out of range>>"},
   });
 }
 
