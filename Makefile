@@ -43,11 +43,11 @@ asan: packages-build
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 
-# Both at once. What they learn stays in build/fuzz/corpus; an input that fails is kept beside it.
+# All at once. What they learn stays in build/fuzz/corpus; an input that fails is kept beside it.
 fuzz: packages-check
 	cmake --preset fuzz > /dev/null
 	cmake --build --preset fuzz -j $(JOBS)
-	@printf '%s\n' request_reader reply_framer | xargs -P 2 -I NAME sh -c ' \
+	@printf '%s\n' request_reader reply_framer language | xargs -P 3 -I NAME sh -c ' \
 	  mkdir -p build/fuzz/corpus/NAME && \
 	  echo "fuzzing NAME for $(FUZZ_SECONDS) s, log in build/fuzz/NAME.log" && \
 	  ASAN_OPTIONS=quarantine_size_mb=16 build/fuzz/bin/NAME_fuzz \

@@ -12,9 +12,12 @@ namespace ostrel::simulator {
 
 namespace {
 
-/// That of the physically connected device, then "B1", "B2", ...
+/// That of the physically connected device, then "B1" to "B9", "C1" ...
 std::string AddressOf(std::size_t place) {
-  return place == 0 ? std::string(kConnectedAddress) : "B" + std::to_string(place);
+  constexpr std::size_t kDigits = 9;
+  if (place == 0) return std::string(kConnectedAddress);
+  const std::size_t letter = (place - 1) / kDigits, digit = (place - 1) % kDigits;
+  return {static_cast<char>('B' + letter), static_cast<char>('1' + digit)};
 }
 
 /// Two seeds or places next to each other must not give related histories.
@@ -25,8 +28,8 @@ std::uint64_t SeedOf(std::uint32_t seed, std::size_t place) {
 }  // namespace
 
 Bus::Bus(BusStart start) : clock_(std::move(start.clock)) {
-  const auto builtIn = BuiltInStations();
-  std::vector<StationData> order(builtIn.begin(), builtIn.end());
+  const auto stations = start.stations.empty() ? BuiltInStations() : start.stations;
+  std::vector<StationData> order(stations.begin(), stations.end());
   const auto connected = order.begin() + static_cast<std::ptrdiff_t>(start.connected);
   std::rotate(order.begin(), connected, connected + 1);
   for (const StationData& data : order) {

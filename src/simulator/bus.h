@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,10 @@ namespace ostrel::simulator {
 
 struct Address;
 struct Station;
+struct StationData;
+
+/// On one bus.
+inline constexpr std::size_t kMaxStations = 64;
 
 /// Simulated milliseconds since the bus began; never falls.
 using BusClock = std::function<std::int64_t()>;
@@ -20,16 +25,17 @@ using BusClock = std::function<std::int64_t()>;
 /// What a bus begins with.
 struct BusStart {
   std::uint32_t seed = 1;  ///< the same seed gives the same history
-  BusClock clock;          ///< none: the time stands still
+  BusClock clock = {};     ///< none: the time stands still
   /// The devices' local time, in seconds since 1990-01-01 00:00:00; that is 2026-01-05 08:00:00.
   std::int64_t localSeconds = 1136448000;
-  std::size_t connected = 0;  ///< which of the built-in stations is physically connected
+  std::size_t connected = 0;  ///< which of the stations is physically connected
+  /// At most kMaxStations in bus order, whose texts outlive the bus; none: the built-in ones.
+  std::span<const StationData> stations = {};
 };
 
 /// A bus of simulated devices. All texts are ISO 8859-1 bytes, as on the line.
 class Bus {
  public:
-  /// The built-in stations.
   explicit Bus(BusStart start = {});
   explicit Bus(std::uint32_t seed) : Bus(BusStart{.seed = seed, .clock = {}}) {}
   ~Bus();

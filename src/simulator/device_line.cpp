@@ -20,12 +20,13 @@ std::optional<std::vector<Portion>> DeviceLine::Feed(char byte) {
 }
 
 std::vector<Portion> DeviceLine::Reply() {
-  const std::string line = std::exchange(line_, {});
+  last_ = std::exchange(line_, {});
   const bool tooLong = std::exchange(tooLong_, false);
-  std::vector<Portion> reply = bus_.AnswerInPieces(tooLong ? "" : line);
+  if (replay_) return replay_->ReplyTo(last_);
+  std::vector<Portion> reply = bus_.AnswerInPieces(tooLong ? "" : last_);
   if (reply.empty()) return {};
   if (tooLong) reply = {{"<<line too long>>"}};
-  reply.front().bytes.insert(0, line + std::string(kLineEnd));
+  reply.front().bytes.insert(0, last_ + std::string(kLineEnd));
   reply.back().bytes += kReplyEnd;
   return reply;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulator/bus.h"
+#include "simulator/replay.h"
 
 namespace ostrel::simulator {
 
@@ -12,17 +13,21 @@ namespace ostrel::simulator {
 /// physically connected device sends: the echo, the answer's lines, the prompt and Ctrl-Z.
 class DeviceLine {
  public:
-  explicit DeviceLine(Bus& bus) : bus_(bus) {}
+  /// With a replay, the replies come from there.
+  explicit DeviceLine(Bus& bus, Replay* replay = nullptr) : bus_(bus), replay_(replay) {}
   /// Takes a byte; returns the reply when it completed a line, without portions when the device is
   /// silent. Of a line that is too long, only what the device takes is echoed, and the answer is a
   /// fault.
   std::optional<std::vector<Portion>> Feed(char byte);
+  /// The line to which it last gave a reply: what the device takes of it, without its end.
+  const std::string& LastLine() const { return last_; }
 
  private:
   std::vector<Portion> Reply();
 
   Bus& bus_;
-  std::string line_;
+  Replay* replay_;
+  std::string line_, last_;
   bool tooLong_ = false;
 };
 

@@ -12,10 +12,9 @@ namespace ostrel::simulator {
 namespace {
 
 /// A portion of text without end.
-std::string EndlessText() {
-  constexpr int kLines = 64;
+std::string EndlessText(int lines) {
   std::string text;
-  for (int n = 0; n < kLines; ++n) {
+  for (int n = 0; n < lines; ++n) {
     text += "there is always another line behind this one";
     text += kLineEnd;
   }
@@ -38,6 +37,7 @@ std::string Count::Text() const {
 bool FaultyLine::Feed(char byte, std::int64_t now) {
   Count& count = simulation_.count;
   ++count.bytes;
+  if (host_ == 0) host_ = ++simulation_.hosts;
   std::optional<std::vector<Portion>> reply = line_.Feed(byte);
   if (!reply) return false;
   std::vector<Portion>& portions = *reply;
@@ -46,6 +46,7 @@ bool FaultyLine::Feed(char byte, std::int64_t now) {
     // Nothing goes wrong on the way with what no device sends.
     if (!portions.empty()) portions = simulation_.fault.Instead(Joined(portions));
   }
+  if (simulation_.record) simulation_.record->Write(host_, line_.LastLine(), portions);
   // The first waits from now on, however long the reply before it takes.
   if (!portions.empty()) now += std::exchange(portions.front().delay, 0);
   for (Portion& portion : portions) Enqueue(std::move(portion), std::exchange(now, 0));
@@ -53,13 +54,28 @@ bool FaultyLine::Feed(char byte, std::int64_t now) {
 }
 
 FaultyLine::Step FaultyLine::Next(std::int64_t now) {
+  if (!pace_.Busy()) {
+    Step step = NextWhole(now);
+    const bool paced = simulation_.baud > 0 && step.kind == Step::Kind::kSend;
+    if (!paced || step.bytes.empty()) return step;
+    pace_.Start(std::move(step.bytes), simulation_.baud, now);
+  }
+  if (const int wait = pace_.Wait(now); wait > 0) return {Step::Kind::kWait, {}, wait};
+  lastSent_ = now;
+  return {Step::Kind::kSend, pace_.Take(now)};
+}
+
+/// As if a reply went out in no time.
+FaultyLine::Step FaultyLine::NextWhole(std::int64_t now) {
   if (queue_.empty()) return {};
   const Queued& first = queue_.front();
   const std::int64_t wait = std::max(first.due, lastSent_ + first.portion.delay) - now;
   if (wait > 0) return {Step::Kind::kWait, {}, static_cast<int>(wait)};
   switch (first.portion.kind) {
     case Portion::Kind::kEndless:
-      if (queue_.size() == 1) return {Step::Kind::kSend, EndlessText()};
+      // On a slow line only little is ahead of the end.
+      if (queue_.size() == 1)
+        return {Step::Kind::kSend, EndlessText(simulation_.baud > 0 ? 1 : 64)};
       TakeFirst(now);
       return {Step::Kind::kSend, std::string(kReplyEnd)};
     case Portion::Kind::kDropLink:
@@ -73,6 +89,7 @@ FaultyLine::Step FaultyLine::Next(std::int64_t now) {
 
 void FaultyLine::DropReplies() {
   queue_.clear();
+  pace_.Drop();
   waiting_ = 0;
 }
 

@@ -15,14 +15,45 @@
 #include <string>
 
 #include "platform/end_signals.h"
+#include "platform/pty_host.h"
+#include "platform/tcp_host.h"
 #include "simulator/options.h"
-#include "simulator/pty_host.h"
+#include "simulator/station_file.h"
 #include "simulator/steady_clock.h"
-#include "simulator/tcp_host.h"
 
 namespace {
 
 using namespace ostrel::simulator;
+
+/// The files that the options name.
+struct Files {
+  StationFile stations;
+  Replay replay;
+  Record record{std::cerr};
+};
+
+bool Complain(const std::string& failure) {
+  if (!failure.empty()) std::cerr << "ostrel-simulator: " << failure << std::endl;
+  return !failure.empty();
+}
+
+/// False when one of them, or what is wanted of it, is not to be had.
+bool Open(Files& files, const Options& options) {
+  if (!options.stations.empty() && Complain(files.stations.Load(options.stations))) return false;
+  const std::size_t onBus = files.stations.Stations().size();
+  const std::size_t count = onBus > 0 ? onBus : BuiltInStations().size();
+  if (options.connected >= count) {
+    return !Complain("--connected: the bus has " + std::to_string(count) + " stations");
+  }
+  if (!options.replay.empty()) {
+    if (Complain(files.replay.Load(options.replay))) return false;
+    const std::string complaint = files.replay.Complaint();
+    Complain(complaint.empty() ? complaint : options.replay + ": " + complaint);
+  }
+  if (options.record.empty()) return true;
+  const std::string failure = files.record.Open(options.record);
+  return failure.empty() || !Complain(options.record + ": " + failure);
+}
 
 bool Listens(const std::string& place, const std::string& failure) {
   if (failure.empty()) {
@@ -71,8 +102,17 @@ int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   const ostrel::EndSignals asked(&QCoreApplication::quit);
 
-  const BusStart start{.seed = options.seed, .clock = RealTime(), .connected = options.connected};
-  Simulation simulation{Bus(start), options.fault};
+  Files files;
+  if (!Open(files, options)) return 2;
+  const BusStart start{.seed = options.seed,
+                       .clock = RealTime(options.speed),
+                       .connected = options.connected,
+                       .stations = files.stations.Stations()};
+  Simulation simulation{.bus = Bus(start),
+                        .fault = options.fault,
+                        .baud = options.baud,
+                        .replay = options.replay.empty() ? nullptr : &files.replay,
+                        .record = options.record.empty() ? nullptr : &files.record};
   const auto report = [&] { std::cout << simulation.count.Text() << std::endl; };
   const auto userSignal = OnUserSignal(report);
   QTcpServer server;

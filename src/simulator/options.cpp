@@ -1,20 +1,65 @@
 #include "simulator/options.h"
 
-#include <CLI/CLI.hpp>
-#include <QHostAddress>
+#include <arpa/inet.h>
 
-#include "simulator/station.h"
+#include <CLI/CLI.hpp>
+
+#include "simulator/bus.h"
 
 namespace ostrel::simulator {
 
 namespace {
 
 std::string IsAddress(const std::string& text) {
-  return QHostAddress().setAddress(QString::fromStdString(text)) ? "" : "not an address: " + text;
+  unsigned char address[sizeof(in6_addr)];
+  // "%" is the interface of a link-local address.
+  const std::string numbers = text.substr(0, text.find('%'));
+  const bool valid = inet_pton(AF_INET, text.c_str(), address) == 1 ||
+                     inet_pton(AF_INET6, numbers.c_str(), address) == 1;
+  return valid ? "" : "not an address: " + text;
 }
 
 std::string IsFault(const std::string& text) {
   return LineFault::Parse(text, 0) ? "" : "no such fault: " + text;
+}
+
+/// Of the devices behind the line.
+void AddBusOptions(CLI::App& arguments, Options& options) {
+  arguments.add_option("--seed", options.seed, "the same seed gives the same history")
+      ->capture_default_str();
+  arguments.add_option("--speed", options.speed, "simulated time runs so many times as fast")
+      ->check(CLI::Range(0.001, 100'000.0))
+      ->capture_default_str();
+  auto* stations = arguments.add_option("--stations", options.stations,
+                                        "file with the stations, one a line, the connected one "
+                                        "first: model;firmware;name;serial number");
+  stations->type_name("FILE");
+  arguments
+      .add_option("--connected", options.connected,
+                  "which device of the bus is the connected one (AA), counted from 0")
+      ->check(CLI::Range(std::size_t{0}, kMaxStations - 1))
+      ->capture_default_str();
+  arguments
+      .add_option("--replay", options.replay,
+                  "answer from what --record has written instead of with devices")
+      ->type_name("FILE")
+      ->excludes(stations);
+}
+
+/// Of the line; the fault is still to be read.
+void AddLineOptions(CLI::App& arguments, Options& options, std::string& fault) {
+  arguments
+      .add_option("--serial-speed", options.baud, "send replies as slowly as a line of that speed")
+      ->check(CLI::Range(50, 4'000'000))
+      ->type_name("BAUD");
+  arguments
+      .add_option("--fault", fault, "fault at each line that comes in, or with :N at the Nth only")
+      ->check(IsFault)
+      ->type_name("NAME[:N]");
+  arguments
+      .add_option("--record", options.record,
+                  "append every line and reply, passwords too, to a file for you alone")
+      ->type_name("FILE");
 }
 
 }  // namespace
@@ -29,18 +74,9 @@ int ParseOptions(int argc, char** argv, Options& options) {
       ->capture_default_str();
   const auto* pty = arguments.add_option("--pty", options.terminal,
                                          "path at which a pseudo-terminal is to be found");
-  arguments.add_option("--seed", options.seed, "the same seed gives the same history")
-      ->capture_default_str();
-  arguments
-      .add_option("--connected", options.connected,
-                  "which device of the bus is the connected one (AA), counted from 0")
-      ->check(CLI::Range(std::size_t{0}, BuiltInStations().size() - 1))
-      ->capture_default_str();
+  AddBusOptions(arguments, options);
   std::string fault;
-  arguments
-      .add_option("--fault", fault, "fault at each line that comes in, or with :N at the Nth only")
-      ->check(IsFault)
-      ->type_name("NAME[:N]");
+  AddLineOptions(arguments, options, fault);
   arguments.set_version_flag("--version", "ostrel-simulator " OSTREL_VERSION);
   arguments.footer("Faults:\n" + LineFault::Help());
   try {

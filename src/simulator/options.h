@@ -16,7 +16,11 @@ struct Options {
   std::string terminal;               ///< where the link to the pseudo-terminal is to stand
   std::uint32_t seed = 1;
   LineFault fault;
-  std::size_t connected = 0;  ///< place of the physically connected device on the built-in bus
+  std::size_t connected = 0;  ///< place of the physically connected device on the bus
+  double speed = 1;           ///< of simulated time
+  int baud = 0;               ///< at which replies go out; 0 = as fast as it can be
+  /// Files; empty = none.
+  std::string stations, record, replay;
 };
 
 /// The exit status with which the program ends at once, or -1 to go on.

@@ -14,9 +14,11 @@ inline std::int64_t SteadyMs() {
   return std::chrono::duration_cast<milliseconds>(now).count();
 }
 
-/// For a bus that lives as fast as the world, from now on.
-inline BusClock RealTime() {
-  return [begin = SteadyMs()] { return SteadyMs() - begin; };
+/// For a bus that lives so many times as fast as the world, from now on.
+inline BusClock RealTime(double speed = 1) {
+  return [begin = SteadyMs(), speed] {
+    return static_cast<std::int64_t>(static_cast<double>(SteadyMs() - begin) * speed);
+  };
 }
 
 }  // namespace ostrel::simulator

@@ -1,4 +1,4 @@
-#include "simulator/host.h"
+#include "platform/simulator_host.h"
 
 #include "simulator/steady_clock.h"
 
@@ -13,20 +13,21 @@ constexpr std::size_t kMaxWaiting = 1024 * 1024 - kMaxUnsent;
 
 }  // namespace
 
-Host::Host(Simulation& simulation, QObject* parent) : QObject(parent), simulation_(simulation) {
+SimulatorHost::SimulatorHost(Simulation& simulation, QObject* parent)
+    : QObject(parent), simulation_(simulation) {
   delay_.setSingleShot(true);
   delay_.setTimerType(Qt::PreciseTimer);
-  connect(&delay_, &QTimer::timeout, this, &Host::Serve);
+  connect(&delay_, &QTimer::timeout, this, &SimulatorHost::Serve);
   Renew();
 }
 
-void Host::Renew() {
+void SimulatorHost::Renew() {
   line_.emplace(simulation_);
   leaving_ = 0;
   delay_.stop();
 }
 
-void Host::Serve() {
+void SimulatorHost::Serve() {
   if (turnQueued_) return;
   Send();
   char byte = 0;
@@ -44,7 +45,7 @@ void Host::Serve() {
   }
 }
 
-void Host::Send() {
+void SimulatorHost::Send() {
   while (Unsent() < kMaxUnsent) {
     const FaultyLine::Step step = line_->Next(SteadyMs());
     switch (step.kind) {
@@ -64,7 +65,7 @@ void Host::Send() {
   }
 }
 
-void Host::Leave(std::size_t unread) {
+void SimulatorHost::Leave(std::size_t unread) {
   line_->DropReplies();
   leaving_ = unread;
   if (unread > 0) {
@@ -75,7 +76,7 @@ void Host::Leave(std::size_t unread) {
   }
 }
 
-void Host::CountLeaving() {
+void SimulatorHost::CountLeaving() {
   line_->DropReplies();
   if (--leaving_ > 0) return;
   Renew();

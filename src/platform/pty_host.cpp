@@ -1,4 +1,4 @@
-#include "simulator/pty_host.h"
+#include "platform/pty_host.h"
 
 #include <unistd.h>
 

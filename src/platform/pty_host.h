@@ -6,18 +6,18 @@
 #include <string>
 #include <vector>
 
-#include "simulator/host.h"
+#include "platform/simulator_host.h"
 #include "simulator/pty.h"
 #include "simulator/pty_link.h"
 
 namespace ostrel::simulator {
 
 /// The hosts that open a pseudo-terminal one after the other.
-class PtyHost : public Host {
+class PtyHost : public SimulatorHost {
  public:
   /// The link to the pseudo-terminal is to stand at this path.
   PtyHost(Simulation& simulation, const std::string& path)
-      : Host(simulation, nullptr), link_(path) {}
+      : SimulatorHost(simulation, nullptr), link_(path) {}
 
   /// Makes pseudo-terminal and link. Returns why not, or nothing.
   std::string Open();

@@ -2,12 +2,12 @@
 
 #include <QTcpSocket>
 
-#include "simulator/host.h"
+#include "platform/simulator_host.h"
 
 namespace ostrel::simulator {
 
 /// A host that has connected over TCP; it ends with its socket, which ends with the connection.
-class TcpHost : public Host {
+class TcpHost : public SimulatorHost {
  public:
   TcpHost(QTcpSocket* socket, Simulation& simulation);
 

@@ -1,4 +1,4 @@
-#include "platform/connection_chooser.h"
+#include "link/frmChooser.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -10,6 +10,7 @@
 
 #include "app/text.h"
 #include "app/texts.h"
+#include "link/frmConnection.h"
 #include "platform/window_dialogs.h"
 
 namespace ostrel {
@@ -28,9 +29,9 @@ QTreeWidget* ConnectionList(const Messages& messages, const std::vector<Connecti
   list->setHeaderLabels(
       {Text(messages, text::kName), Text(messages, text::kKind), Text(messages, text::kTarget)});
   for (const Connection& connection : connections) {
-    auto* row = new QTreeWidgetItem(
-        list, {QString::fromStdString(connection.name), QString::fromStdString(connection.kind),
-               QString::fromStdString(connection.Target())});
+    auto* row = new QTreeWidgetItem(list, {QString::fromStdString(connection.name),
+                                           frmConnection::KindText(messages, connection.kind),
+                                           QString::fromStdString(connection.Target())});
     if (LowerAscii(connection.name) == LowerAscii(preselected)) list->setCurrentItem(row);
   }
   if (list->currentItem() == nullptr) list->setCurrentItem(list->topLevelItem(0));

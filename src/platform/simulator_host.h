@@ -13,10 +13,10 @@ namespace ostrel::simulator {
 /// One host with its line to the devices, whatever it is connected by. It answers one line at a
 /// time, so that other hosts and signals get their turn in between, and reads no further while the
 /// host does not fetch its replies.
-class Host : public QObject {
+class SimulatorHost : public QObject {
  public:
   /// The simulation outlives the host.
-  Host(Simulation& simulation, QObject* parent);
+  SimulatorHost(Simulation& simulation, QObject* parent);
 
  protected:
   /// To be called whenever there is something to read, or less unsent than before.

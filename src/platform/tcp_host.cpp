@@ -1,4 +1,4 @@
-#include "simulator/tcp_host.h"
+#include "platform/tcp_host.h"
 
 namespace ostrel::simulator {
 
@@ -9,7 +9,7 @@ constexpr qint64 kReadBuffer = 64 * 1024;
 }  // namespace
 
 TcpHost::TcpHost(QTcpSocket* socket, Simulation& simulation)
-    : Host(simulation, socket), socket_(*socket) {
+    : SimulatorHost(simulation, socket), socket_(*socket) {
   socket_.setReadBufferSize(kReadBuffer);
   // What is sent in pieces shall arrive in pieces.
   socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
