@@ -72,7 +72,8 @@ Pieces MasterReset(Station& station) {
 }
 
 void WriteReset(Station& station, const WriteRequest& request) {
-  const Value kind = request.values.empty() ? Value(-1.0) : request.values.front();
+  const bool plain = !request.all && request.arguments.empty() && request.values.size() == 1;
+  const Value kind = plain ? request.values.front() : Value(-1.0);
   if (kind == Value(kMasterReset)) {
     MasterReset(station);
   } else if (kind == Value(kRestart)) {

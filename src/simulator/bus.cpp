@@ -73,6 +73,8 @@ std::vector<Portion> Bus::AnswerInPieces(std::string_view line) {
   const Address address = ParseAddress(line);
   if (!connected.boot.inBootloader) return {{AnswerOfStations(address)}};
   const bool own = address.kind == Address::Kind::kCurrent || address.station == connected.address;
+  // A host relies on it: after the restart its lines without address are for the connected one.
+  if (own && address.makeCurrent) current_ = &connected;
   return BootloaderAnswer(connected, own ? address.expression : line);
 }
 

@@ -1,5 +1,6 @@
 #include "simulator/data_log_records.h"
 
+#include <algorithm>
 #include <bit>
 #include <iterator>
 #include <span>
@@ -182,7 +183,8 @@ LogBytes MakeLogRecord(std::int64_t localMs, LogToken token, int series, Random&
 
 LogBytes MakeClockRecord(std::int64_t localMs, std::int64_t beforeMs) {
   LogBytes payload;
-  PutTime(payload, beforeMs);
+  // A change of zone takes a clock that stands at the first day back to the year before.
+  PutTime(payload, std::max<std::int64_t>(beforeMs, 0));
   return Framed(localMs, kClockSet, payload);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include "simulator/station.h"
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr std::size_t kMaxText = 120;
 constexpr double kMaxNumber = 1e6;
-constexpr std::string_view kModels[] = {"KT-X", "KT-XB", "LX-X", "KT-XW", "KT-XWB"};
 
 enum List { kHProgram, kPProgram, kQProgram, kMenuName, kMenu, kLineName, kU, kI, kFactor, kUnit };
 
@@ -117,10 +117,7 @@ constexpr Variable kVariables[] = {
 
 }  // namespace
 
-std::optional<Programs> MakePrograms(std::string_view model) {
-  if (std::find(std::begin(kModels), std::end(kModels), model) == std::end(kModels)) {
-    return std::nullopt;
-  }
+Programs MakePrograms() {
   Programs programs;
   for (std::size_t n = 0; n < kProgramLists; ++n) {
     const ListData& data = kLists[n];

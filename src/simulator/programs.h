@@ -2,9 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "simulator/variables.h"
@@ -19,8 +17,8 @@ struct Programs {
   std::array<std::vector<std::string>, kProgramLists> lists;
 };
 
-/// Lists with some first entries; nothing for models without programs.
-std::optional<Programs> MakePrograms(std::string_view model);
+/// Lists with some first entries.
+Programs MakePrograms();
 
 /// The lists. "x# *" prints the entries in use as lines that write them again.
 VariableTable ProgramVariables();

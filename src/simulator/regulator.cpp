@@ -77,13 +77,20 @@ void Regulator::Simulate(Station& station, int on) {
   if ((on != 0) == simulating_) return;
   station.Note(Event::kSimulation, on);
   simulating_ = on != 0;
-  simulatedTap_ = tap_;
+  BeginTapSimulation();
   outside_ = 0;
 }
 
 void Regulator::SimulateTap(int on) {
+  if ((on != 0) == tapSimulationChosen_) return;
   tapSimulationChosen_ = on != 0;
+  BeginTapSimulation();
+}
+
+/// Also where one ends: a simulated tap changer that is running never arrives.
+void Regulator::BeginTapSimulation() {
   simulatedTap_ = tap_;
+  if (stepsSimulated_) running_ = 0;
 }
 
 Measurements& Regulator::SimulatedInputs() {

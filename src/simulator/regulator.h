@@ -88,6 +88,7 @@ class Regulator {
   int VoltageAt(int position, int deviation) const;
   void Step(Station& station, std::int64_t second);
   void Measure(std::int64_t second);
+  void BeginTapSimulation();
   void FinishTap(Station& station);
   void WatchLimits(Station& station);
   void Regulate(Station& station);

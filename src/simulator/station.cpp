@@ -61,7 +61,7 @@ Station::Station(std::string stationAddress, const StationData& stationData,
       regulator(MakeRegulator(stationData, stationSeed, localSeconds)),
       coil(MakeCoilController(stationData)),
       ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)),
-      programs(MakePrograms(stationData.model)),
+      programs(regulator ? std::optional(MakePrograms()) : std::nullopt),
       access(stationData.access, IsConnected()) {
   if (regulator) {
     const int position = regulator->TapPosition();

@@ -26,6 +26,11 @@ TEST(Bootloader, SavesAndRestoresTheDevice) {
       {0, "reset", ""},
       {0, "RegTAPSUM#,passwort- 1,!", total + "\r\n0"},
       {0, "RegSW# 1,LName# 1,AnaMap# 1,fsize# f,utcTZ#", "100\r\nTrafo 1\r\n0\r\n-1\r\n1"},
+      {0, "B1::", ""},
+      {0, "AA:sysreset=0.9", ""},
+      {0, "AA::", ""},
+      {0, "reset", ""},
+      {0, "dir", "AA:"},
       {0, "passwort 1 0=1 1,logout", ""},
       {0, "sysreset=0.9", "<<access denied>>"},
   });
@@ -50,6 +55,7 @@ TEST(Bootloader, RestartsAreSilent) {
       {1, "B1:dir,RegTAPSUM#", "B1:\r\n0"},
       {0, "B1:sysreset=0.9", "<<index out of range>>"},
       {0, "sysreset=", "<<index out of range>>"},
+      {0, "sysreset 1=0", "<<index out of range>>"},
   });
 }
 

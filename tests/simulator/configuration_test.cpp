@@ -76,10 +76,7 @@ TEST(IoMaps, TakeOnlyChannelsOfCards) {
                       {"RegInpMap*=2.01,RegInpMap# 1,RegInpMap# 128", "2.01\r\n2.01"}});
 }
 
-TEST(IoMaps, LeadToCardsThatAreThereAndOfEveryKind) {
-  std::string kinds =
-      "10/0 10/16 10/4110 11/2 11/3 11/4 11/5 11/16 11/17 11/18 11/19 12/0 12/1 12/16 12/17 "
-      "13/0 13/1 13/2 13/16 13/17 13/18 14/0 27/0 10/103 11/258 ";
+TEST(IoMaps, LeadToCardsThatAreThere) {
   Bus bus;
   int mapped = 0;
   for (const std::string station : {"AA:", "B1:", "B2:", "B3:"}) {
@@ -89,10 +86,6 @@ TEST(IoMaps, LeadToCardsThatAreThereAndOfEveryKind) {
       const std::string type = bus.Answer(station + "DevModID# " + place);
       if (type == "0") break;
       lines += (lines.empty() ? "DevModID " : "\r\nDevModID ") + place + "=" + type;
-      const std::string kind = type + "/" + bus.Answer(station + "DevSubType# " + place) + " ";
-      const std::size_t at = kinds.find(kind);
-      ASSERT_NE(at, std::string::npos) << kind << "twice, or of no known kind";
-      kinds.erase(at, kind.size());
     }
     EXPECT_EQ(bus.Answer(station + "devmodid *"), lines);
     for (const std::string& entry : Lines(bus.Answer(station + "RegInpMap# *"))) {
@@ -101,7 +94,6 @@ TEST(IoMaps, LeadToCardsThatAreThereAndOfEveryKind) {
       EXPECT_NE(bus.Answer(station + "DevModID# " + entry.substr(0, entry.find('.'))), "0");
     }
   }
-  EXPECT_EQ(kinds, "") << "on no station";
   EXPECT_GT(mapped, 16);
 }
 

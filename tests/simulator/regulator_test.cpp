@@ -94,6 +94,9 @@ TEST(Regulator, TapsToItsEndPositionAndNoFurther) {
   EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "");
   EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "<<tap changer is running>>");
   EXPECT_EQ(life.bus.Answer("RegStufe=-10"), "<<value out of range>>");
+  EXPECT_EQ(life.bus.Answer("RegSimul=0"), "");
+  life.now += 10'000;
+  EXPECT_EQ(life.Events(1), std::vector<std::string>{"19;0"}) << "no position that is none";
 }
 
 TEST(Regulator, LivesTheSameInOneLeapAndInManySteps) {
@@ -125,7 +128,8 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
        "100.5\r\n-30\r\n1.25"},
       {"RegSimul=1,RegUn=200.1", range},
       {"RegSimul=1,Regphi=180.5", range},
-      {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#", "-4\r\n1"},
+      {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegSimuls=1,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#",
+       "-4\r\n1"},
       {"RegAuto=2", range},
       {"RegAuto=0.5", range},
       {"RegAuto=on", range},
