@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTimer>
+#include <string>
 
 #include "server/line_port.h"
 #include "simulator/faulty_line.h"
@@ -19,9 +20,11 @@ class SimulatorPort : public LinePort {
   void Close() override;
 
  private:
+  void TakeLine();
   void Deliver();
 
   simulator::FaultyLine line_;
+  std::string unread_;  // of what was written
   QTimer delay_;
   bool open_ = false;
 };
