@@ -170,9 +170,8 @@ void frmMain::ShowConnection() {
   lblBanner->setVisible(simulated);
   lblSimulation->setVisible(simulated);
   lblConnection->setText(
-      name.empty()
-          ? Text(text::kNotConnected)
-          : Text(text::kConnectedTo).replace(QStringLiteral("%s"), QString::fromStdString(name)));
+      name.empty() ? Text(text::kNotConnected)
+                   : QString::fromStdString(service_.Texts().Filled(text::kConnectedTo, name)));
 }
 
 void frmMain::AddPages() {

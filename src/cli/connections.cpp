@@ -144,10 +144,8 @@ ExitStatus CliRun::ConnectionsUse(const std::string& name) {
 
 ExitStatus CliRun::ConnectionsRemove(const std::string& name) {
   Connections connections(ports_.settings);
-  if (!connections.Stored(name)) {
-    const bool builtIn = !name.empty() && connections.Find(name).has_value();
-    return Refuse(builtIn ? text::kBuiltIn : text::kNoSuchConnection, name);
-  }
+  if (name.empty() || !connections.Find(name)) return Refuse(text::kNoSuchConnection, name);
+  if (!connections.Stored(name)) return Refuse(text::kBuiltIn, name);
   if (!dialogs_.AskYesNo(service_.Texts().Filled(text::kRemoveConnection, name))) {
     service_.Texts().Warn(text::kNotConfirmed);
     return ExitStatus::kNotConfirmed;

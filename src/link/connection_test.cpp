@@ -34,18 +34,12 @@ struct Help {
 };
 
 constexpr Help kHelps[] = {
-    {code::kTimeout, text::kHelpSilent},
-    {code::kPortFailure, text::kHelpPermission},
-    {code::kReceiveError, text::kHelpDisturbed},
-    {code::kTooBig, text::kHelpTooBig},
-    {code::kOnlineTaken, text::kHelpOnline},
-    {code::kOnlineActive, text::kHelpOnline},
-    {Second(27), text::kHelpAdapter},
-    {code::kNoSuchConnection, text::kHelpName},
-    {Second(33), text::kHelpPortShared},
-    {code::kServerGone, text::kHelpServer},
-    {code::kCannotConnect, text::kHelpHost},
-    {code::kFaultyConnection, text::kHelpData},
+    {code::kTimeout, text::kHelpSilent},          {code::kPortFailure, text::kHelpPermission},
+    {code::kReceiveError, text::kHelpDisturbed},  {code::kTooBig, text::kHelpTooBig},
+    {code::kOnlineTaken, text::kHelpOnline},      {code::kOnlineActive, text::kHelpOnline},
+    {code::kPortInUse, text::kHelpAdapter},       {code::kNoSuchConnection, text::kHelpName},
+    {code::kPortTaken, text::kHelpPortShared},    {code::kServerGone, text::kHelpServer},
+    {code::kCannotConnect, text::kHelpHost},      {code::kFaultyConnection, text::kHelpData},
     {code::kServerNotStarted, text::kHelpServer},
 };
 

@@ -97,11 +97,14 @@ void frmConnection::FillChoices() {
   for (const int baud : {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}) {
     cmbBaud->addItem(QString::number(baud));
   }
-  cmbBaud->setEditable(true);
+  for (QComboBox* box : {cmbBaud, cmbDevice}) {
+    box->setEditable(true);
+    // It would make the device /dev/ttyM1 that is typed the device /dev/ttyM10 that is listed.
+    box->setCompleter(nullptr);
+  }
 }
 
 void frmConnection::FillDevices() {
-  cmbDevice->setEditable(true);
   // A long name of an adapter is no reason for a dialog wider than the screen.
   cmbDevice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   cmbDevice->setMinimumContentsLength(30);

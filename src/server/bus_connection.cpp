@@ -34,6 +34,7 @@ BusConnection::~BusConnection() {
 
 void BusConnection::Hold() {
   held_ = true;
+  woundUp_ = false;
   if (!open_) OpenPort();
 }
 
@@ -169,9 +170,11 @@ void BusConnection::StartNext() {
   Transmit(std::move(out), false);
 }
 
-/// Closes the port, with the connected station made current before.
+/// Closes the port, with the connected station made current before. That is tried once: a device
+/// that does not answer must not keep the port from others.
 void BusConnection::WindUp() {
-  if (open_ && lineStation_ != kConnectedStation) {
+  const bool tried = std::exchange(woundUp_, true);
+  if (open_ && lineStation_ != kConnectedStation && !tried) {
     Point(kConnected, {0, 0, {}, kOwnTimeoutMs});
   } else {
     DropPort();

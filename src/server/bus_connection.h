@@ -95,7 +95,8 @@ class BusConnection : public QObject {
   LinePort* port_ = nullptr;  // a child; null when neither open nor opening
   bool open_ = false;
   bool held_ = false;
-  bool again_ = false;  // the port was open already since the first of the channels came
+  bool again_ = false;    // the port was open already since the first of the channels came
+  bool woundUp_ = false;  // nothing more is to be sent before the port is closed
   bool raw_ = false;
   std::string rawWaiting_;  // to be sent when the port is open again
   std::string halfLine_;    // sent in raw mode behind the last carriage return

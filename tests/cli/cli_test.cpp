@@ -171,6 +171,7 @@ TEST_F(CliTest, ConnectionsAreNotLostSilently) {
       {{"change", "V", "--stop-bits", "1"}, 0, "V", serial},
       {{"remove", "V"}, 3, "V", serial},
       {{"remove", "Simulator", "--yes"}, 1, "V", serial},
+      {{"remove", "\\V", "--yes"}, 1, "V", serial},
   };
   for (const auto& step : steps) {
     std::vector<std::string> arguments = step.arguments;

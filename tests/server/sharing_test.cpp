@@ -79,6 +79,21 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
   EXPECT_EQ(device.lines, Lines{"AA::"});
 }
 
+TEST_F(Sharing, NoReplyOfADeviceKeepsAConnectionOpenThatNobodyHolds) {
+  Client client(path);
+  for (const char* last : {"", "<<no station>>", "\x01"}) {
+    device.answer = [last](const QByteArray& line) {
+      return ScriptedDevice::Reply(line, line == "AA::" ? last : "");
+    };
+    const int channel = client.Call("COpen", {"Tcp"}).toInt();
+    client.Exchange(channel, "B1::");
+    device.lines.clear();
+    client.Call("CClose", {channel});
+    EXPECT_TRUE(WaitUntil([this] { return !device.Connected(); })) << last;
+    EXPECT_EQ(device.lines, Lines{"AA::"}) << last;
+  }
+}
+
 TEST_F(Sharing, TheOnlineChannelHasTheConnectionToItself) {
   Client client(path);
   client.Call("COpen", {"Tcp", 2});
