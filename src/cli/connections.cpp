@@ -14,6 +14,10 @@ namespace {
 void ApplyHostAndPort(const std::string& target, Connection& connection) {
   const std::size_t colon = target.rfind(':');
   connection.host = target.substr(0, colon);
+  // "[::1]:4001": the brackets only part the address from the port.
+  if (connection.host.starts_with('[') && connection.host.ends_with(']')) {
+    connection.host = connection.host.substr(1, connection.host.size() - 2);
+  }
   const std::string port = colon == std::string::npos ? "" : target.substr(colon + 1);
   const bool digits = port.find_first_not_of("0123456789") == std::string::npos;
   connection.port = digits ? ReadInteger(port) : 0;

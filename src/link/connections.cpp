@@ -78,7 +78,10 @@ Connection Load(const SettingsStore& settings, const std::string& name) {
 }  // namespace
 
 std::string Connection::Target() const {
-  if (kind == "tcp") return host + ":" + std::to_string(port);
+  if (kind == "tcp") {
+    const bool brackets = host.find(':') != std::string::npos;
+    return (brackets ? "[" + host + "]" : host) + ":" + std::to_string(port);
+  }
   if (kind == "serial") return device + ", " + std::to_string(baud) + " baud";
   return {};
 }

@@ -92,6 +92,7 @@ TEST_F(CliTest, ExitStatusAndStreams) {
       {{"connections", "test", "W"}, 0, "W arbeitet.\nAA:dirn_ → AA:Nord\n", ""},
       {{"connections", "test", "--connection", "V"}, 0, " V ", ""},
       {{"connections", "add", "W", "tcp", "host"}, 2, "", "W host"},
+      {{"connections", "add", "Six", "tcp", "[::1]:4001"}, 0, "tcp        [::1]:4001\n", ""},
       {{"connections", "add", "W", "tcp", "host:4001x"}, 2, "", "W host:4001x"},
       {{"send", "login 1 geheim"}, 1, "", "AA:login ***\n<<no>>"},
       {{"server", "status"}, 0, "läuft nicht", ""},
