@@ -185,9 +185,13 @@ void BusConnection::Point(const std::string& station, const LineOut& before) {
   Transmit({before.channel, before.exchange, station + "::", before.timeoutMs}, true);
 }
 
-/// What an online channel left behind in the device would become the beginning of the next line.
+/// What an online channel left behind in the device would become the beginning of the next line. It
+/// is ended as a text without its closing quote: nobody meant it to be carried out.
 void BusConnection::EndHalfLine() {
-  Launch({0, 0, std::exchange(halfLine_, {}), kOwnTimeoutMs}, false, "\r");
+  std::string line = std::exchange(halfLine_, {});
+  const bool quoted = std::count(line.begin(), line.end(), '"') % 2 != 0;
+  if (!quoted) line += '"';
+  Launch({0, 0, std::move(line), kOwnTimeoutMs}, false, quoted ? "\r" : "\"\r");
 }
 
 void BusConnection::Transmit(LineOut out, bool pointing) {

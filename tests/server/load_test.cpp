@@ -127,7 +127,8 @@ TEST_F(Death, LeavesNoHalfLineInFrontOfTheNextOne) {
   owner.socket.abort();
   EXPECT_EQ(other.Notice()["enabled"], false);
   EXPECT_EQ(other.Exchange(channel, "AA:own"), "re AA:own");
-  EXPECT_EQ(device.lines.back(), "AA:own") << "behind what was left in the device";
+  const std::vector<std::string> seen = {"AA:before", "half a line\"", "AA:own"};
+  EXPECT_EQ(device.lines, seen) << "and not carried out";
 }
 
 }  // namespace
