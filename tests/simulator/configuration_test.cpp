@@ -1,24 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "simulator/bus.h"
 #include "simulator/machine.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
-
-struct Case {
-  std::string line, answer;
-};
-
-/// The lines go to the bus in this order.
-void ExpectAnswers(Bus& bus, std::initializer_list<Case> cases) {
-  for (const Case& c : cases) EXPECT_EQ(bus.Answer(c.line), c.answer) << "line: " << c.line;
-}
 
 std::vector<std::string> Lines(std::string answer) {
   std::vector<std::string> lines;
@@ -67,13 +54,12 @@ TEST(IoMaps, TakeOnlyChannelsOfCards) {
   for (const std::string value : {"5", "5.17", "0.01", "17.01", "5.011", "-5.01", "1E300", "x"}) {
     EXPECT_EQ(Bus().Answer("RegInpMap 33=" + value), "<<no such channel>>") << value;
   }
-  Bus bus;
-  ExpectAnswers(bus, {{"RegInpMap 33=5.01,RegInpMap# 33", "5.01"},
-                      {"RegInpMap 33=5.1,RegInpMap# 33", "5.10"},
-                      {"RegInpMap 33=16.16,RegInpMap# 33", "16.16"},
-                      {"RegInpMap 33=0,RegInpMap# 33", "0"},
-                      {"AnaMap 7=2.09", "<<no such channel>>"},
-                      {"RegInpMap*=2.01,RegInpMap# 1,RegInpMap# 128", "2.01\r\n2.01"}});
+  ExpectAnswers({{"RegInpMap 33=5.01,RegInpMap# 33", "5.01"},
+                 {"RegInpMap 33=5.1,RegInpMap# 33", "5.10"},
+                 {"RegInpMap 33=16.16,RegInpMap# 33", "16.16"},
+                 {"RegInpMap 33=0,RegInpMap# 33", "0"},
+                 {"AnaMap 7=2.09", "<<no such channel>>"},
+                 {"RegInpMap*=2.01,RegInpMap# 1,RegInpMap# 128", "2.01\r\n2.01"}});
 }
 
 TEST(IoMaps, LeadToCardsThatAreThere) {
@@ -101,7 +87,7 @@ const std::string kRegulators[] = {"AA:", "B1:", "B2:", "B3:", "B6:"};
 
 TEST(Programs, ListingsRestoreWhatTheyList) {
   const std::string text = "\"!\"\"a, b;\"\",1,2,+,!; \xe4 = *\"";
-  const Case lists[] = {
+  const Step lists[] = {
       {"Hlist", "64=" + text},  {"PList", "64=\"" + std::string(120, '"') + "\""},
       {"QList", "64=\" \""},    {"menuappn", "32=" + text},
       {"menuapp", "32=\"0\""},  {"LName", "16=" + text},
@@ -111,7 +97,7 @@ TEST(Programs, ListingsRestoreWhatTheyList) {
   Bus bus;
   EXPECT_EQ(bus.Answer("B2:login 1 4711"), "");
   for (const std::string& station : kRegulators) {
-    for (const auto& [name, last] : lists) {
+    for (const auto& [name, last, _] : lists) {
       SCOPED_TRACE(station + name);
       EXPECT_EQ(bus.Answer(station + name + " " + last), "");
       const std::string listing = bus.Answer(station + name + " *");
@@ -140,55 +126,52 @@ TEST(Programs, RunOnTheirStations) {
 }
 
 TEST(Programs, RefuseWhatDoesNotFit) {
-  Bus bus;
-  const std::string before = bus.Answer("Hlist*,Urat*");
-  ExpectAnswers(bus, {{"Hlist 0=\"a\"", "<<index out of range>>"},
-                      {"Hlist 65=\"a\"", "<<index out of range>>"},
-                      {"Hlist=\"a\"", "<<index out of range>>"},
-                      {"Hlist 1=\"" + std::string(121, 'a') + "\"", "<<text too long>>"},
-                      {"Hlist 1=a", "<<no text between quotes>>"},
-                      {"Hlist 1=\"a\"b\"c\"", "<<no text between quotes>>"},
-                      {"Hlist 1=\"a\" \"b\"", "<<one value expected>>"},
-                      {"Hlist 1=\"\x01\"", "<<character not allowed>>"},
-                      {"Urat 1=\"20000\"", "<<number out of range>>"},
-                      {"Urat 1=1000001", "<<number out of range>>"},
-                      {"B4:Hlist*", "<<unknown: hlist>>"},
-                      {"Hlist*,Urat*", before},
-                      {"Urat 1=20000,Urat- 1,2,/,!", "10000"}});
+  const std::string before = Bus().Answer("Hlist*,Urat*");
+  ExpectAnswers({{"Hlist 0=\"a\"", "<<index out of range>>"},
+                 {"Hlist 65=\"a\"", "<<index out of range>>"},
+                 {"Hlist=\"a\"", "<<index out of range>>"},
+                 {"Hlist 1=\"" + std::string(121, 'a') + "\"", "<<text too long>>"},
+                 {"Hlist 1=a", "<<no text between quotes>>"},
+                 {"Hlist 1=\"a\"b\"c\"", "<<no text between quotes>>"},
+                 {"Hlist 1=\"a\" \"b\"", "<<one value expected>>"},
+                 {"Hlist 1=\"\x01\"", "<<character not allowed>>"},
+                 {"Urat 1=\"20000\"", "<<number out of range>>"},
+                 {"Urat 1=1000001", "<<number out of range>>"},
+                 {"B4:Hlist*", "<<unknown: hlist>>"},
+                 {"Hlist*,Urat*", before},
+                 {"Urat 1=20000,Urat- 1,2,/,!", "10000"}});
 }
 
 TEST(FileStore, KeepsWhatIsAppended) {
-  Bus bus;
-  ExpectAnswers(bus, {{"fsize# Par_1.txt", "-1"},
-                      {"fcreate! = Par_1.txt", ""},
-                      {"fsize# PAR_1.TXT", "0"},
-                      {"fapph par_1.txt 30E41a", ""},
-                      {"fapps_ par_1.txt \"say \"\"a, b\"\"\"", ""},
-                      {"fread. par_1.txt 0 *", "0\xe4.say \"a, b\"\r\n"},
-                      {"fread. par_1.txt 3 3", "say"},
-                      {"fread. par_1.txt 65537 *", "<<index out of range>>"},
-                      {"fread. other 0 *", "<<no such file>>"},
-                      {"fapph par_1.txt 303x", "<<not hexadecimal>>"},
-                      {"fsize# par_1.txt", "15"},
-                      {"B1:fsize# par_1.txt", "-1"},
-                      {"fcreate! = a/b", "<<file name not allowed>>"},
-                      {"fcreate! = abcdefghijklm", "<<file name not allowed>>"},
-                      {"fcreate! =", "<<file name is missing>>"},
-                      {"B4:fcreate! = LOG.H", "<<file name not allowed>>"},
-                      {"fcreate! = par_1.txt,fsize# par_1.txt", "0"},
-                      {"fdelete! = par_1.txt", ""},
-                      {"fdelete! = par_1.txt", "<<no such file>>"}});
+  ExpectAnswers({{"fsize# Par_1.txt", "-1"},
+                 {"fcreate! = Par_1.txt", ""},
+                 {"fsize# PAR_1.TXT", "0"},
+                 {"fapph par_1.txt 30E41a", ""},
+                 {"fapps_ par_1.txt \"say \"\"a, b\"\"\"", ""},
+                 {"fread. par_1.txt 0 *", "0\xe4.say \"a, b\"\r\n"},
+                 {"fread. par_1.txt 3 3", "say"},
+                 {"fread. par_1.txt 65537 *", "<<index out of range>>"},
+                 {"fread. other 0 *", "<<no such file>>"},
+                 {"fapph par_1.txt 303x", "<<not hexadecimal>>"},
+                 {"fsize# par_1.txt", "15"},
+                 {"B1:fsize# par_1.txt", "-1"},
+                 {"fcreate! = a/b", "<<file name not allowed>>"},
+                 {"fcreate! = abcdefghijklm", "<<file name not allowed>>"},
+                 {"fcreate! =", "<<file name is missing>>"},
+                 {"B4:fcreate! = LOG.H", "<<file name not allowed>>"},
+                 {"fcreate! = par_1.txt,fsize# par_1.txt", "0"},
+                 {"fdelete! = par_1.txt", ""},
+                 {"fdelete! = par_1.txt", "<<no such file>>"}});
 }
 
 TEST(FileStore, IsBounded) {
-  Bus bus;
   const std::string bytes(2048, 'A');
-  ExpectAnswers(bus, {{"1,16,fori,fcreate! = i,ni", ""},
-                      {"fcreate! = 17", "<<too many files>>"},
-                      {"fori 1..64,fapph 16 " + bytes + ",ni,fsize# 16", "65536"},
-                      {"fapph 16 41", "<<file full>>"},
-                      {"fread. 16 0 *", std::string(65536, '\xaa')},
-                      {"fdelete! = 3,fcreate! = 17,fsize# 17", "0"}});
+  ExpectAnswers({{"1,16,fori,fcreate! = i,ni", ""},
+                 {"fcreate! = 17", "<<too many files>>"},
+                 {"fori 1..64,fapph 16 " + bytes + ",ni,fsize# 16", "65536"},
+                 {"fapph 16 41", "<<file full>>"},
+                 {"fread. 16 0 *", std::string(65536, '\xaa')},
+                 {"fdelete! = 3,fcreate! = 17,fsize# 17", "0"}});
 }
 
 }  // namespace

@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <string>
-#include <vector>
 
-#include "simulator/bus.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -24,11 +20,7 @@ int AsCounter(int printed) {
 }
 
 TEST(Stations, AnswerToTheirAddress) {
-  struct Case {
-    std::string line, answer;
-  };
-  // The lines go to one bus in this order.
-  const Case cases[] = {
+  ExpectAnswers({
       {"dirn_", "AA:Umspannwerk Nord T1"},
       {"aa:ver.", "KT-X+;V2.27"},
       {"AA:ver", "KT-X Version V2.27"},
@@ -49,9 +41,7 @@ TEST(Stations, AnswerToTheirAddress) {
       {"ver.", "KT-XF+;V2.4.04"},
       {"aa::", ""},
       {"ver.", "KT-X+;V2.27"},
-  };
-  Bus bus;
-  for (const Case& c : cases) EXPECT_EQ(bus.Answer(c.line), c.answer) << "line: " << c.line;
+  });
 }
 
 TEST(Stations, AllAnswerInBusOrder) {

@@ -10,15 +10,15 @@
 
 namespace ostrel::simulator {
 
-inline constexpr std::int64_t kMinute = 60'000;
-inline const std::string kSilence = "(silence)";
+inline constexpr std::int64_t kMinute = 60'000, kDay = 86'400'000;
+inline const std::string kSilence = "(silence)", kEnd = "\r\n<\x1a";
 
 struct Step {
-  std::int64_t passed;  // ms before the line
   std::string line, answer;
+  std::int64_t passed = 0;  // ms before the line
 };
 
-/// Sends the lines to one bus.
+/// Sends the lines to one bus, in this order.
 inline void ExpectAnswers(const std::vector<Step>& steps, std::size_t connected = 0) {
   std::int64_t now = 0;
   Bus bus({.clock = [&now] { return now; }, .connected = connected});
