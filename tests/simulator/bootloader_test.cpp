@@ -1,6 +1,5 @@
 #include "simulator/bootloader.h"
 
-#include "simulator/faulty_line.h"
 #include "steps.h"
 
 namespace ostrel::simulator {
@@ -80,21 +79,6 @@ TEST(Bootloader, IsWhatTheConnectedDeviceHas) {
                    {"rambackuptime", c.time}},
                   c.connected);
   }
-}
-
-TEST(Bootloader, SavingComesInPiecesOverSomeSeconds) {
-  Simulation simulation{Bus()};
-  simulation.bus.Answer("sysreset=0.9");
-  FaultyLine line(simulation);
-  for (const char byte : std::string("RamBackup\r")) line.Feed(byte, 0);
-  std::string received;
-  std::int64_t now = 0;
-  for (FaultyLine::Step step; (step = line.Next(now)).kind != FaultyLine::Step::Kind::kNothing;) {
-    now += step.wait;
-    received += step.bytes + (step.bytes.empty() ? "" : "|");
-  }
-  EXPECT_EQ(received, "RamBackup\r\nSaving |....|o.|k.\r\n<\x1a|");
-  EXPECT_GE(now, 2'000);
 }
 
 }  // namespace

@@ -1,22 +1,10 @@
 #include "simulator/device_line.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "sent.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
-
-std::string Feed(DeviceLine& line, const std::string& bytes) {
-  std::string replies;
-  for (const char byte : bytes) {
-    for (const Portion& portion : line.Feed(byte).value_or(std::vector<Portion>())) {
-      replies += portion.bytes;
-    }
-  }
-  return replies;
-}
 
 TEST(DeviceLine, RepliesToEachCompleteLine) {
   struct Case {
@@ -24,34 +12,20 @@ TEST(DeviceLine, RepliesToEachCompleteLine) {
   };
   const std::string longLine(5000, 'x');
   const Case cases[] = {
-      {"AA:ver.\r", "AA:ver.\r\nKT-X+;V2.27\r\n<\x1a"},
-      {"\r", "\r\n\r\n<\x1a"},
-      {"C9:ver.\r\n", "C9:ver.\r\n\r\n<\x1a"},
-      {"1,2\n,+\x1a,!\rB1:dir\r\n",
-       "1,2,+,!\r\n3\r\n<\x1a"
-       "B1:dir\r\nB1:\r\n<\x1a"},
-      {"!\"S\xfc"
-       "d\tx\"\r",
-       "!\"S\xfc"
-       "d\tx\"\r\nS\xfc"
-       "d\tx\r\n<\x1a"},
+      {"AA:ver.\r", "AA:ver.\r\nKT-X+;V2.27" + kEnd},
+      {"\r", "\r\n" + kEnd},
+      {"C9:ver.\r\n", "C9:ver.\r\n" + kEnd},
+      {"1,2\n,+\x1a,!\rB1:dir\r\n", "1,2,+,!\r\n3" + kEnd + "B1:dir\r\nB1:" + kEnd},
+      {"!\"S\xfc\tx\"\r", "!\"S\xfc\tx\"\r\nS\xfc\tx" + kEnd},
       {"1,!,2,!", ""},
-      {longLine + "\r7,!\r", longLine.substr(0, 4096) + "\r\n<<line too long>>\r\n<\x1a"
-                                                        "7,!\r\n7\r\n<\x1a"},
+      {longLine + "\r7,!\r",
+       longLine.substr(0, 4096) + "\r\n<<line too long>>" + kEnd + "7,!\r\n7" + kEnd},
   };
-  Bus bus;
+  Simulation simulation{Bus()};
   for (const Case& c : cases) {
-    DeviceLine line(bus);
-    EXPECT_EQ(Feed(line, c.sent), c.reply) << "sent: " << c.sent;
+    FaultyLine line(simulation);
+    EXPECT_EQ(SentFor(line, c.sent).bytes, c.reply) << "sent: " << c.sent;
   }
-}
-
-TEST(DeviceLine, LinesOfTwoHostsDoNotMix) {
-  Bus bus;
-  DeviceLine first(bus), second(bus);
-  EXPECT_EQ(Feed(first, "AA:d"), "");
-  EXPECT_EQ(Feed(second, "1,!\r"), "1,!\r\n1\r\n<\x1a");
-  EXPECT_EQ(Feed(first, "ir\r"), "AA:dir\r\nAA:\r\n<\x1a");
 }
 
 }  // namespace

@@ -1,34 +1,29 @@
 #include "simulator/fault.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdint>
-#include <string>
-#include <vector>
 
 #include "simulator/faulty_line.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
 
-const std::string kEnd = "\r\n<\x1a";
 const std::string kOne = "1,!\r\n1" + kEnd, kTwo = "2,!\r\n2" + kEnd;
 
-struct Sent {
+struct Fed {
   int at;  // ms
   std::string bytes;
 };
 
 struct Case {
   std::string fault;
-  std::vector<Sent> sent;
+  std::vector<Fed> sent;
   std::string transcript;
   std::uint64_t faults;
 };
 
 /// What comes out, with the time in ms where it moves on; "~" is text that does not end.
-std::string Transcript(Simulation& simulation, const std::vector<Sent>& sent) {
+std::string Transcript(Simulation& simulation, const std::vector<Fed>& sent) {
   constexpr int kEndOfTime = 9000, kTurns = 4;
   FaultyLine line(simulation);
   std::string transcript;
@@ -42,7 +37,7 @@ std::string Transcript(Simulation& simulation, const std::vector<Sent>& sent) {
     transcript += dropped ? "[dropped]" : endless ? "~" : step.bytes;
   };
   for (int now = 0; now < kEndOfTime; ++now) {
-    for (const Sent& part : sent) {
+    for (const Fed& part : sent) {
       for (const char byte : part.at == now ? part.bytes : std::string()) line.Feed(byte, now);
     }
     for (int turn = 0; turn < kTurns; ++turn) {
@@ -62,7 +57,7 @@ std::string InPieces(const std::string& reply, int from) {
 }
 
 TEST(LineFault, HitsItsLinesInItsWay) {
-  const std::vector<Sent> both = {{0, "1,!\r2,!\r"}};
+  const std::vector<Fed> both = {{0, "1,!\r2,!\r"}};
   const Case cases[] = {
       {"silent", both, "", 2},
       {"silent:1", both, kTwo, 1},
@@ -96,6 +91,13 @@ TEST(LineFault, CountsTheLinesOfAllHosts) {
   EXPECT_EQ(Transcript(simulation, {{0, "1,!\r\n2,"}}), kOne);
   EXPECT_EQ(Transcript(simulation, {{0, "1,!\r2,!\r"}}), kTwo);
   EXPECT_EQ(simulation.count.Text(), "received 3 lines, 15 bytes, 1 faults");
+}
+
+TEST(FaultyLine, KeepsThePausesOfADevice) {
+  Simulation simulation{Bus()};
+  simulation.bus.Answer("sysreset=0.9");
+  EXPECT_EQ(Transcript(simulation, {{0, "RamBackup\r"}}),
+            "@200 RamBackup\r\nSaving @1700 ....@2500 o.@2700 k." + kEnd);
 }
 
 TEST(LineFault, GarbageStandsBetweenEchoAndEnd) {

@@ -1,18 +1,15 @@
 #include "simulator/serial_pace.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-#include "simulator/faulty_line.h"
+#include "sent.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
 
 TEST(SerialPace, CarriesRepliesAsALineDoes) {
   // The replies to two lines that come at once have 200 and 15 bytes.
-  const std::string x(95, 'x'), one = "! \"" + x + '"', dir = "AA:dir\r\nAA:\r\n<\x1a",
-                                reply = one + "\r\n" + x + "\r\n<\x1a";
+  const std::string x(95, 'x'), one = "! \"" + x + '"', dir = "AA:dir\r\nAA:" + kEnd,
+                                reply = one + "\r\n" + x + kEnd;
   const struct {
     int baud;
     std::string fault, sent;
@@ -32,20 +29,11 @@ TEST(SerialPace, CarriesRepliesAsALineDoes) {
     SCOPED_TRACE(std::to_string(c.baud) + " " + c.fault);
     Simulation simulation{.bus = Bus(), .fault = *LineFault::Parse(c.fault, 1), .baud = c.baud};
     FaultyLine line(simulation);
-    for (const char byte : one + "\rAA:dir\r") line.Feed(byte, 0);
-    std::string sent;
-    std::int64_t now = 0, first = -1;
-    std::size_t largest = 0;
-    for (FaultyLine::Step step; (step = line.Next(now)).kind != FaultyLine::Step::Kind::kNothing;) {
-      now += step.wait;
-      if (first < 0 && !step.bytes.empty()) first = now;
-      sent += step.bytes;
-      largest = std::max(largest, step.bytes.size());
-    }
-    EXPECT_EQ(sent, c.sent);
-    EXPECT_EQ(first, c.first);
-    EXPECT_EQ(now, c.last);
-    EXPECT_EQ(largest, c.largest);
+    const Sent sent = SentFor(line, one + "\rAA:dir\r");
+    EXPECT_EQ(sent.bytes, c.sent);
+    EXPECT_EQ(sent.first, c.first);
+    EXPECT_EQ(sent.last, c.last);
+    EXPECT_EQ(sent.largest, c.largest);
   }
 }
 
