@@ -68,7 +68,6 @@ TEST(Bootloader, IsWhatTheConnectedDeviceHas) {
   const Case cases[] = {
       {1, "", "KT-XB Urlader V2.05", done, start},
       {3, "", "LX-X Urlader V2.14", "Error: no flash", "No 2nd flash"},
-      {4, "", "KT-XF Urlader V2.14", done, start},
       {5, refused, "KT-XFB Version V2.1.10", unknown + ">>", unknown + "time>>"},
       {8, "", "JS-X Urlader V2.14", done, start},
   };

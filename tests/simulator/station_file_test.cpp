@@ -1,8 +1,6 @@
 #include "simulator/station_file.h"
 
-#include <gtest/gtest.h>
-
-#include "simulator/bus.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {

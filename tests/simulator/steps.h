@@ -31,4 +31,13 @@ inline void ExpectAnswers(const std::vector<Step>& steps, std::size_t connected 
   }
 }
 
+/// Of an answer.
+inline std::vector<std::string> Lines(std::string answer) {
+  std::vector<std::string> lines;
+  for (answer += "\r\n"; answer.size() > 2; answer.erase(0, answer.find('\n') + 1)) {
+    lines.push_back(answer.substr(0, answer.find('\r')));
+  }
+  return lines;
+}
+
 }  // namespace ostrel::simulator
