@@ -56,11 +56,7 @@ TEST(DeviceTime, ReachesAllOfAGroupAndNoOthers) {
 }
 
 TEST(DeviceTime, RefusesWhatIsNoTimeDateOrRule) {
-  struct Refused {
-    std::string name;
-    std::vector<std::string> values;
-  };
-  const Refused cases[] = {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"time=",
        {"24:00:00", "12:60:00", "1:00:00", "12:00", "12", "", "12:00:00 13:00:00", "12:00:0x"}},
       {"date=",

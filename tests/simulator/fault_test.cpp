@@ -1,6 +1,7 @@
 #include "simulator/fault.h"
 
 #include <algorithm>
+#include <set>
 
 #include "simulator/faulty_line.h"
 #include "steps.h"
@@ -66,7 +67,6 @@ TEST(LineFault, HitsItsLinesInItsWay) {
       {"late", {{0, "1,!\r"}, {1000, "2,!\r"}}, "@3000 " + kOne + "@4000 " + kTwo, 2},
       {"late:1", {{0, "1,!\r"}, {1000, "2,!\r"}}, "@3000 " + kOne + kTwo, 1},
       {"late:1", {{0, "1,!\r"}, {5000, "2,!\r"}}, "@3000 " + kOne + "@5000 " + kTwo, 1},
-      {"split", {{0, "1,!\r"}}, InPieces(kOne, 0), 1},
       {"split", both, InPieces(kOne, 0) + kTwo[0] + InPieces(kTwo.substr(1), 10), 2},
       {"lost-first:2", both, kOne + kTwo.substr(1), 1},
       {"doubled:1", both, kOne + kOne + kTwo, 1},
@@ -101,7 +101,7 @@ TEST(FaultyLine, KeepsThePausesOfADevice) {
 }
 
 TEST(LineFault, GarbageStandsBetweenEchoAndEnd) {
-  std::vector<std::string> seen;
+  std::set<std::string> seen;
   for (std::uint32_t seed = 0; seed < 200; ++seed) {
     const std::string reply = LineFault::Parse("garbage", seed)->Instead(kOne).front().bytes;
     ASSERT_EQ(reply.size(), 5 + 64 + kEnd.size());
@@ -110,11 +110,11 @@ TEST(LineFault, GarbageStandsBetweenEchoAndEnd) {
     EXPECT_EQ(garbage.find('\x1a'), std::string::npos) << seed;
     const auto harmful = [](char c) { return c >= 0 && c < 9; };
     EXPECT_TRUE(std::any_of(garbage.begin(), garbage.end(), harmful)) << seed;
-    seen.push_back(garbage);
+    seen.insert(garbage);
   }
-  EXPECT_EQ(LineFault::Parse("garbage", 7)->Instead(kOne).front().bytes.substr(5, 64), seen[7]);
-  std::sort(seen.begin(), seen.end());
-  EXPECT_EQ(std::unique(seen.begin(), seen.end()), seen.end());
+  EXPECT_EQ(seen.size(), 200u);
+  EXPECT_TRUE(
+      seen.contains(LineFault::Parse("garbage", 7)->Instead(kOne).front().bytes.substr(5, 64)));
 }
 
 TEST(LineFault, IsNotReadFromOtherTexts) {

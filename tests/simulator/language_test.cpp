@@ -1,5 +1,3 @@
-#include <string_view>
-
 #include "steps.h"
 
 namespace ostrel::simulator {
@@ -87,26 +85,21 @@ TEST(Language, AnswersFaultsAlone) {
 }
 
 TEST(Language, EveryLineEndsInBoundedTimeAndSize) {
-  const auto repeated = [](std::string_view text, int count) {
-    std::string result;
-    for (int n = 0; n < count; ++n) result += text;
-    return result;
-  };
   ExpectAnswers({
       {"fori 1..99999,fori 1..99999,1,dr,ni,ni", "<<too many steps>>"},
       {"0,1E10,fori,ni", "<<loop bound: 10000000000>>"},
       {"1,9999,fori,i,ni", "<<stack full>>"},
       {"1,9999,fori,\"" + std::string(80, 'x') + "\",ni", "<<output too long>>"},
       {"1,2000,fori,RegTAPSTAT# 120 -60,ni", "<<output too long>>"},
-      {repeated("fori 1..9,", 17) + repeated("ni,", 17), "<<nested too deep>>"},
-      {repeated("1,if,", 800), "<<nested too deep>>"},
-      {repeated("1,dr,", 800) + "\"end\"", "end"},
-      {"fori 1..9999,fcreate! = a,fapph a " + repeated("41", 2000) + ",ni", "<<too many steps>>"},
+      {Times(17, "fori 1..9,") + Times(17, "ni,"), "<<nested too deep>>"},
+      {Times(800, "1,if,"), "<<nested too deep>>"},
+      {Times(800, "1,dr,") + "\"end\"", "end"},
+      {"fori 1..9999,fcreate! = a,fapph a " + Times(2000, "41") + ",ni", "<<too many steps>>"},
       {std::string(4097, ' '), ""},
       {"\"" + std::string(4096, 'x') + "\"", "<<line too long>>"},
       {std::string(4000, 'x'), "<<unknown: " + std::string(40, 'x') + ">>"},
-      {repeated("\"", 4095), "<<missing \">>"},
-      {repeated("1.", 800) + "1,dr", "<<unknown: " + repeated("1.", 20) + ">>"},
+      {Times(4095, "\""), "<<missing \">>"},
+      {Times(800, "1.") + "1,dr", "<<unknown: " + Times(20, "1.") + ">>"},
   });
 }
 

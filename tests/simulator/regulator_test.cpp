@@ -72,17 +72,17 @@ TEST(Regulator, BringsTheVoltageBackByTapsThatAreCountedAndLogged) {
 }
 
 TEST(Regulator, TapsToItsEndPositionAndNoFurther) {
-  Life life;
-  EXPECT_EQ(life.bus.Answer("RegSimul=1,RegSimuls=1,RegUn=95"), "");
-  life.now += kDay;
-  EXPECT_EQ(life.bus.Answer("RegStufe#,RegAuto=0"), "9");
-  EXPECT_EQ(life.bus.Answer("RegTapUp=1"), "<<end position>>");
-  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "");
-  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "<<tap changer is running>>");
-  EXPECT_EQ(life.bus.Answer("RegStufe=-10"), "<<value out of range>>");
-  EXPECT_EQ(life.bus.Answer("RegSimul=0"), "");
-  life.now += 10'000;
-  EXPECT_EQ(life.Events(1), std::vector<std::string>{"19;0"}) << "no position that is none";
+  ExpectAnswers({
+      {"RegSimul=1,RegSimuls=1,RegUn=95", ""},
+      {"RegStufe#,RegAuto=0", "9", kDay},
+      {"RegTapUp=1", "<<end position>>"},
+      {"RegTapDown=1", ""},
+      {"RegTapDown=1", "<<tap changer is running>>"},
+      {"RegStufe=-10", "<<value out of range>>"},
+      {"RegSimul=0", ""},
+      // No position that is none is written down.
+      {"FL@ LOGI#WI 65535 1", "20260106;08:00:00;.0;19;0", 10'000},
+  });
 }
 
 TEST(Regulator, LivesTheSameInOneLeapAndInManySteps) {
@@ -143,22 +143,21 @@ TEST(EventLog, IsReadInTheFormOfTheFirmware) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.station);
-    Life life;
-    life.now = 5'050;
-    const std::string auto0 = "20260105;08:00:05;.05;17;0", auto1 = "20260105;08:00:05;.3;17;1";
-    life.bus.Answer(c.station + "RegAuto=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto0);
-    life.now = 5'300;
-    life.bus.Answer(c.station + "RegAuto=1,RegAuto=1");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto1);
-    EXPECT_EQ(life.bus.Answer(c.station + c.second), auto0);
-    EXPECT_EQ(life.bus.Answer(c.station + c.other).substr(0, 2), "<<");
-    life.now = 6'000;
-    life.bus.Answer(c.station + "RegTAPSTATCL*=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;66;0");
-    life.bus.Answer(c.station + "eventlog=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;64;0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.second), "");
+    const std::string auto0 = "20260105;08:00:05;.05;17;0";
+    ExpectAnswers({
+        {c.station + ":", ""},
+        {"RegAuto=0", "", 5'050},
+        {c.newest, auto0},
+        {"RegAuto=1,RegAuto=1", "", 250},
+        {c.newest, "20260105;08:00:05;.3;17;1"},
+        {c.second, auto0},
+        {"RegTAPSTATCL*=0", "", 700},
+        {c.newest, "20260105;08:00:06;.0;66;0"},
+        {"eventlog=0", ""},
+        {c.newest, "20260105;08:00:06;.0;64;0"},
+        {c.second, ""},
+    });
+    EXPECT_EQ(Bus().Answer(c.station + c.other).substr(0, 2), "<<");
   }
   Life life;
   EXPECT_GT(life.Events(1000).size(), 100u);

@@ -5,10 +5,6 @@
 namespace ostrel::simulator {
 namespace {
 
-std::string Times(int count, const std::string& line) {
-  return count > 0 ? line + Times(count - 1, line) : "";
-}
-
 TEST(StationFile, MakesTheBus) {
   struct Case {
     std::string text, line, answer;

@@ -31,6 +31,10 @@ inline void ExpectAnswers(const std::vector<Step>& steps, std::size_t connected 
   }
 }
 
+inline std::string Times(int count, const std::string& text) {
+  return count > 0 ? text + Times(count - 1, text) : "";
+}
+
 /// Of an answer.
 inline std::vector<std::string> Lines(std::string answer) {
   std::vector<std::string> lines;
