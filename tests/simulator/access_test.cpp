@@ -42,6 +42,7 @@ TEST(Access, UsersLogInAndOut) {
       {"B2::", ""},
       {"RegTAPSTATCL*=0", "<<access denied>>"},
       {"fapph f 00", "<<access denied>>"},
+      {"fapps_ f \"\"", "<<access denied>>"},
       {"login 1 04711", "<<wrong password>>"},
       {"login 3 0", "<<wrong password>>"},
       {"login 2 1234", ""},
@@ -82,6 +83,7 @@ TEST(Access, PasswordsAreSetAndRemoved) {
       {"login 2 01", ""},
       {"passwort 2 01=00 00,logout,login 2 00", ""},
       {"passwort 2 0042=0 0,passwort- 2,!", "0"},
+      {"!login 1 0042", "<<unknown: !login>>"},
       {"passwort 1 0042=0 0", ""},
       {"whoami,passwort- 0,dr,!", "user 0\r\n5"},
   });

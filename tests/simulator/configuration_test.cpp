@@ -14,6 +14,7 @@ TEST(IoMaps, HaveTheEntriesOfModelAndFirmware) {
   constexpr ModelCase kCases[] = {
       {"KT-X", "2.14", {6, 32, 9, 0}},        {"KT-X", "2.15", {32, 64, 64, 7}},
       {"KT-X", "3.24", {128, 128, 128, 128}}, {"KT-XB", "2.2", {32, 64, 64, 12}},
+      {"KT-X", "2.24", {32, 128, 64, 64}},    {"KT-XB", "2.10", {6, 32, 11, 0}},
       {"LX-X", "2.21", {1, 64, 64, 8}},       {"KT-XW", "2.30", {0, 0, 0, 0}},
   };
   for (const ModelCase& c : kCases) {

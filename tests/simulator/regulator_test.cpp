@@ -114,6 +114,7 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
       {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegSimuls=1,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#",
        "-4\r\n1"},
       {"RegAuto=2", range},
+      {"RegAuto=0.5", range},
       {"RegAuto=on", range},
       {"RegAuto 1=0", "<<index out of range>>"},
       {"RegTapUp=1", "<<not in manual mode>>"},
