@@ -8,7 +8,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "sent.h"
 #include "steps.h"
 
 namespace ostrel::simulator {

@@ -1,9 +1,6 @@
-#include "simulator/fault.h"
-
 #include <algorithm>
 #include <set>
 
-#include "simulator/faulty_line.h"
 #include "steps.h"
 
 namespace ostrel::simulator {
@@ -14,13 +11,6 @@ const std::string kOne = "1,!\r\n1" + kEnd, kTwo = "2,!\r\n2" + kEnd;
 struct Fed {
   int at;  // ms
   std::string bytes;
-};
-
-struct Case {
-  std::string fault;
-  std::vector<Fed> sent;
-  std::string transcript;
-  std::uint64_t faults;
 };
 
 /// What comes out, with the time in ms where it moves on; "~" is text that does not end.
@@ -58,6 +48,12 @@ std::string InPieces(const std::string& reply, int from) {
 }
 
 TEST(LineFault, HitsItsLinesInItsWay) {
+  struct Case {
+    std::string fault;
+    std::vector<Fed> sent;
+    std::string transcript;
+    std::uint64_t faults;
+  };
   const std::vector<Fed> both = {{0, "1,!\r2,!\r"}};
   const Case cases[] = {
       {"silent", both, "", 2},
@@ -121,6 +117,59 @@ TEST(LineFault, IsNotReadFromOtherTexts) {
   for (const char* text : {"", "x", "late:", "late:0", "late:-1", "late:1x",
                            "late:99999999999999999999", ":1", "Late", "late ", "late:1:1"}) {
     EXPECT_FALSE(LineFault::Parse(text, 1)) << text;
+  }
+}
+
+TEST(DeviceLine, RepliesToEachCompleteLine) {
+  struct Case {
+    std::string sent, reply;
+  };
+  const std::string longLine(5000, 'x');
+  const Case cases[] = {
+      {"AA:ver.\r", "AA:ver.\r\nKT-X+;V2.27" + kEnd},
+      {"\r", "\r\n" + kEnd},
+      {"C9:ver.\r\n", "C9:ver.\r\n" + kEnd},
+      {"1,2\n,+\x1a,!\rB1:dir\r\n", "1,2,+,!\r\n3" + kEnd + "B1:dir\r\nB1:" + kEnd},
+      {"!\"S\xfc\tx\"\r", "!\"S\xfc\tx\"\r\nS\xfc\tx" + kEnd},
+      {"1,!,2,!", ""},
+      {longLine + "\r7,!\r",
+       longLine.substr(0, 4096) + "\r\n<<line too long>>" + kEnd + "7,!\r\n7" + kEnd},
+  };
+  Simulation simulation{Bus()};
+  for (const Case& c : cases) {
+    FaultyLine line(simulation);
+    EXPECT_EQ(SentFor(line, c.sent).bytes, c.reply) << "sent: " << c.sent;
+  }
+}
+
+TEST(SerialPace, CarriesRepliesAsALineDoes) {
+  // The replies to two lines that come at once have 200 and 15 bytes.
+  const std::string x(95, 'x'), one = "! \"" + x + '"', dir = "AA:dir\r\nAA:" + kEnd,
+                                reply = one + "\r\n" + x + kEnd;
+  const struct {
+    int baud;
+    std::string fault, sent;
+    std::int64_t first, last;  // ms
+    std::size_t largest;       // bytes at once
+  } cases[] = {
+      {0, "late:3", reply + dir, 0, 0, 200},
+      {1'000, "late:3", reply + dir, 10, 2'150, 1},
+      {9'600, "late:3", reply + dir, 10, 225, 10},
+      {115'200, "late:3", reply + dir, 10, 20, 115},
+      {50, "late:3", reply + dir, 200, 43'000, 1},
+      {1'000, "late:1", reply + dir, 3'010, 5'150, 1},
+      {1'000, "truncated:2", reply + "AA:dir\r", 10, 2'070, 1},
+      {1'000, "drop-link:2", reply, 10, 2'000, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.baud) + " " + c.fault);
+    Simulation simulation{.bus = Bus(), .fault = *LineFault::Parse(c.fault, 1), .baud = c.baud};
+    FaultyLine line(simulation);
+    const Sent sent = SentFor(line, one + "\rAA:dir\r");
+    EXPECT_EQ(sent.bytes, c.sent);
+    EXPECT_EQ(sent.first, c.first);
+    EXPECT_EQ(sent.last, c.last);
+    EXPECT_EQ(sent.largest, c.largest);
   }
 }
 
