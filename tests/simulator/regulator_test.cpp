@@ -116,6 +116,7 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
       {"RegAuto=2", range},
       {"RegAuto=0.5", range},
       {"RegAuto=on", range},
+      {"RegIBereich=2", range},
       {"RegAuto 1=0", "<<index out of range>>"},
       {"RegTapUp=1", "<<not in manual mode>>"},
       {"RegSW 5=100", "<<index out of range>>"},
