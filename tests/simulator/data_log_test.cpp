@@ -1,21 +1,15 @@
 #include "simulator/data_log.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <bit>
 #include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "simulator/bus.h"
+#include "simulator/data_log_records.h"
 #include "simulator/machine.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
-
-constexpr std::int64_t kDay = 86'400'000;
 
 int Number(Station& station, const std::string& which) {
   return std::stoi(AnswerOf(station, "fsize# log " + which));
@@ -84,18 +78,10 @@ Reader ReadLog(Station& station) {
 }
 
 void ExpectEveryCategory(const Reader& reader) {
-  using Range = std::pair<unsigned, unsigned>;
-  for (const auto& [first, count] :
-       {Range{1, 9}, {0x100, 45}, {0x1FF, 1}, {0xC000, 6}, {0xE100, 67}, {0xE200, 92}}) {
-    for (unsigned token = first; token < first + count; ++token) {
-      EXPECT_TRUE(reader.tokens.contains(token)) << std::hex << token;
-      const bool goes = (token & 0x4000) == 0 || reader.tokens.contains(token & 0x7FFF);
-      EXPECT_TRUE(goes) << std::hex << token;
-    }
-  }
-  for (const unsigned first : {0x6300u, 0x6380u, 0xE300u, 0xE380u}) {
-    const auto channel = reader.tokens.lower_bound(first);
-    EXPECT_TRUE(channel != reader.tokens.end() && *channel < first + 0x80) << std::hex << first;
+  for (const unsigned token : AllLogTokens()) {
+    EXPECT_TRUE(reader.tokens.contains(token)) << std::hex << token;
+    const bool goes = (token & 0x4000) == 0 || reader.tokens.contains(token & 0x7FFF);
+    EXPECT_TRUE(goes) << std::hex << token;
   }
   EXPECT_TRUE(reader.emptySeries);
 }

@@ -1,6 +1,5 @@
 #include "simulator/record.h"
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -9,13 +8,12 @@
 #include <fstream>
 #include <sstream>
 
-#include "simulator/faulty_line.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
 
 const std::string kTime = "2026-01-05 08:00:00.123 ", kUnknown = "<<not in the record>>";
-const std::string kEnd = "\r\n<\x1a";
 
 /// A file of its own, which goes with the test.
 struct TestFile {
@@ -23,16 +21,6 @@ struct TestFile {
   ~TestFile() { std::filesystem::remove(path); }
   std::string path = std::filesystem::temp_directory_path() / "record-XXXXXX";
 };
-
-std::string Sent(FaultyLine& line, const std::string& bytes) {
-  for (const char byte : bytes) line.Feed(byte, 0);
-  std::string sent;
-  while (true) {
-    const FaultyLine::Step step = line.Next(0);
-    if (step.kind != FaultyLine::Step::Kind::kSend) return sent;
-    sent += step.bytes;
-  }
-}
 
 TEST(Record, IsReplayedAsItWas) {
   const TestFile file;
@@ -53,10 +41,10 @@ TEST(Record, IsReplayedAsItWas) {
   FaultyLine first(devices), second(devices);
   std::vector<std::string> recorded, replayed;
   for (const std::string& line : lines) {
-    Sent(second, "1,");  // another host, in between
-    recorded.push_back(Sent(first, line));
+    SentFor(second, "1,");  // another host, in between
+    recorded.push_back(SentFor(first, line).bytes);
   }
-  Sent(second, "2,+\r");
+  SentFor(second, "2,+\r");
   EXPECT_EQ(recorded[6], "");  // while it restarts
   struct stat status = {};
   ASSERT_EQ(stat(file.path.c_str(), &status), 0);
@@ -65,10 +53,10 @@ TEST(Record, IsReplayedAsItWas) {
   ASSERT_EQ(replay.Load(file.path) + replay.Complaint() + errors.str(), "");
   Simulation instead{.bus = Bus(), .replay = &replay};
   FaultyLine line(instead);
-  for (const std::string& sent : lines) replayed.push_back(Sent(line, sent));
+  for (const std::string& sent : lines) replayed.push_back(SentFor(line, sent).bytes);
   EXPECT_EQ(replayed, recorded);
-  EXPECT_EQ(Sent(line, lines[2]), recorded[4]);
-  EXPECT_EQ(Sent(line, "dirn_\r"), "dirn_\r\n" + kUnknown + kEnd);
+  EXPECT_EQ(SentFor(line, lines[2]).bytes, recorded[4]);
+  EXPECT_EQ(SentFor(line, "dirn_\r").bytes, "dirn_\r\n" + kUnknown + kEnd);
 }
 
 TEST(Record, GoesOnAfterTornLinesAndAFullDisk) {
@@ -95,7 +83,7 @@ TEST(Record, GoesOnAfterTornLinesAndAFullDisk) {
 }
 
 TEST(Replay, ReadsWhatIsWhole) {
-  const std::string silence = "(silence)", unknown = "a\r\n" + kUnknown + kEnd;
+  const std::string unknown = "a\r\n" + kUnknown + kEnd;
   struct Case {
     std::string text;                  // each "@" stands for a time
     std::vector<std::string> replies;  // to the line "a", one after the other
@@ -104,8 +92,8 @@ TEST(Replay, ReadsWhatIsWhole) {
   const Case cases[] = {
       {"@1 > a\r\n@1 < \\x41\\\\\\x1a\r\n\r\n", {"A\\\x1a"}},
       {"@1 > a\n@1 < A\n@1 > a\n@2 > a\n@2 < B\n@1 < C\n", {"A", "B", "C", "C"}},
-      {"@1 > a\n@1 > a\n@1 < A\n@1 > a\n", {silence, "A", silence, silence}},
-      {"@1 > a\n@1 <\n", {silence}},
+      {"@1 > a\n@1 > a\n@1 < A\n@1 > a\n", {kSilence, "A", kSilence, kSilence}},
+      {"@1 > a\n@1 <\n", {kSilence}},
       {"@1 > a\n@1 < A", {unknown}},
       {"@1 > a\n@1 < A\n@1 > a\n@1 < B", {"A", "A"}},
       {"@2 < A\n@1 > a\n@2 < B\n@1 < C\n@1 < D\n", {"C"}, "3, the first is line 1"},
@@ -123,7 +111,7 @@ TEST(Replay, ReadsWhatIsWhole) {
     replay.Read(text);
     for (const std::string& reply : c.replies) {
       const auto portions = replay.ReplyTo("a");
-      EXPECT_EQ(portions.empty() ? silence : portions.front().bytes, reply) << c.text;
+      EXPECT_EQ(portions.empty() ? kSilence : portions.front().bytes, reply) << c.text;
     }
     const std::string faulty = c.faulty.empty() ? "" : "faulty lines: " + c.faulty;
     EXPECT_EQ(replay.Complaint(), faulty) << c.text;

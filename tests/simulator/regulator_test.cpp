@@ -1,36 +1,22 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <string>
-#include <vector>
-
-#include "simulator/bus.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
 
-constexpr std::int64_t kDayMs = 86'400'000;
-
 /// A bus whose time a test moves.
 struct Life {
-  explicit Life(std::int64_t localSeconds = BusStart{}.localSeconds)
-      : bus({.seed = 3, .clock = [this] { return now; }, .localSeconds = localSeconds}) {}
   double Number(const std::string& line) { return std::stod(bus.Answer(line)); }
   /// "event;value" of the newest entries of the connected device, the newest first.
   std::vector<std::string> Events(int count) {
-    const std::string answer = bus.Answer("FL@ LOGI#WI 65535 " + std::to_string(count)) + "\r\n";
     std::vector<std::string> events;
-    for (std::size_t at = 0, end; (end = answer.find("\r\n", at)) < answer.size(); at = end + 2) {
-      const std::string line = answer.substr(at, end - at);
-      events.push_back(line.substr(std::min(line.find(";.") + 1, line.size())));
-      events.back().erase(0, events.back().find(';') + 1);
+    for (const auto& line : Lines(bus.Answer("FL@ LOGI#WI 65535 " + std::to_string(count)))) {
+      events.push_back(line.substr(line.find(';', line.find(";.") + 1) + 1));
     }
     return events;
   }
 
   std::int64_t now = 0;
-  Bus bus;
+  Bus bus{{.seed = 3, .clock = [this] { return now; }}};
 };
 
 TEST(Regulator, BringsTheVoltageBackByTapsThatAreCountedAndLogged) {
@@ -86,42 +72,39 @@ TEST(Regulator, BringsTheVoltageBackByTapsThatAreCountedAndLogged) {
 }
 
 TEST(Regulator, TapsToItsEndPositionAndNoFurther) {
-  Life life;
-  EXPECT_EQ(life.bus.Answer("RegSimul=1,RegSimuls=1,RegUn=95"), "");
-  life.now += kDayMs;
-  EXPECT_EQ(life.bus.Answer("RegStufe#,RegAuto=0"), "9");
-  EXPECT_EQ(life.bus.Answer("RegTapUp=1"), "<<end position>>");
-  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "");
-  EXPECT_EQ(life.bus.Answer("RegTapDown=1"), "<<tap changer is running>>");
-  EXPECT_EQ(life.bus.Answer("RegStufe=-10"), "<<value out of range>>");
-  EXPECT_EQ(life.bus.Answer("RegSimul=0"), "");
-  life.now += 10'000;
-  EXPECT_EQ(life.Events(1), std::vector<std::string>{"19;0"}) << "no position that is none";
+  ExpectAnswers({
+      {"RegSimul=1,RegSimuls=1,RegUn=95", ""},
+      {"RegStufe#,RegAuto=0", "9", kDay},
+      {"RegTapUp=1", "<<end position>>"},
+      {"RegTapDown=1", ""},
+      {"RegTapDown=1", "<<tap changer is running>>"},
+      {"RegStufe=-10", "<<value out of range>>"},
+      {"RegSimul=0", ""},
+      // No position that is none is written down.
+      {"FL@ LOGI#WI 65535 1", "20260106;08:00:00;.0;19;0", 10'000},
+  });
 }
 
 TEST(Regulator, LivesTheSameInOneLeapAndInManySteps) {
   Life leap, steps;
-  leap.now = kDayMs;
+  leap.now = kDay;
   const std::string all =
       "all,RegUn?-,if,RegUn#,RegIn#,Regphi#,RegTAPSUM#,RegStufe?-,if,RegStufe#,eif,eif";
   const std::string state = leap.bus.Answer(all), log = leap.bus.Answer("FL@ LOGI#WI 65535 999");
-  for (; steps.now < kDayMs; steps.now += 1000) steps.bus.Answer("");
+  for (; steps.now < kDay; steps.now += 1000) steps.bus.Answer("");
   EXPECT_EQ(steps.bus.Answer(all), state);
   EXPECT_EQ(steps.bus.Answer("FL@ LOGI#WI 65535 999"), log);
   EXPECT_NE(Life().bus.Answer(all), state);
   const double taps = leap.Number("RegTAPSUM#") - Life().Number("RegTAPSUM#");
   EXPECT_GT(taps, 4);
   EXPECT_LT(taps, 200);
-  leap.now = 100'000 * kDayMs;  // bounded however long nobody looked
+  leap.now = 100'000 * kDay;  // bounded however long nobody looked
   EXPECT_NEAR(leap.Number("RegUn#"), 100, 15);
 }
 
 TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
-  struct Case {
-    std::string line, answer;
-  };
   const std::string notSimulating = "<<not in simulation mode>>", range = "<<value out of range>>";
-  const Case cases[] = {
+  const Step cases[] = {
       {"RegUn=100.5", notSimulating},
       {"RegSimul=1,RegStufe=3", notSimulating},
       {"RegSimul=1,RegUn=100.5,Regphi=-30,RegIn=1.25,RegUn#,Regphi#,RegIn#",
@@ -133,8 +116,8 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
       {"RegAuto=2", range},
       {"RegAuto=0.5", range},
       {"RegAuto=on", range},
-      {"RegAuto 1=0", "<<index out of range>>"},
       {"RegIBereich=2", range},
+      {"RegAuto 1=0", "<<index out of range>>"},
       {"RegTapUp=1", "<<not in manual mode>>"},
       {"RegSW 5=100", "<<index out of range>>"},
       {"RegSW 1=1000", range},
@@ -142,13 +125,12 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
       {"RegSW*=99,RegSW# 4", "99"},
       {"RegStufTyp=0,RegStufe#", "0"},
       {"merkmal# simmode", "2"},
-      {"merkmal# other", "<<index out of range>>"},
       {"B6:,RegSimuls#,RegIKr?-,!,RegStufe?-,!,RegStufTyp?-,!", "0\r\n0\r\n0\r\n0"},
       {"B4:ESPAuto=0,RegSimul=1,ESPAuto#,RegSimul#", "0\r\n1"},
       {"B4:RegAuto#", "<<unknown: regauto>>"},
       {"B7:RegSimul#", "<<unknown: regsimul>>"},
   };
-  for (const Case& c : cases) EXPECT_EQ(Life().bus.Answer(c.line), c.answer) << c.line;
+  for (const Step& step : cases) ExpectAnswers({step});
 }
 
 TEST(EventLog, IsReadInTheFormOfTheFirmware) {
@@ -163,22 +145,21 @@ TEST(EventLog, IsReadInTheFormOfTheFirmware) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.station);
-    Life life;
-    life.now = 5'050;
-    const std::string auto0 = "20260105;08:00:05;.05;17;0", auto1 = "20260105;08:00:05;.3;17;1";
-    life.bus.Answer(c.station + "RegAuto=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto0);
-    life.now = 5'300;
-    life.bus.Answer(c.station + "RegAuto=1,RegAuto=1");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), auto1);
-    EXPECT_EQ(life.bus.Answer(c.station + c.second), auto0);
-    EXPECT_EQ(life.bus.Answer(c.station + c.other).substr(0, 2), "<<");
-    life.now = 6'000;
-    life.bus.Answer(c.station + "RegTAPSTATCL*=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;66;0");
-    life.bus.Answer(c.station + "eventlog=0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.newest), "20260105;08:00:06;.0;64;0");
-    EXPECT_EQ(life.bus.Answer(c.station + c.second), "");
+    const std::string auto0 = "20260105;08:00:05;.05;17;0";
+    ExpectAnswers({
+        {c.station + ":", ""},
+        {"RegAuto=0", "", 5'050},
+        {c.newest, auto0},
+        {"RegAuto=1,RegAuto=1", "", 250},
+        {c.newest, "20260105;08:00:05;.3;17;1"},
+        {c.second, auto0},
+        {"RegTAPSTATCL*=0", "", 700},
+        {c.newest, "20260105;08:00:06;.0;66;0"},
+        {"eventlog=0", ""},
+        {c.newest, "20260105;08:00:06;.0;64;0"},
+        {c.second, ""},
+    });
+    EXPECT_EQ(Bus().Answer(c.station + c.other).substr(0, 2), "<<");
   }
   Life life;
   EXPECT_GT(life.Events(1000).size(), 100u);

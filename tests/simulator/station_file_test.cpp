@@ -1,15 +1,9 @@
 #include "simulator/station_file.h"
 
-#include <gtest/gtest.h>
-
-#include "simulator/bus.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
-
-std::string Times(int count, const std::string& line) {
-  return count > 0 ? line + Times(count - 1, line) : "";
-}
 
 TEST(StationFile, MakesTheBus) {
   struct Case {

@@ -1,34 +1,20 @@
-#include "simulator/fault.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdint>
-#include <string>
-#include <vector>
+#include <set>
 
-#include "simulator/faulty_line.h"
+#include "steps.h"
 
 namespace ostrel::simulator {
 namespace {
 
-const std::string kEnd = "\r\n<\x1a";
 const std::string kOne = "1,!\r\n1" + kEnd, kTwo = "2,!\r\n2" + kEnd;
 
-struct Sent {
+struct Fed {
   int at;  // ms
   std::string bytes;
 };
 
-struct Case {
-  std::string fault;
-  std::vector<Sent> sent;
-  std::string transcript;
-  std::uint64_t faults;
-};
-
 /// What comes out, with the time in ms where it moves on; "~" is text that does not end.
-std::string Transcript(Simulation& simulation, const std::vector<Sent>& sent) {
+std::string Transcript(Simulation& simulation, const std::vector<Fed>& sent) {
   constexpr int kEndOfTime = 9000, kTurns = 4;
   FaultyLine line(simulation);
   std::string transcript;
@@ -42,7 +28,7 @@ std::string Transcript(Simulation& simulation, const std::vector<Sent>& sent) {
     transcript += dropped ? "[dropped]" : endless ? "~" : step.bytes;
   };
   for (int now = 0; now < kEndOfTime; ++now) {
-    for (const Sent& part : sent) {
+    for (const Fed& part : sent) {
       for (const char byte : part.at == now ? part.bytes : std::string()) line.Feed(byte, now);
     }
     for (int turn = 0; turn < kTurns; ++turn) {
@@ -62,7 +48,13 @@ std::string InPieces(const std::string& reply, int from) {
 }
 
 TEST(LineFault, HitsItsLinesInItsWay) {
-  const std::vector<Sent> both = {{0, "1,!\r2,!\r"}};
+  struct Case {
+    std::string fault;
+    std::vector<Fed> sent;
+    std::string transcript;
+    std::uint64_t faults;
+  };
+  const std::vector<Fed> both = {{0, "1,!\r2,!\r"}};
   const Case cases[] = {
       {"silent", both, "", 2},
       {"silent:1", both, kTwo, 1},
@@ -71,7 +63,6 @@ TEST(LineFault, HitsItsLinesInItsWay) {
       {"late", {{0, "1,!\r"}, {1000, "2,!\r"}}, "@3000 " + kOne + "@4000 " + kTwo, 2},
       {"late:1", {{0, "1,!\r"}, {1000, "2,!\r"}}, "@3000 " + kOne + kTwo, 1},
       {"late:1", {{0, "1,!\r"}, {5000, "2,!\r"}}, "@3000 " + kOne + "@5000 " + kTwo, 1},
-      {"split", {{0, "1,!\r"}}, InPieces(kOne, 0), 1},
       {"split", both, InPieces(kOne, 0) + kTwo[0] + InPieces(kTwo.substr(1), 10), 2},
       {"lost-first:2", both, kOne + kTwo.substr(1), 1},
       {"doubled:1", both, kOne + kOne + kTwo, 1},
@@ -98,8 +89,15 @@ TEST(LineFault, CountsTheLinesOfAllHosts) {
   EXPECT_EQ(simulation.count.Text(), "received 3 lines, 15 bytes, 1 faults");
 }
 
+TEST(FaultyLine, KeepsThePausesOfADevice) {
+  Simulation simulation{Bus()};
+  simulation.bus.Answer("sysreset=0.9");
+  EXPECT_EQ(Transcript(simulation, {{0, "RamBackup\r"}}),
+            "@200 RamBackup\r\nSaving @1700 ....@2500 o.@2700 k." + kEnd);
+}
+
 TEST(LineFault, GarbageStandsBetweenEchoAndEnd) {
-  std::vector<std::string> seen;
+  std::set<std::string> seen;
   for (std::uint32_t seed = 0; seed < 200; ++seed) {
     const std::string reply = LineFault::Parse("garbage", seed)->Instead(kOne).front().bytes;
     ASSERT_EQ(reply.size(), 5 + 64 + kEnd.size());
@@ -108,17 +106,70 @@ TEST(LineFault, GarbageStandsBetweenEchoAndEnd) {
     EXPECT_EQ(garbage.find('\x1a'), std::string::npos) << seed;
     const auto harmful = [](char c) { return c >= 0 && c < 9; };
     EXPECT_TRUE(std::any_of(garbage.begin(), garbage.end(), harmful)) << seed;
-    seen.push_back(garbage);
+    seen.insert(garbage);
   }
-  EXPECT_EQ(LineFault::Parse("garbage", 7)->Instead(kOne).front().bytes.substr(5, 64), seen[7]);
-  std::sort(seen.begin(), seen.end());
-  EXPECT_EQ(std::unique(seen.begin(), seen.end()), seen.end());
+  EXPECT_EQ(seen.size(), 200u);
+  EXPECT_TRUE(
+      seen.contains(LineFault::Parse("garbage", 7)->Instead(kOne).front().bytes.substr(5, 64)));
 }
 
 TEST(LineFault, IsNotReadFromOtherTexts) {
   for (const char* text : {"", "x", "late:", "late:0", "late:-1", "late:1x",
                            "late:99999999999999999999", ":1", "Late", "late ", "late:1:1"}) {
     EXPECT_FALSE(LineFault::Parse(text, 1)) << text;
+  }
+}
+
+TEST(DeviceLine, RepliesToEachCompleteLine) {
+  struct Case {
+    std::string sent, reply;
+  };
+  const std::string longLine(5000, 'x');
+  const Case cases[] = {
+      {"AA:ver.\r", "AA:ver.\r\nKT-X+;V2.27" + kEnd},
+      {"\r", "\r\n" + kEnd},
+      {"C9:ver.\r\n", "C9:ver.\r\n" + kEnd},
+      {"1,2\n,+\x1a,!\rB1:dir\r\n", "1,2,+,!\r\n3" + kEnd + "B1:dir\r\nB1:" + kEnd},
+      {"!\"S\xfc\tx\"\r", "!\"S\xfc\tx\"\r\nS\xfc\tx" + kEnd},
+      {"1,!,2,!", ""},
+      {longLine + "\r7,!\r",
+       longLine.substr(0, 4096) + "\r\n<<line too long>>" + kEnd + "7,!\r\n7" + kEnd},
+  };
+  Simulation simulation{Bus()};
+  for (const Case& c : cases) {
+    FaultyLine line(simulation);
+    EXPECT_EQ(SentFor(line, c.sent).bytes, c.reply) << "sent: " << c.sent;
+  }
+}
+
+TEST(SerialPace, CarriesRepliesAsALineDoes) {
+  // The replies to two lines that come at once have 200 and 15 bytes.
+  const std::string x(95, 'x'), one = "! \"" + x + '"', dir = "AA:dir\r\nAA:" + kEnd,
+                                reply = one + "\r\n" + x + kEnd;
+  const struct {
+    int baud;
+    std::string fault, sent;
+    std::int64_t first, last;  // ms
+    std::size_t largest;       // bytes at once
+  } cases[] = {
+      {0, "late:3", reply + dir, 0, 0, 200},
+      {1'000, "late:3", reply + dir, 10, 2'150, 1},
+      {9'600, "late:3", reply + dir, 10, 225, 10},
+      {115'200, "late:3", reply + dir, 10, 20, 115},
+      {50, "late:3", reply + dir, 200, 43'000, 1},
+      {1'000, "late:1", reply + dir, 3'010, 5'150, 1},
+      {1'000, "truncated:2", reply + "AA:dir\r", 10, 2'070, 1},
+      {1'000, "drop-link:2", reply, 10, 2'000, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.baud) + " " + c.fault);
+    Simulation simulation{.bus = Bus(), .fault = *LineFault::Parse(c.fault, 1), .baud = c.baud};
+    FaultyLine line(simulation);
+    const Sent sent = SentFor(line, one + "\rAA:dir\r");
+    EXPECT_EQ(sent.bytes, c.sent);
+    EXPECT_EQ(sent.first, c.first);
+    EXPECT_EQ(sent.last, c.last);
+    EXPECT_EQ(sent.largest, c.largest);
   }
 }
 
