@@ -13,9 +13,13 @@ ExitStatus CliRun::Send(const std::vector<std::string>& lines) {
   auto given = lines.begin();
   // Each line is sent as it comes: whoever writes them may wait for the answers.
   const auto next = [&](std::string& line) {
-    if (!fromInput) return given != lines.end() && (line = *given++, true);
-    if (!std::getline(ports_.in, line)) return false;
-    if (line.ends_with('\r')) line.pop_back();
+    if (!fromInput) {
+      if (given == lines.end()) return false;
+      line = *given++;
+    } else {
+      if (!std::getline(ports_.in, line)) return false;
+      if (line.ends_with('\r')) line.pop_back();
+    }
     return true;
   };
   ExitStatus status = ExitStatus::kDone;

@@ -36,6 +36,7 @@ void SimulatorPort::Write(std::string_view bytes) {
 void SimulatorPort::Close() {
   open_ = false;
   delay_.stop();
+  TakeLine();  // the last words, which a real line would still carry
   line_.DropReplies();
   unread_.clear();
 }
