@@ -18,6 +18,14 @@ struct Message {
   MessageStyle style = MessageStyle::kInformation;
 };
 
+/// One line of text that is asked for.
+struct InputRequest {
+  std::string title;
+  std::string prompt;
+  std::string value;      // what stands in the field at first
+  bool password = false;  // not shown while it is typed
+};
+
 /// What the program asks of and tells the person in front of it.
 class Dialogs {
  public:
@@ -25,6 +33,8 @@ class Dialogs {
   virtual void Show(const Message& message) = 0;
   /// False for everything but Yes.
   virtual bool AskYesNo(const std::string& question) = 0;
+  /// A line of text, as it was typed; nothing when the user cancels.
+  virtual std::optional<std::string> AskText(const InputRequest& request) = 0;
   /// A file dialog that starts in `folder` (empty = the current one). The filter is
   /// "text|*.ext;*.ext|text|…". The chosen path; nothing when the user cancels.
   virtual std::optional<std::string> ChooseFile(FileDialogKind kind, const std::string& title,

@@ -13,7 +13,7 @@ constexpr int kEnglish = 1;
 }  // namespace
 
 std::string Messages::Text(int id, int factor) {
-  const auto table = StringTable();
+  const auto table = id < Second(0) ? FirstBlock() : id < Own(0) ? SecondBlock() : OwnBlock();
   const auto entry =
       std::lower_bound(table.begin(), table.end(), id,
                        [](const TableEntry& e, int wanted) { return e.id < wanted; });

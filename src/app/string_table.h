@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -12,7 +13,17 @@ struct TableEntry {
   std::array<std::string_view, 3> texts;
 };
 
-/// All entries in ascending order of their ids.
-std::span<const TableEntry> StringTable();
+/// The blocks of the string table, each in ascending order of its ids.
+std::span<const TableEntry> FirstBlock();
+std::span<const TableEntry> SecondBlock();
+std::span<const TableEntry> OwnBlock();
+
+/// What look-ups need of a block.
+constexpr bool Ascending(std::span<const TableEntry> block) {
+  for (std::size_t n = 1; n < block.size(); ++n) {
+    if (block[n - 1].id >= block[n].id) return false;
+  }
+  return true;
+}
 
 }  // namespace ostrel

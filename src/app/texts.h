@@ -9,10 +9,28 @@ inline constexpr int kOk = First(0);
 inline constexpr int kCancel = First(1);
 inline constexpr int kError = First(5);
 inline constexpr int kType = First(142);
+inline constexpr int kTransferFinished = First(155);
+inline constexpr int kTransferCancelled = First(156);
 inline constexpr int kRuntimeError = First(239);
+inline constexpr int kUserNameAndPassword = First(245);
+inline constexpr int kUserPassword = First(246);
+inline constexpr int kNewPassword = First(255);
+inline constexpr int kConfirmPassword = First(256);
+inline constexpr int kPasswordsDiffer = First(257);
+inline constexpr int kPasswordNotChanged = First(259);
+inline constexpr int kEnterAdminPassword = First(265);
 inline constexpr int kDeviceReplied = First(280);
+inline constexpr int kNoConnectionToDevice = First(299);
 inline constexpr int kNoDeviceSelected = First(301);
+inline constexpr int kUserGuest = First(306);
+inline constexpr int kUserAdmin = First(307);
+inline constexpr int kUser2 = First(308);
+inline constexpr int kUser3 = First(309);
+inline constexpr int kUser4 = First(310);
+inline constexpr int kUser5 = First(311);
 inline constexpr int kFirmwareTooOld = First(496);
+inline constexpr int kGrantsCurrently = First(641);
+inline constexpr int kLoginForMore = First(642);
 
 // Second block; the server's error codes 10011..10045 are ids themselves.
 inline constexpr int kConnection = Second(54);
@@ -29,6 +47,17 @@ inline constexpr int kCopiedAsTextAndPicture = Second(111);
 inline constexpr int kOnlyReglerLx = Second(128);
 inline constexpr int kOnlyRegler = Second(129);
 inline constexpr int kOnlyXw = Second(130);
+inline constexpr int kUserManagement = Second(334);
+inline constexpr int kExceptPort = Second(337);
+inline constexpr int kNoAdminPassword = Second(342);
+inline constexpr int kGrant0 = Second(346);
+inline constexpr int kGrant1 = Second(347);
+inline constexpr int kGrant2 = Second(348);
+inline constexpr int kGrant3 = Second(349);
+inline constexpr int kGrant4 = Second(350);
+inline constexpr int kGrant5 = Second(351);
+inline constexpr int kAccessableByAnyone = Second(354);
+inline constexpr int kExceptForScada = Second(362);
 
 // Texts without a number in either block.
 inline constexpr int kOutOfRange = Own(1);

@@ -178,8 +178,9 @@ ExitStatus Parsed(const CLI::App& app, const CLI::ParseError& end, bool json,
 }
 
 ExitStatus Execute(const Request& request, const CliPorts& ports) {
-  TerminalDialogs dialogs(ports.in, ports.err,
-                          {.yes = request.yes, .interactive = ports.interactive});
+  TerminalDialogs dialogs(
+      ports.in, ports.err,
+      {.yes = request.yes, .interactive = ports.interactive, .echo = ports.echo});
   const Messages* texts = nullptr;
   FactoryWithChooser automation(ports.automation, [&](const std::string& name, const Message& why) {
     dialogs.Show(why);

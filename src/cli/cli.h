@@ -51,8 +51,9 @@ struct CliPorts {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
-  bool interactive = false;  // somebody sits at `in` and can be asked
-  std::size_t width = 80;    // of the terminal, in characters
+  std::function<void(bool)> echo = {};  // whether the terminal shows what is typed
+  bool interactive = false;             // somebody sits at `in` and can be asked
+  std::size_t width = 80;               // of the terminal, in characters
 };
 
 /// Runs one command. `arguments` do not hold the program's name.

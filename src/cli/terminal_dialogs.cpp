@@ -25,4 +25,18 @@ bool TerminalDialogs::AskYesNo(const std::string& question) {
   return !answer.empty() && letters.find(answer.front()) != std::string::npos;
 }
 
+std::optional<std::string> TerminalDialogs::AskText(const InputRequest& request) {
+  const bool hidden = request.password && options_.interactive && options_.echo;
+  if (options_.interactive) err_ << Visible(request.prompt) << ' ' << std::flush;
+  if (hidden) options_.echo(false);
+  std::string line;
+  const bool read = static_cast<bool>(std::getline(in_, line));
+  if (hidden) {
+    options_.echo(true);
+    err_ << '\n';
+  }
+  if (line.ends_with('\r')) line.pop_back();
+  return read ? std::optional(line) : std::nullopt;
+}
+
 }  // namespace ostrel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -14,14 +15,17 @@ namespace ostrel {
 class TerminalDialogs : public Dialogs {
  public:
   struct Options {
-    bool yes = false;          // every question is answered Yes
-    bool interactive = false;  // somebody can be asked
+    bool yes = false;                     // every question is answered Yes
+    bool interactive = false;             // somebody can be asked
+    std::function<void(bool)> echo = {};  // whether the terminal shows what is typed
   };
   TerminalDialogs(std::istream& in, std::ostream& err, Options options)
       : in_(in), err_(err), options_(options) {}
 
   void Show(const Message& message) override;
   bool AskYesNo(const std::string& question) override;
+  /// The next line of the input, also where nobody sits at it; its end cancels.
+  std::optional<std::string> AskText(const InputRequest& request) override;
   std::optional<std::string> ChooseFile(FileDialogKind, const std::string&, const std::string&,
                                         const std::string&) override {
     return std::nullopt;

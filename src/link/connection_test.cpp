@@ -19,6 +19,7 @@ namespace {
 class NoDialogs : public Dialogs {
  public:
   void Show(const Message&) override {}
+  std::optional<std::string> AskText(const InputRequest&) override { return std::nullopt; }
   bool AskYesNo(const std::string&) override { return false; }
   std::optional<std::string> ChooseFile(FileDialogKind, const std::string&, const std::string&,
                                         const std::string&) override {

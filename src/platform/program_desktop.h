@@ -8,6 +8,11 @@ namespace ostrel {
 class ProgramDesktop : public Desktop {
  public:
   std::filesystem::path ProgramFolder() const override;
+  std::filesystem::path DocumentsFolder() const override;
+  std::filesystem::path ProfileFolder() const override;
+  bool RaiseWindow(const std::string& title) override;
+  bool StartProgram(const std::filesystem::path& program,
+                    const std::vector<std::string>& arguments) override;
 };
 
 }  // namespace ostrel

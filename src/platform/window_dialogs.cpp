@@ -4,6 +4,9 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QImage>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -115,6 +118,20 @@ bool WindowDialogs::AskYesNo(const std::string& question) {
   box.setEscapeButton(no);
   RunModal(box);
   return box.clickedButton() == yes && !silent_;
+}
+
+std::optional<std::string> WindowDialogs::AskText(const InputRequest& request) {
+  if (silent_) return std::nullopt;
+  QInputDialog box(Parent());
+  box.setWindowTitle(QString::fromStdString(request.title));
+  box.setLabelText(QString::fromStdString(request.prompt));
+  box.setTextValue(QString::fromStdString(request.value));
+  box.setTextEchoMode(request.password ? QLineEdit::Password : QLineEdit::Normal);
+  box.setOkButtonText(QString::fromStdString(Caption(text::kOk)));
+  box.setCancelButtonText(QString::fromStdString(Caption(text::kCancel)));
+  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+  if (!RunModal(box) || silent_) return std::nullopt;
+  return box.textValue().toStdString();
 }
 
 std::optional<std::string> WindowDialogs::ChooseFile(FileDialogKind kind, const std::string& title,

@@ -30,6 +30,7 @@ class WindowDialogs : public Dialogs {
 
   void Show(const Message& message) override;
   bool AskYesNo(const std::string& question) override;
+  std::optional<std::string> AskText(const InputRequest& request) override;
   std::optional<std::string> ChooseFile(FileDialogKind kind, const std::string& title,
                                         const std::string& filter,
                                         const std::string& folder) override;

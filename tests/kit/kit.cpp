@@ -2,6 +2,8 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
+
 #include "app/settings_path.h"
 #include "app/text.h"
 
@@ -133,6 +135,12 @@ void ManualClock::ProcessEvents() {
   if (onEvents) onEvents();
 }
 
+std::optional<std::string> ScriptedDialogs::AskText(const InputRequest& request) {
+  asked.push_back(request.title + " | " + request.prompt);
+  const std::string text = Next<std::string>(typed, "\x1b");
+  return text == "\x1b" ? std::nullopt : std::optional(text);
+}
+
 bool ScriptedDialogs::AskYesNo(const std::string& question) {
   asked.push_back(question);
   return Next<bool>(yesNo, false);
@@ -180,6 +188,19 @@ TemporaryDesktop::TemporaryDesktop() {
 TemporaryDesktop::~TemporaryDesktop() {
   std::error_code ignored;
   std::filesystem::remove_all(folder, ignored);
+}
+
+bool TemporaryDesktop::RaiseWindow(const std::string& title) {
+  if (std::find(windows.begin(), windows.end(), title) == windows.end()) return false;
+  raised.push_back(title);
+  return true;
+}
+
+bool TemporaryDesktop::StartProgram(const std::filesystem::path& program,
+                                    const std::vector<std::string>& arguments) {
+  started.push_back(program.string());
+  for (const std::string& argument : arguments) started.back() += " " + argument;
+  return true;
 }
 
 }  // namespace ostrel::kit

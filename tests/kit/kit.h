@@ -56,6 +56,7 @@ class ScriptedDialogs : public Dialogs {
   std::optional<std::string> ChooseFile(FileDialogKind, const std::string& title,
                                         const std::string& filter,
                                         const std::string& folder) override;
+  std::optional<std::string> AskText(const InputRequest& request) override;
   void SetBusy(bool on) override;
   void ToClipboard(const std::string&, const std::string&) override {}
 
@@ -65,6 +66,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Message> shown;
   std::vector<std::string> asked;
   std::vector<bool> yesNo;
+  std::vector<std::string> typed;  // "\x1b" cancels
   std::vector<std::string> files;
   int busy = 0;
 };
@@ -101,7 +103,16 @@ class TemporaryDesktop : public Desktop {
   TemporaryDesktop();
   ~TemporaryDesktop() override;
   std::filesystem::path ProgramFolder() const override { return folder; }
+  std::filesystem::path DocumentsFolder() const override { return folder / "documents"; }
+  std::filesystem::path ProfileFolder() const override { return folder / "home"; }
+  bool RaiseWindow(const std::string& title) override;
+  bool StartProgram(const std::filesystem::path& program,
+                    const std::vector<std::string>& arguments) override;
+
   std::filesystem::path folder;
+  std::vector<std::string> windows;  // titles of those that are open
+  std::vector<std::string> raised;
+  std::vector<std::string> started;  // program and arguments, a blank between
 };
 
 /// The whole world of one Service.
