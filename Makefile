@@ -23,7 +23,8 @@ define install_missing
 endef
 
 SHELL = /bin/bash
-.PHONY: all run test bench install clean packages-build packages-run packages-check release asan fuzz
+.PHONY: all run test bench install clean packages-build packages-run packages-check release asan fuzz \
+  pictures
 .DEFAULT_GOAL := all
 # One step after the other, whatever -j says: two steps would install packages at once.
 .NOTPARALLEL:
@@ -55,6 +56,10 @@ fuzz: packages-check
 	    build/fuzz/corpus/NAME tests/fuzz/corpus/NAME \
 	    > build/fuzz/NAME.log 2>&1 || { tail -n 40 build/fuzz/NAME.log; exit 1; }'
 	@grep -H "^Done" build/fuzz/*.log
+
+# The pictures of docs/, which show the forms as they are now.
+pictures: packages-check packages-run all
+	docs/pictures/make.sh
 
 release: packages-build
 	cmake --preset release > /dev/null

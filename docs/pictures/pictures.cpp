@@ -1,0 +1,142 @@
+// Makes the pictures of the forms anew: every form with what the built-in simulated devices give.
+//
+//   ostrel_pictures FOLDER LANGUAGE SCHEME     e.g. docs/pictures eng light
+
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
+#include <functional>
+#include <iostream>
+#include <string>
+
+#include "app/frmMain.h"
+#include "app/texts.h"
+#include "link/connection_chooser.h"
+#include "link/connections.h"
+#include "link/frmChooser.h"
+#include "link/frmConnection.h"
+#include "link/frmConnections.h"
+#include "platform/event_clock.h"
+#include "platform/program_desktop.h"
+#include "platform/registry_settings.h"
+#include "platform/server_factory.h"
+
+namespace ostrel {
+namespace {
+
+class Studio {
+ public:
+  Studio(const QString& folder, const std::string& language, Scheme scheme)
+      : place_(folder + QStringLiteral("/%1-") + QString::fromStdString(language) +
+               (scheme == Scheme::kDark ? QStringLiteral("-dark.png") : QStringLiteral(".png"))),
+        service_({settings_, server_, dialogs_, clock_, desktop_},
+                 {.connection = {}, .language = language}),
+        window_(service_, dialogs_, scheme) {
+    Connections connections(settings_);
+    connections.Add({.name = "Substation North",
+                     .kind = "tcp",
+                     .host = "192.0.2.7",
+                     .port = 4001,
+                     .device = {}});
+    connections.Add({.name = "Workshop", .kind = "serial", .host = {}, .device = "/dev/ttyUSB0"});
+    window_.resize(960, 640);
+    window_.show();
+  }
+
+  /// The main window with its pages, for an overview in every scheme.
+  void Window() {
+    Select("AA:");
+    Page(text::kStatistics);
+    Click(window_, "butStatLesen");
+    Shoot(window_, "statistics");
+  }
+
+  void Forms() {
+    During([&] { window_.DeviceSelect(); }, [&](QDialog& form) { Shoot(form, "frmSelect"); });
+    During(
+        [&] {
+          ChooseConnection(&window_, service_.Texts(), Connections(settings_).List(),
+                           "Substation North", service_.Texts().Text(code::kCannotConnect));
+        },
+        [&](QDialog& form) { Shoot(form, "frmChooser"); });
+    During([&] { window_.ShowConnections(); },
+           [&](QDialog& form) {
+             Click(form, "butTest");
+             Shoot(form, "frmConnections");
+           });
+    During(
+        [&] {
+          frmConnection::DoDialog(&window_, service_.Texts(), Connections(settings_),
+                                  Connections(settings_).Find("Workshop"));
+        },
+        [&](QDialog& form) { Shoot(form, "frmConnection"); });
+  }
+
+  void End() { service_.Beenden(); }
+
+ private:
+  void Select(const std::string& address) {
+    if (!service_.DeviceSelectByAddress(address)) std::exit(1);
+  }
+
+  void Page(int titleId) {
+    const QString title = QString::fromStdString(service_.Texts().Caption(titleId));
+    auto* pages = window_.findChild<QTreeWidget*>(QStringLiteral("tvwPages"));
+    pages->setCurrentItem(pages->findItems(title, Qt::MatchExactly | Qt::MatchRecursive).value(0));
+  }
+
+  static void Click(QWidget& in, const char* button) {
+    in.findChild<QPushButton*>(QLatin1String(button))->click();
+  }
+
+  /// Lets the operation show a dialog, pictures it and leaves it.
+  void During(const std::function<void()>& operation, const std::function<void(QDialog&)>& act) {
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr || !dialog->isEnabled()) return;
+      poll.stop();
+      act(*dialog);
+      dialog->reject();
+    });
+    poll.start(0);
+    operation();
+  }
+
+  /// The form as it is once nothing waits to be drawn.
+  void Shoot(QWidget& form, const char* name) {
+    QApplication::processEvents();
+    const QString file = place_.arg(QLatin1String(name));
+    if (!form.grab().save(file)) std::exit(1);
+    std::cout << file.toStdString() << std::endl;
+  }
+
+  QString place_;
+  RegistrySettings settings_;
+  ServerFactory server_;
+  WindowDialogs dialogs_;
+  EventClock clock_;
+  ProgramDesktop desktop_;
+  Service service_;
+  frmMain window_;
+};
+
+}  // namespace
+}  // namespace ostrel
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  if (argc != 4) return 2;
+  const ostrel::Scheme scheme = ostrel::SchemeFromName(argv[3]);
+  ostrel::ApplyScheme(scheme);
+  ostrel::Studio studio(QString::fromLocal8Bit(argv[1]), argv[2], scheme);
+  QTimer::singleShot(0, [&] {
+    studio.Window();
+    if (scheme == ostrel::Scheme::kLight) studio.Forms();
+    studio.End();
+    QCoreApplication::exit(0);
+  });
+  return QApplication::exec();
+}
