@@ -165,37 +165,6 @@ struct BusTest : testing::Test {
   }
 };
 
-TEST_F(BusTest, FillingTheList) {
-  const std::string all = R"(all,station&#,!+";", ver.+)";
-  std::string many;
-  for (int n = 0; n < 257; ++n) many += "B" + std::to_string(n) + ":x;y;z\r\n";
-  const struct {
-    const char* name;
-    std::string current, list;
-    int code;
-    std::size_t rows;
-  } cases[] = {
-      {"one", "B1:", "AA:Nord;KT-X+;V2.27\r\nB1:Süd;KT-XB+;V2.10", 0, 2},
-      {"error for the current one", "<<x>>", "AA:Nord;KT-X+;V2.27\r\n\r\n", 0, 1},
-      {"empty answer", "", "AA:Nord", code::kTimeout, 0},
-      {"error answer", "AA:", "<<no>>", text::kDeviceReplied, 0},
-      {"too many", "AA:", many, text::kStationsIncomplete, 256},
-  };
-  for (const auto& c : cases) {
-    world.server.answers = {{"AA:dirn_\r\n", c.current}, {all, c.list}};
-    std::vector<Station> rows;
-    EXPECT_EQ(bus.ListFill(rows), c.code) << c.name;
-    ASSERT_EQ(rows.size(), c.rows) << c.name;
-  }
-  world.server.answers = {{"AA:dirn_\r\n", "B1:Süd"}, {all, "AA:Nord;a;b\r\nB1:Süd;c;d"}};
-  std::vector<Station> rows;
-  ASSERT_EQ(bus.ListFill(rows), 0);
-  EXPECT_FALSE(rows[0].current);
-  EXPECT_TRUE(rows[1].current);
-  world.server.answers.clear();
-  EXPECT_EQ(bus.ListFill(rows), code::kTimeout);
-}
-
 TEST_F(BusTest, CurrentStationAndPlainList) {
   world.server.answers = {{"aa:dirn_", "B1:"},
                           {"B1:station#", "Süd"},
