@@ -96,8 +96,8 @@ void frmMain::DeviceSelect() {
     };
     const auto showRights = [this](int level) {
       const Messages& texts = service_.Texts();
-      texts.Show(text::kGrantsCurrently, "\n" + GrantText(texts, level) + "\n\n" +
-                                             texts.Caption(text::kLoginForMore));
+      texts.Show(text::kGrantsCurrently,
+                 "\n" + GrantText(texts, level) + "\n\n" + texts.Caption(text::kLoginForMore));
       return true;
     };
     service_.DeviceSelect(choose, showRights);

@@ -291,7 +291,8 @@ constexpr TableEntry kTable[] = {
       "Pfeiltasten: Gerät markieren\nAnfang der Adresse oder des Namens tippen: dorthin springen\n"
       "Eingabetaste oder Doppelklick: Gerät auswählen\nEsc: abbrechen",
       "Each line is a device of the connection: address and name, its type in brackets, then the "
-      "firmware. \"(AA:)\" stands behind the device at which the line is plugged in; the others are "
+      "firmware. \"(AA:)\" stands behind the device at which the line is plugged in; the others "
+      "are "
       "reached over the bus. Where the grants reach no further, only that one is listed.\n\n"
       "Arrow keys: mark a device\nTyping the beginning of an address or a name: jump there\n"
       "Enter or a double click: select the device\nEsc: cancel",

@@ -28,8 +28,8 @@ constexpr qint64 kTypingMs = 1000;
 QString OneLine(const std::string& line) {
   QString shown = QString::fromStdString(line);
   for (QChar& character : shown) {
-    const bool unseen = character.category() == QChar::Other_Control ||
-                        character.category() == QChar::Other_Format;
+    const bool unseen =
+        character.category() == QChar::Other_Control || character.category() == QChar::Other_Format;
     if (unseen) character = QChar::ReplacementCharacter;
   }
   return shown;
@@ -191,8 +191,8 @@ StationChoice frmSelect::DoDialogTxtLong(QWidget* parent, const Messages& messag
   return DoDialog(parent, messages, list, titleId, [&] { return list.Fill(preselected); });
 }
 
-StationChoice frmSelect::DoDialogQuick(QWidget* parent, const Messages& messages,
-                                       StationList& list, const std::string& preselected) {
+StationChoice frmSelect::DoDialogQuick(QWidget* parent, const Messages& messages, StationList& list,
+                                       const std::string& preselected) {
   return DoDialogTxtLong(parent, messages, list, text::kSelectDevice, preselected);
 }
 

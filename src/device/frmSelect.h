@@ -15,9 +15,9 @@ class QPushButton;
 
 namespace ostrel {
 
-/// The dialog in which the user picks one of the stations of a connection, or of another one that he
-/// changes to. All entries fill the list first; where that gives none to choose from, the dialog does
-/// not open and the code is returned.
+/// The dialog in which the user picks one of the stations of a connection, or of another one that
+/// he changes to. All entries fill the list first; where that gives none to choose from, the dialog
+/// does not open and the code is returned.
 class frmSelect : public QDialog {
  public:
   /// With the list that `fill` fills, and with this message as the title.

@@ -14,8 +14,8 @@
 
 namespace ostrel {
 
-/// How a dialog with the list of stations ended: the chosen one, nothing when the user cancelled, or
-/// a code that nobody has shown yet.
+/// How a dialog with the list of stations ended: the chosen one, nothing when the user cancelled,
+/// or a code that nobody has shown yet.
 struct StationChoice {
   std::optional<Station> station = {};
   int code = 0;
@@ -40,9 +40,9 @@ class StationList {
   /// Fills it with addresses from a single exchange, and with names when wanted; `wanted` is the
   /// text of the row to preselect. 0, text::kStationsIncomplete or kEnded.
   int FillShort(bool names, const std::string& wanted);
-  /// Lets the user choose another connection and fills the list again, as it was filled before. What
-  /// Fill gives, text::kNoneRestored when there is no connection any more, or kUnchanged: why is
-  /// shown.
+  /// Lets the user choose another connection and fills the list again, as it was filled before.
+  /// What Fill gives, text::kNoneRestored when there is no connection any more, or kUnchanged: why
+  /// is shown.
   int ConnectionChange();
   /// Whether there is a list to choose from after a filling that ended so.
   static bool Usable(int code);

@@ -71,7 +71,8 @@ class Link {
   static constexpr int kNoneChosen = -1;
   /// Lets the user choose a connection and opens the channel there instead. 0 when it is open;
   /// 10019 while an online channel is; the code of the failure when the previous connection was
-  /// opened again, which LastError describes; text::kNoneRestored when there is no channel any more.
+  /// opened again, which LastError describes; text::kNoneRestored when there is no channel any
+  /// more.
   int ConnectionSwitch();
   /// Closes the channel and gives up the server object.
   void ConnectionClose();
