@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
 #include "app/texts.h"
 #include "device/clsDevice.h"
 #include "device/selection.h"
@@ -58,53 +61,52 @@ TEST(Device, IdentityAndSelection) {
   }
 }
 
+using Models = std::set<int>;
+constexpr int kNone = -1;
+const Models kEvery = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 80, 90, 999};
+
 TEST(Device, FamiliesAndTypeCodesOfEveryModel) {
-  const char* const types[] = {"KT-X",  "LX-X",      "KT-XF", "KT-XB", "KT-XFB", "QM-X",
-                               "QM-XB", "NV-X",      "JS-X",  "WB-X",  "KT-XW",  "KT-XWB",
-                               "HZ-X",  "qor-u1601", "other", ""};
-  // By type as above; the last one is no device.
-  const std::pair<const char*, const char*> codes[] = {
-      {"", "1111111111111111"},    {"CMD", "1111111111111111"}, {"qol", "1111111111111111"},
-      {"RGL", "1001000000000000"}, {"lxl", "0100000000000000"}, {"xwl", "0000000000110000"},
-      {"xbl", "0000000000110000"}, {"xfl", "0010100000000000"}, {"qml", "0000011000000000"},
-      {"wbl", "0000000001000000"}, {"jsl", "0000000010000000"}, {"xyz", "0000000000000000"}};
+  const std::pair<const char*, Models> codes[] = {
+      {"", kEvery},      {"CMD", kEvery},   {"qol", kEvery}, {"RGL", {0, 4}}, {"lxl", {1}},
+      {"xwl", {11, 12}}, {"xBl", {11, 12}}, {"xfl", {3, 5}}, {"qml", {6, 7}}, {"wbl", {10}},
+      {"jsl", {9}},      {"xyz", {}},       {"rg", {}}};
+  const struct {
+    const char* name;
+    bool (*test)(const clsDevice&, const Messages&);
+    Models models;
+    const char* message;  // of a failure
+  } families[] = {
+      {"Regler", [](auto& d, auto& m) { return d.IsFamRegler(&m); }, {0, 4}, "10129"},
+      {"ReglerLx", [](auto& d, auto& m) { return d.IsFamReglerLx(&m); }, {0, 1, 4}, "10128"},
+      {"Xw", [](auto& d, auto& m) { return d.IsFamXw(&m); }, {11, 12}, "10130"},
+      {"Tormex", [](auto& d, auto& m) { return d.IsFamTormex(&m); }, {0, 1, 4, 11, 12}, "10129"},
+      {"Xf", [](auto& d, auto&) { return d.IsFamXf(); }, {3, 5}, ""},
+      {"Qm", [](auto& d, auto&) { return d.IsFamQm(); }, {6, 7}, ""},
+      {"Nv", [](auto& d, auto&) { return d.IsFamNv(); }, {8, 13}, ""},
+      {"Js", [](auto& d, auto&) { return d.IsFamJs(); }, {9}, ""}};
+  const std::map<int, std::string> told = {
+      {kNone, "1301"}, {3, "10066"}, {5, "10066"}, {9, "10066"}, {6, "10067"}};
   kit::ScriptedDialogs dialogs;
   const Messages messages(dialogs);
-  const auto inFamily = [&](const clsDevice& device, std::size_t family) {
-    const bool results[] = {device.IsFamRegler(&messages),
-                            device.IsFamReglerLx(&messages),
-                            device.IsFamXw(&messages),
-                            device.IsFamTormex(&messages),
-                            device.IsFamXf(),
-                            device.IsFamQm(),
-                            device.IsFamNv(),
-                            device.IsFamJs(),
-                            device.IsFamTormexMsg4Other(messages)};
-    return results[family];
-  };
-  const char* const families[] = {"1001000000000000", "1101000000000000", "0000000000110000",
-                                  "1101000000110000", "0010100000000000", "0000011000000000",
-                                  "0000000100001000", "0000000010000000", "1101000000110000"};
-  const char* const told[] = {"",      "", "10066", "", "10066", "10067", "", "",
-                              "10066", "", "",      "", "",      "",      "", "1301"};
-  for (std::size_t n = 0; n < std::size(types); ++n) {
+  Models all = kEvery;
+  all.insert(kNone);
+  for (const int model : all) {
     clsDevice device;
-    if (n + 1 < std::size(types)) device.SetIdentity("AA:", types[n]);
-    for (const auto& [code, matches] : codes) {
-      EXPECT_EQ(device.MatchTypeCode(code), matches[n] == '1') << code << " " << types[n];
+    if (model != kNone) device.SetIdentity("AA:", model);
+    for (const auto& [code, models] : codes) {
+      const bool matches = models == kEvery || models.count(model) != 0;
+      EXPECT_EQ(device.MatchTypeCode(code), matches) << code << " " << model;
     }
-    for (std::size_t family = 0; family < std::size(families); ++family) {
-      EXPECT_EQ(inFamily(device, family), families[family][n] == '1') << family << " " << types[n];
+    for (const auto& family : families) {
+      dialogs.shown.clear();
+      const bool inside = family.models.count(model) != 0;
+      EXPECT_EQ(family.test(device, messages), inside) << family.name << " " << model;
+      EXPECT_EQ(dialogs.Numbers(), inside ? "" : family.message) << family.name << " " << model;
     }
     dialogs.shown.clear();
-    device.IsFamTormexMsg4Other(messages);
-    EXPECT_EQ(dialogs.Numbers(), told[n]) << types[n];
+    EXPECT_EQ(device.IsFamTormexMsg4Other(messages), families[3].models.count(model) != 0) << model;
+    EXPECT_EQ(dialogs.Numbers(), told.count(model) != 0 ? told.at(model) : "") << model;
   }
-  dialogs.shown.clear();
-  const clsDevice none;
-  none.IsFamRegler(&messages), none.IsFamReglerLx(&messages), none.IsFamXw(&messages);
-  none.IsFamTormex(&messages);
-  EXPECT_EQ(dialogs.Numbers(), "10129 10128 10130 10129");
 }
 
 TEST(Device, FirmwareGatesAndSerialNumbers) {
