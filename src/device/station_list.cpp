@@ -46,6 +46,7 @@ int StationList::Ask(const std::string& line, std::string& answer) {
 int StationList::Fill(const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
+  preselected_ = 0;
   short_ = false;
   std::string current;
   bool limited = true;
@@ -106,6 +107,7 @@ int StationList::Take(std::string answer, const std::string& current) {
 int StationList::FillShort(bool names, const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
+  preselected_ = 0;
   short_ = true;
   names_ = names;
   std::string answer;
