@@ -127,7 +127,10 @@ int StationList::ConnectionChange() {
   const int code = link_.ConnectionSwitch();
   if (code == 0) return short_ ? FillShort(names_, {}) : Fill({});
   if (code == text::kNoneRestored) return code;
-  if (code != Link::kNoneChosen) messages_.Warn(code, link_.LastError().Detail());
+  const ServerError& error = link_.LastError();
+  if (code != Link::kNoneChosen) {
+    messages_.Warn(code, error.Code() == code ? error.Detail() : std::string());
+  }
   return kUnchanged;
 }
 
