@@ -89,12 +89,18 @@ QString frmMain::Text(int id) const {
 
 void frmMain::DeviceSelect() {
   Run([this] {
-    service_.DeviceSelect([this](const std::vector<Station>& stations, const std::string& before) {
-      statusBar()->clearMessage();  // it is the user who is awaited now
+    const auto choose = [this](StationList& list, const std::string& before) {
+      statusBar()->clearMessage();  // it is the user who is awaited soon
       ShowConnection();
-      return frmSelect::DoDialog(this, service_.Texts(), service_.ServerLink().ConnectionName(),
-                                 stations, before);
-    });
+      return frmSelect::DoDialogQuick(this, service_.Texts(), list, before);
+    };
+    const auto showRights = [this](int level) {
+      const Messages& texts = service_.Texts();
+      texts.Show(text::kGrantsCurrently,
+                 "\n" + GrantText(texts, level) + "\n\n" + texts.Caption(text::kLoginForMore));
+      return true;
+    };
+    service_.DeviceSelect(choose, showRights);
   });
 }
 

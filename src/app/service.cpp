@@ -73,18 +73,29 @@ bool Service::Reconnect() {
   return address && ConnectionOpen() && selection_.GetKenn() && DeviceSelectByAddress(*address);
 }
 
-bool Service::DeviceSelect(const StationChooser& choose) {
+StationList Service::ListOfStations(RightsDisplay rights) {
+  return {link_, commands_, ports_.dialogs, messages_, std::move(rights)};
+}
+
+bool Service::DeviceSelect(const StationChooser& choose, const RightsDisplay& rights) {
   if (goOver_) link_.ConnectionClose();
   if (!ConnectionOpen()) return false;
-  std::vector<Station> rows;
-  {
-    const BusyPointer busy(ports_.dialogs);
-    const int code = stations_.ListFill(rows);
-    if (code != 0) messages_.Warn(code);
-    if (rows.empty()) return false;
-  }
-  const std::optional<Station> chosen = choose(rows, selection_.GetKenn().value_or(""));
-  return chosen && Adopt(chosen->KennName());
+  const std::string before = link_.ConnectionName();
+  StationList list = ListOfStations(rights);
+  const StationChoice choice = choose(list, selection_.GetKenn().value_or(""));
+  if (choice.code > 0) messages_.Warn(choice.code);
+  if (link_.ConnectionName() != before) FollowConnection();
+  return choice.station && Adopt(choice.station->KennName());
+}
+
+void Service::FollowConnection() {
+  const std::string name = link_.ConnectionName();
+  if (name.empty()) return;
+  // A link that is lost later is opened again where the user went.
+  options_.connection = name;
+  simulated_ = LeadsToSimulator();
+  goOver_ = false;
+  if (selection_.GetKenn() && name != selectedOn_) Deselect();
 }
 
 bool Service::DeviceSelectByAddress(const std::string& address) {

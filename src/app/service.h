@@ -11,7 +11,9 @@
 #include "app/messages.h"
 #include "app/settings_store.h"
 #include "device/clsDevice.h"
+#include "device/rights.h"
 #include "device/selection.h"
+#include "device/station_list.h"
 #include "device/stations.h"
 #include "link/automation.h"
 #include "link/clock.h"
@@ -57,13 +59,15 @@ class Service {
   const Selection& Selected() const { return selection_; }
   TapStatistics& Statistics() { return statistics_; }
 
-  /// Chooses one of the stations found; nothing when the user cancels. `preselected` is the address
-  /// selected until now.
-  using StationChooser = std::function<std::optional<Station>(const std::vector<Station>& stations,
-                                                              const std::string& preselected)>;
-  /// Opens the connection, lets the user choose a station and makes it the selected device. False
-  /// when there is no connection, no answer or no choice; failures are shown.
-  bool DeviceSelect(const StationChooser& choose);
+  /// The list of stations of the open connection, not filled yet. It lives no longer than this.
+  StationList ListOfStations(RightsDisplay rights);
+  /// Fills the list and lets the user choose. `preselected` is the address selected until now.
+  using StationChooser =
+      std::function<StationChoice(StationList& list, const std::string& preselected)>;
+  /// Opens the connection, lets the user choose a station, perhaps of another connection, and makes
+  /// it the selected device. False when there is no connection, no answer or no choice; failures
+  /// are shown.
+  bool DeviceSelect(const StationChooser& choose, const RightsDisplay& rights);
   /// The same for a station whose address ("B1:") is known.
   bool DeviceSelectByAddress(const std::string& address);
   /// Opens the connection of this run; shows what went wrong. When that is another one than the
@@ -99,6 +103,7 @@ class Service {
  private:
   bool Adopt(const std::string& kennName);
   void Deselect();
+  void FollowConnection();
   bool LeadsToSimulator();
   void RefreshAfterDevChange();
   void PeriodicAction();

@@ -283,6 +283,24 @@ constexpr TableEntry kTable[] = {
       "programs.",
       "Remède : essayer encore. Si l'erreur persiste, vérifier qu'ostrel-server est installé à "
       "côté des programmes."}},
+    {text::kHelp, {"&Hilfe", "&Help", "&Aide"}},
+    {text::kHelpStations,
+     {"Jede Zeile ist ein Gerät der Verbindung: Adresse und Name, in Klammern der Typ, dann die "
+      "Firmware. \"(AA:)\" steht hinter dem Gerät, an dem die Leitung steckt; die anderen sind "
+      "über den Bus erreichbar. Reichen die Rechte nicht weiter, erscheint nur dieses.\n\n"
+      "Pfeiltasten: Gerät markieren\nAnfang der Adresse oder des Namens tippen: dorthin springen\n"
+      "Eingabetaste oder Doppelklick: Gerät auswählen\nEsc: abbrechen",
+      "Each line is a device of the connection: address and name, its type in brackets, then the "
+      "firmware. \"(AA:)\" stands behind the device at which the line is plugged in; the others "
+      "are "
+      "reached over the bus. Where the grants reach no further, only that one is listed.\n\n"
+      "Arrow keys: mark a device\nTyping the beginning of an address or a name: jump there\n"
+      "Enter or a double click: select the device\nEsc: cancel",
+      "Chaque ligne est un appareil de la liaison : adresse et nom, son type entre parenthèses, "
+      "puis le logiciel interne. « (AA:) » suit l'appareil sur lequel la ligne est branchée ; les "
+      "autres sont joints par le bus. Si les droits ne vont pas plus loin, lui seul est listé.\n\n"
+      "Flèches : marquer un appareil\nTaper le début d'une adresse ou d'un nom : y aller\n"
+      "Entrée ou double clic : choisir l'appareil\nÉchap : annuler"}},
 };
 static_assert(Ascending(kTable));
 

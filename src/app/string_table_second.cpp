@@ -139,7 +139,7 @@ constexpr TableEntry kTable[] = {
     {text::kConnection, {"&Verbindung", "&Connection", "&Liaison"}},
     {text::kSelectDevice, {"Gerät auswählen", "Select Device", "Choisir l'appareil"}},
     {text::kDevice, {"&Gerät", "&Device", "&Appareil"}},
-    {Second(61),
+    {text::kNoneRestored,
      {"Die gewählte Verbindung konnte nicht aufgebaut werden. Weil auch die vorige Verbindung "
       "nicht wiederhergestellt werden konnte, ist jetzt keine Verbindung aktiv. Bitte alle Kabel, "
       "Schalter usw. prüfen, die die Geräte mit dem PC verbinden.",
@@ -161,6 +161,7 @@ constexpr TableEntry kTable[] = {
      {"Für dieses Gerät bitte die Software Dremlo verwenden",
       "Please use the Dremlo software for this kind of device",
       "Pour ce genre d'appareil, veuillez utiliser le logiciel Dremlo"}},
+    {text::kDirect, {"<direkt>", "<direct>", "<direct>"}},
     {text::kOnlineNecessary,
      {"Zum Fortsetzen ist eine besondere Verbindung (Online-Verbindung) nötig. Sie wird am Anfang "
       "aufgebaut.  Bitte diesen Vorgang beenden und den Urlader neu starten.",

@@ -36,8 +36,10 @@ inline constexpr int kLoginForMore = First(642);
 inline constexpr int kConnection = Second(54);
 inline constexpr int kSelectDevice = Second(56);
 inline constexpr int kDevice = Second(58);
+inline constexpr int kNoneRestored = Second(61);
 inline constexpr int kUseSarvik = Second(66);
 inline constexpr int kUseDremlo = Second(67);
+inline constexpr int kDirect = Second(71);
 inline constexpr int kOnlineNecessary = Second(96);
 inline constexpr int kTapsUnderLoad = Second(107);
 inline constexpr int kTapsTotal = Second(108);
@@ -183,5 +185,9 @@ inline constexpr int kHelpOnline = Own(226);
 inline constexpr int kHelpName = Own(227);
 inline constexpr int kHelpData = Own(228);
 inline constexpr int kHelpServer = Own(229);
+
+// The list of stations.
+inline constexpr int kHelp = Own(270);
+inline constexpr int kHelpStations = Own(271);
 
 }  // namespace ostrel::text

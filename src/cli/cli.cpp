@@ -28,6 +28,7 @@ struct Request {
   std::vector<std::string> lines;
   int id = 0;
   bool csv = false;
+  bool addressesOnly = false;
 };
 
 using Command = std::function<ExitStatus(CliRun&)>;
@@ -132,8 +133,10 @@ void Declare(CLI::App& app, Request& request) {
   app.fallthrough();
   DeclareOptions(app, request);
   DeclareConnections(app, request);
-  Runs(app.add_subcommand("stations", "List the stations on the bus"), request,
-       [](CliRun& run) { return run.Stations(); });
+  CLI::App* stations = app.add_subcommand("stations", "List the stations on the bus");
+  stations->add_flag("--short", request.addressesOnly,
+                     "Only where a line without address goes, from a single exchange");
+  Runs(stations, request, [&request](CliRun& run) { return run.Stations(request.addressesOnly); });
   Runs(app.add_subcommand("identify", "Say what kind of device the station is"), request,
        [](CliRun& run) { return run.Identify(); });
   CLI::App* send = app.add_subcommand("send", "Send lines and print the answers");

@@ -46,7 +46,7 @@ class CliRun {
   ExitStatus ConnectionsTest(const std::string& name);
   ExitStatus ConnectionsUse(const std::string& name);
   ExitStatus ConnectionsRemove(const std::string& name);
-  ExitStatus Stations();
+  ExitStatus Stations(bool addressesOnly);
   ExitStatus Identify();
   ExitStatus Send(const std::vector<std::string>& lines);
   ExitStatus Statistics(bool csv, const std::string& chartFile);
@@ -67,6 +67,8 @@ class CliRun {
   void Table(const std::vector<std::vector<std::string>>& rows) { PrintTable(ports_.out, rows); }
   /// Says what is wrong with given data.
   ExitStatus Faulty(const GivenConnection& given, const std::string& name, int problem);
+  void PrintAddresses(const std::vector<Station>& stations);
+  void PrintStations(const std::vector<Station>& stations);
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

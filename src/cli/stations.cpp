@@ -1,19 +1,46 @@
-#include "device/stations.h"
-
+#include "app/text.h"
 #include "app/texts.h"
 #include "cli/commands.h"
 #include "cli/json.h"
+#include "device/station_list.h"
 #include "link/answers.h"
 
 namespace ostrel {
 
-ExitStatus CliRun::Stations() {
+ExitStatus CliRun::Stations(bool addressesOnly) {
   if (!service_.ConnectionOpen()) return ExitStatus::kRefused;
-  std::vector<Station> stations;
-  const int code = service_.Bus().ListFill(stations);
-  if (code != 0) service_.Texts().Warn(code);
-  if (code != 0 && stations.empty()) return ExitStatus::kRefused;
+  // Nobody logs in here: the list goes on with what there is.
+  StationList list = service_.ListOfStations([this](int level) {
+    ports_.err << VisibleLine(Text(text::kGrantsCurrently)) << '\n'
+               << VisibleLine(GrantText(service_.Texts(), level)) << '\n';
+    return true;
+  });
+  const int code = addressesOnly ? list.FillShort(true, {}) : list.Fill({});
+  if (code > 0) service_.Texts().Warn(code);
+  if (code != 0 && list.Rows().empty()) return ExitStatus::kRefused;
+  if (addressesOnly) {
+    PrintAddresses(list.Rows());
+  } else {
+    PrintStations(list.Rows());
+  }
+  return code == 0 ? ExitStatus::kDone : ExitStatus::kRefused;
+}
 
+void CliRun::PrintAddresses(const std::vector<Station>& stations) {
+  std::vector<std::string> json;
+  std::vector<std::vector<std::string>> rows = {{Text(text::kAddress), Text(text::kName)}};
+  for (const Station& station : stations) {
+    rows.push_back({station.address, station.name});
+    json.push_back(JsonObject().Add("address", station.address).Add("name", station.name).Text());
+  }
+  if (json_) {
+    PrintJson(JsonList(json));
+  } else {
+    Table(rows);
+  }
+}
+
+void CliRun::PrintStations(const std::vector<Station>& stations) {
   std::vector<std::string> json;
   std::vector<std::vector<std::string>> rows = {
       {" ", Text(text::kAddress), Text(text::kName), Text(text::kType), Text(text::kVersion)}};
@@ -34,7 +61,6 @@ ExitStatus CliRun::Stations() {
   } else {
     Table(rows);
   }
-  return code == 0 ? ExitStatus::kDone : ExitStatus::kRefused;
 }
 
 }  // namespace ostrel

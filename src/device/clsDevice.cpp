@@ -158,9 +158,9 @@ bool clsDevice::FWMinimumCheck(std::string_view minimum, const Messages* show) c
   return enough;
 }
 
-void clsDevice::SetIdentity(std::string_view station, std::string_view typeString) {
+void clsDevice::SetIdentity(std::string_view station, int model) {
   valid_ = true;
-  model_ = ModelFromType(typeString);
+  model_ = model;
   address_ = AddressPart(station);
 }
 

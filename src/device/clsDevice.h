@@ -31,8 +31,11 @@ class clsDevice {
   std::string Address() const { return valid_ ? address_ : "---"; }
   std::string Firmware() const { return firmware_; }
 
-  /// Selects a device: the model from its type string, the address from an address answer.
-  void SetIdentity(std::string_view station, std::string_view typeString);
+  /// Selects a device: its model number or type string, and the address from an address answer.
+  void SetIdentity(std::string_view station, int model);
+  void SetIdentity(std::string_view station, std::string_view typeString) {
+    SetIdentity(station, ModelFromType(typeString));
+  }
   void SetFirmware(std::string firmware) { firmware_ = std::move(firmware); }
 
   bool IsFamRegler(const Messages* show = nullptr) const;

@@ -1,7 +1,5 @@
 #include "device/stations.h"
 
-#include <utility>
-
 #include "app/text.h"
 #include "app/texts.h"
 #include "link/answers.h"
@@ -55,26 +53,6 @@ bool Stations::StationsListAll(std::vector<std::string>& list) {
     if (!station.empty() && station.front() != '#') list.emplace_back(station);
   }
   return true;
-}
-
-int Stations::ListFill(std::vector<Station>& rows) {
-  std::string answer;
-  if (const int code = Ask("AA:dirn_\r\n", answer); code != 0) return code;
-  if (answer.empty()) return code::kTimeout;
-  const std::string current = IsErrorAnswer(answer) ? std::string() : AddressPart(answer);
-
-  if (const int code = Ask(R"(all,station&#,!+";", ver.+)", answer); code != 0) return code;
-  if (IsErrorAnswer(answer)) return text::kDeviceReplied;
-  while (!answer.empty()) {
-    std::string line = NextLine(answer);
-    Station station = StationFromLine(std::move(line));
-    // Nothing can be sent to a row without an address.
-    if (station.address.empty()) continue;
-    if (rows.size() == kMost) return text::kStationsIncomplete;
-    station.current = !current.empty() && station.address == current;
-    rows.push_back(std::move(station));
-  }
-  return 0;
 }
 
 int Stations::VersionGet(const std::string& address, std::string& typeString,

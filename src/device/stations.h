@@ -31,8 +31,6 @@ Station StationFromLine(std::string line);
 /// Finding out which stations a connection reaches.
 class Stations {
  public:
-  static constexpr std::size_t kMost = 256;
-
   Stations(Link& link, Commands& commands) : link_(link), commands_(commands) {}
 
   /// Address and name of the physically connected station, and its type string. 0 or a code; 1280
@@ -41,9 +39,6 @@ class Stations {
   /// The lines of the answer to "all stations", without empty ones and comments ("#"). Shows the
   /// message of a failure.
   bool StationsListAll(std::vector<std::string>& list);
-  /// Fills the rows of the selection. 0 or a code: 1280 for an error answer, text::
-  /// kStationsIncomplete when there are more than kMost (the first ones are in the list then).
-  int ListFill(std::vector<Station>& rows);
   /// Type string and firmware version text of a station; as they were when it refuses to tell. 0 or
   /// a code.
   int VersionGet(const std::string& address, std::string& typeString, std::string& firmware);

@@ -49,6 +49,7 @@ std::string ChooseConnection(QWidget* parent, const Messages& messages,
   auto* why = new QLabel(QString::fromStdString(reason).trimmed());
   why->setTextFormat(Qt::PlainText);
   why->setWordWrap(true);
+  why->setVisible(!why->text().isEmpty());
   auto* list = ConnectionList(messages, connections, preselected);
   auto* buttons = new QDialogButtonBox;
   auto* ok = buttons->addButton(Text(messages, text::kOk), QDialogButtonBox::AcceptRole);

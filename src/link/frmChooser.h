@@ -10,7 +10,8 @@ class QWidget;
 
 namespace ostrel {
 
-/// Shows the connections after one did not open. The chosen name; empty when the user cancels.
+/// Shows the connections, and the reason why the last one did not open unless it is empty. The
+/// chosen name; empty when the user cancels.
 std::string ChooseConnection(QWidget* parent, const Messages& messages,
                              const std::vector<Connection>& connections,
                              const std::string& preselected, const std::string& reason);

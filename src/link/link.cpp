@@ -12,6 +12,7 @@ namespace ostrel {
 namespace {
 
 constexpr int kAttempts = 5;
+constexpr std::string_view kSecondGeneration = "OstrelTESK";
 
 }  // namespace
 
@@ -53,7 +54,7 @@ bool Link::CommServerCreate() {
   std::error_code ignored;
   const bool inProcess = std::filesystem::exists(programFolder_ / "OstrelTESK.dll", ignored) &&
                          settings_.ReadShared(keys::kServerMisc, "UsePriorServer", "0") == "0";
-  serverClass_ = inProcess ? "OstrelTESK" : "ZubServer";
+  serverClass_ = inProcess ? kSecondGeneration : "ZubServer";
   const std::string className = serverClass_ + ".TESKComm";
   std::string reason;
   for (int attempt = 0; attempt < (inProcess ? 1 : kAttempts) && !givenUp_; ++attempt) {
@@ -86,12 +87,14 @@ LinkState Link::ConnectionOpen(std::string name, int frame, int kind) {
 bool Link::ChooseConnection(std::string& name) {
   // A server that is gone has no connections to choose from.
   if (!server_ || !offerChooser_) return false;
-  if (!chooser_) chooser_ = factory_.Create(serverClass_ + ".Chooser").object;
-  if (!chooser_) return false;
   const int code = lastError_.Code();
-  const std::string reason = messages_.Shown(code) + lastError_.Detail();
-  name = chooser_->Call("Select", {name, code, reason}).Text();
+  name = AskChooser(name, code, messages_.Shown(code) + lastError_.Detail());
   return !name.empty();
+}
+
+std::string Link::AskChooser(const std::string& name, int code, const std::string& reason) {
+  if (!chooser_) chooser_ = factory_.Create(serverClass_ + ".Chooser").object;
+  return chooser_ ? chooser_->Call("Select", {name, code, reason}).Text() : std::string();
 }
 
 int Link::ChannelOpen(const std::string& name, int kind) {
@@ -133,14 +136,40 @@ bool Link::ConnectionReselect() {
   const std::string name = ConnectionName();
   Call("CClose", {channel_});
   if (server_) state_ = LinkState::kServer;
+  const bool taken = ChannelTake(name);
+  if (!taken) messages_.Warn(lastError_.Code(), lastError_.Detail());
+  return taken;
+}
+
+bool Link::ChannelTake(const std::string& name) {
   const int opened = ChannelReopen(name);
-  if (opened < 0) {
-    messages_.Warn(lastError_.Code(), lastError_.Detail());
-    return false;
-  }
+  if (opened < 0) return false;
   channel_ = opened;
   state_ = LinkState::kChannel;
   return true;
+}
+
+int Link::ConnectionSwitch() {
+  if (busy_ || calls_ > 0) return text::kExchangeUnderWay;
+  const std::string before = ConnectionName();
+  if (state_ == LinkState::kChannel && Call("COnlineEnabled", {channel_}).Bool()) {
+    return code::kOnlineActive;
+  }
+  const std::string chosen = AskChooser(before, 0, {});
+  if (givenUp_ || chosen.empty()) return kNoneChosen;
+  if (state_ == LinkState::kChannel) Call("CClose", {channel_});
+  if (server_) state_ = LinkState::kServer;
+  // The server may have gone by now, and the channel with it: a new one is as good.
+  if (!server_ && CommServerCreate()) state_ = LinkState::kServer;
+  if (ChannelTake(chosen)) return 0;
+  const ServerError error = lastError_;
+  const bool restored = !before.empty() && ChannelTake(before);
+  lastError_ = error;
+  return restored ? error.Code() : text::kNoneRestored;
+}
+
+bool Link::SecondGeneration() const {
+  return serverClass_ == kSecondGeneration;
 }
 
 void Link::ConnectionClose() {

@@ -67,6 +67,13 @@ class Link {
   /// answers. Refused with 10019 while an online channel is open. False when the channel is not a
   /// new one; why is shown.
   bool ConnectionReselect();
+  /// What ConnectionSwitch gives when the user chose no connection.
+  static constexpr int kNoneChosen = -1;
+  /// Lets the user choose a connection and opens the channel there instead. 0 when it is open;
+  /// 10019 while an online channel is; the code of the failure when the previous connection was
+  /// opened again, which LastError describes; text::kNoneRestored when there is no channel any
+  /// more.
+  int ConnectionSwitch();
   /// Closes the channel and gives up the server object.
   void ConnectionClose();
   /// The name of the connection on which the channel runs; empty when there is none.
@@ -76,6 +83,9 @@ class Link {
   int ChannelTimeoutSet(int seconds);
   void FrameSave();
   void FrameRestore();
+
+  /// Whether the server frames whole lines itself, so that one line end less belongs to some.
+  bool SecondGeneration() const;
 
   /// Sends one line after dropping an answer that nobody fetched. 0 or a code.
   int CommandSend(int channel, const std::string& line);
@@ -110,6 +120,8 @@ class Link {
   AutomationResult Use(const std::function<AutomationResult(AutomationObject&)>& member);
   void Raised(const AutomationResult& result);
   bool ChooseConnection(std::string& name);
+  std::string AskChooser(const std::string& name, int code, const std::string& reason);
+  bool ChannelTake(const std::string& name);
   int Poll(int channel, std::string& answer);
 
   AutomationFactory& factory_;

@@ -59,6 +59,7 @@ struct CliTest : testing::Test {
                             {"AA:RegTAPSUML#", "-1"},
                             {"AA:RegTAPSTATCL*=0", ""},
                             {"AA:dirn_\r\n", "AA:Nord"},
+                            {"aa:passwort- 0,dr,!", "5"},
                             {R"(all,station&#,!+";", ver.+)", "AA:Nord;KT-X+;V2.27"}};
   }
 };

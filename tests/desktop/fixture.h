@@ -73,6 +73,7 @@ struct WindowTest : testing::Test {
         {"B1:dirn_", "B1:<i>Nord</i>"},
         {"B1:sysSN#", "<b>12</b>"},
         {"AA:dirn_\r\n", "AA:Main"},
+        {"aa:passwort- 0,dr,!", "5"},
         {R"(all,station&#,!+";", ver.+)", "AA:Main;KT-X+;V2.27\r\nB1:<i>Nord</i>;KT-XB+;V2.27"}};
   }
   void SetUp() override { window.show(); }

@@ -1,10 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <map>
+#include <set>
+
 #include "app/texts.h"
 #include "device/clsDevice.h"
 #include "device/selection.h"
+#include "device/station_list.h"
 #include "device/stations.h"
 #include "kit/kit.h"
+#include "link/answers.h"
 
 namespace ostrel {
 namespace {
@@ -58,53 +64,52 @@ TEST(Device, IdentityAndSelection) {
   }
 }
 
+using Models = std::set<int>;
+constexpr int kNone = -1;
+const Models kEvery = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 80, 90, 999};
+
 TEST(Device, FamiliesAndTypeCodesOfEveryModel) {
-  const char* const types[] = {"KT-X",  "LX-X",      "KT-XF", "KT-XB", "KT-XFB", "QM-X",
-                               "QM-XB", "NV-X",      "JS-X",  "WB-X",  "KT-XW",  "KT-XWB",
-                               "HZ-X",  "qor-u1601", "other", ""};
-  // By type as above; the last one is no device.
-  const std::pair<const char*, const char*> codes[] = {
-      {"", "1111111111111111"},    {"CMD", "1111111111111111"}, {"qol", "1111111111111111"},
-      {"RGL", "1001000000000000"}, {"lxl", "0100000000000000"}, {"xwl", "0000000000110000"},
-      {"xbl", "0000000000110000"}, {"xfl", "0010100000000000"}, {"qml", "0000011000000000"},
-      {"wbl", "0000000001000000"}, {"jsl", "0000000010000000"}, {"xyz", "0000000000000000"}};
+  const std::pair<const char*, Models> codes[] = {
+      {"", kEvery},      {"CMD", kEvery},   {"qol", kEvery}, {"RGL", {0, 4}}, {"lxl", {1}},
+      {"xwl", {11, 12}}, {"xBl", {11, 12}}, {"xfl", {3, 5}}, {"qml", {6, 7}}, {"wbl", {10}},
+      {"jsl", {9}},      {"xyz", {}},       {"rg", {}}};
+  const struct {
+    const char* name;
+    bool (*test)(const clsDevice&, const Messages&);
+    Models models;
+    const char* message;  // of a failure
+  } families[] = {
+      {"Regler", [](auto& d, auto& m) { return d.IsFamRegler(&m); }, {0, 4}, "10129"},
+      {"ReglerLx", [](auto& d, auto& m) { return d.IsFamReglerLx(&m); }, {0, 1, 4}, "10128"},
+      {"Xw", [](auto& d, auto& m) { return d.IsFamXw(&m); }, {11, 12}, "10130"},
+      {"Tormex", [](auto& d, auto& m) { return d.IsFamTormex(&m); }, {0, 1, 4, 11, 12}, "10129"},
+      {"Xf", [](auto& d, auto&) { return d.IsFamXf(); }, {3, 5}, ""},
+      {"Qm", [](auto& d, auto&) { return d.IsFamQm(); }, {6, 7}, ""},
+      {"Nv", [](auto& d, auto&) { return d.IsFamNv(); }, {8, 13}, ""},
+      {"Js", [](auto& d, auto&) { return d.IsFamJs(); }, {9}, ""}};
+  const std::map<int, std::string> told = {
+      {kNone, "1301"}, {3, "10066"}, {5, "10066"}, {9, "10066"}, {6, "10067"}};
   kit::ScriptedDialogs dialogs;
   const Messages messages(dialogs);
-  const auto inFamily = [&](const clsDevice& device, std::size_t family) {
-    const bool results[] = {device.IsFamRegler(&messages),
-                            device.IsFamReglerLx(&messages),
-                            device.IsFamXw(&messages),
-                            device.IsFamTormex(&messages),
-                            device.IsFamXf(),
-                            device.IsFamQm(),
-                            device.IsFamNv(),
-                            device.IsFamJs(),
-                            device.IsFamTormexMsg4Other(messages)};
-    return results[family];
-  };
-  const char* const families[] = {"1001000000000000", "1101000000000000", "0000000000110000",
-                                  "1101000000110000", "0010100000000000", "0000011000000000",
-                                  "0000000100001000", "0000000010000000", "1101000000110000"};
-  const char* const told[] = {"",      "", "10066", "", "10066", "10067", "", "",
-                              "10066", "", "",      "", "",      "",      "", "1301"};
-  for (std::size_t n = 0; n < std::size(types); ++n) {
+  Models all = kEvery;
+  all.insert(kNone);
+  for (const int model : all) {
     clsDevice device;
-    if (n + 1 < std::size(types)) device.SetIdentity("AA:", types[n]);
-    for (const auto& [code, matches] : codes) {
-      EXPECT_EQ(device.MatchTypeCode(code), matches[n] == '1') << code << " " << types[n];
+    if (model != kNone) device.SetIdentity("AA:", model);
+    for (const auto& [code, models] : codes) {
+      const bool matches = models == kEvery || models.count(model) != 0;
+      EXPECT_EQ(device.MatchTypeCode(code), matches) << code << " " << model;
     }
-    for (std::size_t family = 0; family < std::size(families); ++family) {
-      EXPECT_EQ(inFamily(device, family), families[family][n] == '1') << family << " " << types[n];
+    for (const auto& family : families) {
+      dialogs.shown.clear();
+      const bool inside = family.models.count(model) != 0;
+      EXPECT_EQ(family.test(device, messages), inside) << family.name << " " << model;
+      EXPECT_EQ(dialogs.Numbers(), inside ? "" : family.message) << family.name << " " << model;
     }
     dialogs.shown.clear();
-    device.IsFamTormexMsg4Other(messages);
-    EXPECT_EQ(dialogs.Numbers(), told[n]) << types[n];
+    EXPECT_EQ(device.IsFamTormexMsg4Other(messages), families[3].models.count(model) != 0) << model;
+    EXPECT_EQ(dialogs.Numbers(), told.count(model) != 0 ? told.at(model) : "") << model;
   }
-  dialogs.shown.clear();
-  const clsDevice none;
-  none.IsFamRegler(&messages), none.IsFamReglerLx(&messages), none.IsFamXw(&messages);
-  none.IsFamTormex(&messages);
-  EXPECT_EQ(dialogs.Numbers(), "10129 10128 10130 10129");
 }
 
 TEST(Device, FirmwareGatesAndSerialNumbers) {
@@ -152,6 +157,10 @@ TEST(Stations, ListLinesOfAnyShape) {
   EXPECT_EQ(current.Firmware(), "1");
 }
 
+const std::string kCurrent = "AA:dirn_\r\n", kGrant = "aa:passwort- 0,dr,!", kDirect = "aa:dirs-,!",
+                  kOwn = R"(AA:dirn_,!+";", ver.+)", kAll = R"(all,station&#,!+";", ver.+)",
+                  kShort = R"(!"AA:<direkt>",dirn)";
+
 struct BusTest : testing::Test {
   kit::World world;
   Messages messages{world.dialogs};
@@ -159,42 +168,25 @@ struct BusTest : testing::Test {
             world.dialogs, messages,       world.desktop.folder};
   Commands commands{link, world.dialogs, messages};
   Stations bus{link, commands};
+  std::string login;  // the grant after the display of the rights
+  StationList reached{link, commands, world.dialogs, messages, [this](int level) {
+                        world.server.sent.push_back(std::to_string(level));
+                        world.server.answers[kGrant] = login;
+                        return login != "cancel";
+                      }};
   void SetUp() override {
     ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
     link.ChannelTimeoutSet(1);
+    world.server.follows = true;
+  }
+  /// The code and the messages with which an operation ends.
+  std::string Ended(const std::function<int()>& operation) {
+    world.server.sent.clear();
+    world.dialogs.shown.clear();
+    const std::string code = std::to_string(operation());
+    return code + (world.dialogs.shown.empty() ? "" : " " + world.dialogs.Numbers());
   }
 };
-
-TEST_F(BusTest, FillingTheList) {
-  const std::string all = R"(all,station&#,!+";", ver.+)";
-  std::string many;
-  for (int n = 0; n < 257; ++n) many += "B" + std::to_string(n) + ":x;y;z\r\n";
-  const struct {
-    const char* name;
-    std::string current, list;
-    int code;
-    std::size_t rows;
-  } cases[] = {
-      {"one", "B1:", "AA:Nord;KT-X+;V2.27\r\nB1:Süd;KT-XB+;V2.10", 0, 2},
-      {"error for the current one", "<<x>>", "AA:Nord;KT-X+;V2.27\r\n\r\n", 0, 1},
-      {"empty answer", "", "AA:Nord", code::kTimeout, 0},
-      {"error answer", "AA:", "<<no>>", text::kDeviceReplied, 0},
-      {"too many", "AA:", many, text::kStationsIncomplete, 256},
-  };
-  for (const auto& c : cases) {
-    world.server.answers = {{"AA:dirn_\r\n", c.current}, {all, c.list}};
-    std::vector<Station> rows;
-    EXPECT_EQ(bus.ListFill(rows), c.code) << c.name;
-    ASSERT_EQ(rows.size(), c.rows) << c.name;
-  }
-  world.server.answers = {{"AA:dirn_\r\n", "B1:Süd"}, {all, "AA:Nord;a;b\r\nB1:Süd;c;d"}};
-  std::vector<Station> rows;
-  ASSERT_EQ(bus.ListFill(rows), 0);
-  EXPECT_FALSE(rows[0].current);
-  EXPECT_TRUE(rows[1].current);
-  world.server.answers.clear();
-  EXPECT_EQ(bus.ListFill(rows), code::kTimeout);
-}
 
 TEST_F(BusTest, CurrentStationAndPlainList) {
   world.server.answers = {{"aa:dirn_", "B1:"},
@@ -209,6 +201,115 @@ TEST_F(BusTest, CurrentStationAndPlainList) {
   std::vector<std::string> list;
   EXPECT_TRUE(bus.StationsListAll(list));
   EXPECT_EQ(list, (std::vector<std::string>{"AA:N;  x", "B1:S"}));
+}
+
+TEST_F(BusTest, ReachesAsFarAsTheRights) {
+  const std::map<std::string, std::string> letters = {
+      {kCurrent, "C"}, {kGrant, "G"}, {kDirect, "D"}, {kOwn, "O"}, {kAll, "A"}};
+  // Grant|whether lines to all may do everything|grant after the display|what is sent; a digit is
+  // the level that is shown|how it ends
+  for (std::string c : {"0||0|CG0GO|0", "1||1|CG1GO|0", "2||2|CG2GA|0", "3|0|3|CGD3GO|0",
+                        "3|1||CGDO|0", "4|0|4|CGD4GA|0", "4|1||CGDA|0", "5|||CGA|0",
+                        "6|0|6|CGD6GA|0", "6|1||CGDA|0", "<<no>>||<<no>>|CG0GO|0", "1||4|CG1GA|0",
+                        "3|0|5|CGD3GA|0", "2||1|CG2GO|0", "2||cancel|CG2|-1", "4|0|cancel|CGD4|-1",
+                        "4|||CGD|-1 10012", "3|<<no>>||CGD|-1 1280", "|||CG|10012"}) {
+    SCOPED_TRACE(c);
+    world.server.answers = {{kCurrent, "B1:"}, {kOwn, "B1:"}, {kAll, "AA:\r\nB1:"}};
+    for (const std::string& line : {kGrant, kDirect}) {
+      const std::string answer = NextToken(c, '|');
+      if (!answer.empty()) world.server.answers[line] = answer;
+    }
+    login = NextToken(c, '|');
+    const std::string ended = Ended([&] { return reached.Fill(""); });
+    std::string steps;
+    for (const std::string& sent : world.server.sent) {
+      steps += letters.count(sent) != 0 ? letters.at(sent) : sent;
+    }
+    EXPECT_EQ(steps + "|" + ended, c);
+    const std::size_t rows = steps.ends_with('A') ? 2 : steps.ends_with('O') ? 1 : 0;
+    EXPECT_EQ(reached.Rows().size(), rows);
+  }
+}
+
+TEST_F(BusTest, TakesAnswersOfAnyShape) {
+  std::string many;
+  for (int n = 0; n < 256; ++n) many += "B" + std::to_string(n) + ":x;y;z\r\n";
+  const struct {
+    std::string line, current, answer;  // "-": none
+    const char *wanted, *ended;
+    std::size_t rows, preselected;
+    bool isCurrent;
+  } cases[] = {
+      {kAll, "B1:S", "AA:N;a;V1\r\n\r\nnobody\r\nB1:S;b", "B7:", "0", 2, 1, true},
+      {kAll, "B1:", "AA:N\r\nB1:S", "AA:", "0", 2, 0, false},
+      {kAll, "<<AA:>>", "AA:N;a;1", "", "0", 1, 0, false},
+      {kAll, "", "AA:N", "", "10012", 0, 0, false},
+      {kAll, "AA:", "<<no>>", "", "1280", 0, 0, false},
+      {kAll, "B255:", many, "", "0", 256, 255, true},
+      {kAll, "AA:", many + "AA:", "B9:", "20014", 256, 9, false},
+      {kShort, "", "AA:<direkt>\r\nB1:Nord", "B1:Nord", "0", 2, 1, false},
+      {kShort, "", "<<a:b>>", "", "-1 1280", 0, 0, false},
+      {kShort, "", "-", "", "-1 10012", 0, 0, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.answer.substr(0, 40) + c.wanted);
+    world.server.answers = {{kCurrent, c.current}, {kGrant, "5"}};
+    if (c.answer != "-") world.server.answers[c.line] = c.answer;
+    const auto fill = [&] {
+      return c.line == kShort ? reached.FillShort(true, c.wanted) : reached.Fill(c.wanted);
+    };
+    EXPECT_EQ(Ended(fill), c.ended);
+    ASSERT_EQ(reached.Rows().size(), c.rows);
+    EXPECT_EQ(reached.Preselected(), c.preselected);
+    EXPECT_EQ(c.rows != 0 && reached.Rows()[c.preselected].current, c.isCurrent);
+  }
+}
+
+TEST_F(BusTest, ANewerServerGetsNoLineEnd) {
+  link.ConnectionClose();
+  std::ofstream(world.desktop.folder / "OstrelTESK.dll") << "x";
+  link.ConnectionOpen("");
+  world.server.answers = {{"AA:dirn_", "B1:"}, {kGrant, "5"}, {kAll, "AA:\r\nB1:"}};
+  EXPECT_EQ(Ended([&] { return reached.Fill(""); }), "0");
+}
+
+TEST_F(BusTest, AnotherConnectionOrThePreviousOneOrNone) {
+  world.server.answers = {{kCurrent, "B1:"}, {kGrant, "5"}, {kAll, "AA:\r\nB1:"}};
+  const struct {
+    const char *chosen, *closed1, *closed2;  // the latter do not open
+    const char* failing;
+    int error;  // 1 = true instead
+    const char *ended, *connection;
+    int state, closed;  // how many channels
+  } cases[] = {
+      {"Halle", "", "", "", 0, "0", "Halle", 2, 1},
+      {"", "Halle", "", "", 0, "-2", "Werk", 2, 0},
+      {"Halle", "", "", "COnlineEnabled", 1, "-2 10019", "Werk", 2, 0},
+      {"Halle", "Halle", "", "", 0, "-2 10042", "Werk", 2, 1},
+      {"Halle", "Halle", "Werk", "", 0, "10061", "", 1, 1},
+      {"Halle", "", "", "CFrame", 10021, "10061", "", 1, 3},
+      {"Halle", "", "", "COpen", 10041, "10061", "", 0, 1},
+      {"Halle", "", "", "CSend", 10014, "10014", "Halle", 2, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.chosen) + c.closed1 + c.closed2 + c.failing);
+    link.ConnectionClose();
+    world.server.fails.clear();
+    world.server.closedFor.clear();
+    link.ConnectionOpen("Werk");
+    ASSERT_EQ(reached.Fill(""), 0);
+    world.server.closed = 0;
+    world.server.chosen = {c.chosen};
+    world.server.closedFor = {c.closed1, c.closed2};
+    const AutomationResult yes{true, 0, {}};
+    if (c.error != 0) {
+      world.server.fails[c.failing] = c.error == 1 ? yes : ObjectError(c.error, "");
+    }
+    EXPECT_EQ(Ended([&] { return reached.ConnectionChange(); }), c.ended);
+    EXPECT_EQ(reached.Connection(), c.connection);
+    EXPECT_EQ(static_cast<int>(link.ConnState()), c.state);
+    EXPECT_EQ(world.server.closed, c.closed);
+  }
 }
 
 }  // namespace

@@ -37,6 +37,18 @@ TEST(CommandLine, TheWholeWayOverTcp) {
   EXPECT_EQ(programs.Run({"statistics", "--json"}).Json()["total"].toInt(-1), 0);
 }
 
+TEST(CommandLine, AGuestOfTheConnectedDeviceIsToldHisRights) {
+  const Programs programs;
+  std::unique_ptr<QProcess> simulator;
+  const QString b2 = programs.StartSimulator(simulator, {"--tcp", "0", "--connected", "2"});
+  programs.UseTcp(b2.toInt());
+  const Outcome all = programs.Run({"stations", "--json"});
+  EXPECT_EQ(all.Json().array().size(), 10);
+  EXPECT_TRUE(all.err.endsWith("currently.\n2 (Local R/-, TESK R/-)\n")) << all.err.toStdString();
+  const QJsonDocument direct = programs.Run({"stations", "--short", "--json"}).Json();
+  EXPECT_EQ(direct[1]["name"].toString(), QString::fromUtf8("Schalthaus Süd T1"));
+}
+
 TEST(CommandLine, ManyProgramsAtOnceEndUpOnOneServer) {
   const Programs programs;
   std::vector<std::unique_ptr<QProcess>> running;

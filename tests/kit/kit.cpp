@@ -43,6 +43,8 @@ class ScriptedServer : public AutomationObject {
     if (member == "CAbout") script_.notices.push_back(text(0));
     if (member == "COpen") {
       script_.opened.push_back(text(0));
+      if (script_.closedFor.count(text(0)) != 0) return ObjectError(10042, "closed");
+      if (script_.follows && !text(0).empty()) script_.connection = text(0);
       return {7, 0, {}};
     }
     return {};
@@ -98,6 +100,7 @@ class ScriptedChooser : public ScriptedServer {
   using ScriptedServer::ScriptedServer;
   AutomationResult Call(std::string_view, const Values& arguments) override {
     script_.choosers.push_back(AutomationResult{arguments.at(2), 0, {}}.Text());
+    if (script_.onChoose) script_.onChoose();
     return {Next<std::string>(script_.chosen, ""), 0, {}};
   }
 };

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -79,8 +80,11 @@ struct ServerScript {
   bool locked = false, online = false, terminate = false;
   int failingCreations = 0;         // so many attempts fail first
   std::vector<std::string> chosen;  // what the chooser gives, in turn
+  std::function<void()> onChoose;   // what happens while it is open
+  std::set<std::string> closedFor;  // connections that do not open: 10042
 
   std::string connection = "Simulator";
+  bool follows = false;  // the connection is from then on the one that was opened by its name
 
   std::vector<std::string> sent, opened, created, choosers;
   std::vector<std::string> notices;
