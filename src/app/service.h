@@ -10,6 +10,7 @@
 #include "app/dialogs.h"
 #include "app/messages.h"
 #include "app/settings_store.h"
+#include "config/users.h"
 #include "device/clsDevice.h"
 #include "device/selection.h"
 #include "device/stations.h"
@@ -50,12 +51,14 @@ class Service {
   CSprachen& Languages() { return sprachen_; }
   SettingsStore& Settings() { return ports_.settings; }
   Dialogs& Boxes() { return ports_.dialogs; }
+  Desktop& Computer() { return ports_.desktop; }
   Link& ServerLink() { return link_; }
   ConnectionTest& Tester() { return tester_; }
   Stations& Bus() { return stations_; }
   const clsDevice& Device() const { return device_; }
   const Selection& Selected() const { return selection_; }
   TapStatistics& Statistics() { return statistics_; }
+  Users& UserManagement() { return users_; }
 
   /// Chooses one of the stations found; nothing when the user cancels. `preselected` is the address
   /// selected until now.
@@ -117,6 +120,7 @@ class Service {
   bool goOver_ = false;     // the next device selection opens another connection
   std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
+  Users users_;
   int aliveMs_ = 0;
 };
 
