@@ -16,6 +16,7 @@
 
 #include "app/placement.h"
 #include "app/texts.h"
+#include "config/users_page.h"
 #include "device/clsDevice.h"
 #include "device/frmSelect.h"
 #include "link/frmConnections.h"
@@ -44,6 +45,7 @@ Page* Create(Service& service, const Page::Runner& run) {
 
 constexpr PageEntry kPages[] = {
     {text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
+    {text::kTreeConfiguration, text::kUserManagement, &Create<UsersPage>},
 };
 
 }  // namespace
