@@ -16,6 +16,8 @@
 
 #include "app/placement.h"
 #include "app/texts.h"
+#include "config/frmRechteShow.h"
+#include "config/users_page.h"
 #include "device/clsDevice.h"
 #include "device/frmSelect.h"
 #include "link/frmConnections.h"
@@ -44,6 +46,7 @@ Page* Create(Service& service, const Page::Runner& run) {
 
 constexpr PageEntry kPages[] = {
     {text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
+    {text::kTreeConfiguration, text::kUserManagement, &Create<UsersPage>},
 };
 
 }  // namespace
@@ -95,10 +98,7 @@ void frmMain::DeviceSelect() {
       return frmSelect::DoDialogQuick(this, service_.Texts(), list, before);
     };
     const auto showRights = [this](int level) {
-      const Messages& texts = service_.Texts();
-      texts.Show(text::kGrantsCurrently,
-                 "\n" + GrantText(texts, level) + "\n\n" + texts.Caption(text::kLoginForMore));
-      return true;
+      return frmRechteShow::DoDialog(dialogs_.Parent(), service_, level);
     };
     service_.DeviceSelect(choose, showRights);
   });

@@ -25,7 +25,8 @@ Service::Service(const Ports& ports, RunOptions options)
       tester_(ports.automation, ports.settings, ports.clock, ports.desktop.ProgramFolder()),
       commands_(link_, ports.dialogs, messages_),
       stations_(link_, commands_),
-      statistics_(link_, commands_, selection_, ports.dialogs, messages_) {
+      statistics_(link_, commands_, selection_, ports.dialogs, messages_),
+      users_(link_, commands_, selection_, ports.dialogs, messages_) {
   sprachen_.UserIndex_Test();
   if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
   link_.OfferChooser(options_.chooser);
@@ -133,12 +134,13 @@ void Service::DeviceChange(const std::string& kennName, const std::string& typ,
 
 void Service::Deselect() {
   device_ = {};
-  selection_ = {};
+  selection_.Clear();
   RefreshAfterDevChange();
 }
 
 void Service::RefreshAfterDevChange() {
   statistics_.DeviceChanged();
+  users_.DeviceChanged();
   if (onDeviceChange) onDeviceChange();
 }
 

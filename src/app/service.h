@@ -10,6 +10,7 @@
 #include "app/dialogs.h"
 #include "app/messages.h"
 #include "app/settings_store.h"
+#include "config/users.h"
 #include "device/clsDevice.h"
 #include "device/rights.h"
 #include "device/selection.h"
@@ -52,12 +53,14 @@ class Service {
   CSprachen& Languages() { return sprachen_; }
   SettingsStore& Settings() { return ports_.settings; }
   Dialogs& Boxes() { return ports_.dialogs; }
+  Desktop& Computer() { return ports_.desktop; }
   Link& ServerLink() { return link_; }
   ConnectionTest& Tester() { return tester_; }
   Stations& Bus() { return stations_; }
   const clsDevice& Device() const { return device_; }
   const Selection& Selected() const { return selection_; }
   TapStatistics& Statistics() { return statistics_; }
+  Users& UserManagement() { return users_; }
 
   /// The list of stations of the open connection, not filled yet. It lives no longer than this.
   StationList ListOfStations(RightsDisplay rights);
@@ -122,6 +125,7 @@ class Service {
   bool goOver_ = false;     // the next device selection opens another connection
   std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
+  Users users_;
   int aliveMs_ = 0;
 };
 

@@ -190,4 +190,35 @@ inline constexpr int kHelpServer = Own(229);
 inline constexpr int kHelp = Own(270);
 inline constexpr int kHelpStations = Own(271);
 
+// Users and rights.
+inline constexpr int kPasswordProblem = Own(340);
+inline constexpr int kRemovePassword = Own(341);
+inline constexpr int kSendAnyway = Own(342);
+inline constexpr int kMasterPassword = Own(343);
+inline constexpr int kTreeConfiguration = Own(344);
+inline constexpr int kUser = Own(345);
+inline constexpr int kPassword = Own(346);
+inline constexpr int kGrant = Own(347);
+inline constexpr int kTimeoutMinutes = Own(348);
+inline constexpr int kIsSet = Own(349);
+inline constexpr int kLoggedIn = Own(350);
+inline constexpr int kGrantInForce = Own(351);
+inline constexpr int kLogIn = Own(352);
+inline constexpr int kLogOut = Own(353);
+inline constexpr int kSetPassword = Own(354);
+inline constexpr int kSendSettings = Own(355);
+inline constexpr int kUnprotect = Own(356);
+inline constexpr int kSendExceptions = Own(357);
+inline constexpr int kFieldUsers = Own(358);
+inline constexpr int kFieldGrant = Own(359);
+inline constexpr int kFieldTimeout = Own(360);
+inline constexpr int kFieldUser = Own(361);
+inline constexpr int kFieldPassword = Own(362);
+inline constexpr int kRefresh = Own(363);
+inline constexpr int kLoginTitle = Own(364);
+inline constexpr int kGrantsTitle = Own(365);
+inline constexpr int kDefinePassword = Own(366);
+inline constexpr int kPortExcepted = Own(367);
+inline constexpr int kPortProtected = Own(368);
+
 }  // namespace ostrel::text

@@ -17,6 +17,12 @@ namespace ostrel {
 
 namespace {
 
+/// What is given of a user or of the ports.
+struct GivenUser {
+  int user = 0, grant = 0, minutes = 0, com1 = 0, com2 = 0;
+  std::optional<int> com4;
+};
+
 /// What was asked for; the command as something to run once everything stands.
 struct Request {
   std::string connection, station = "AA", language;
@@ -26,6 +32,7 @@ struct Request {
   std::string name, chartFile;
   GivenConnection given;
   std::vector<std::string> lines;
+  GivenUser user;
   int id = 0;
   bool csv = false;
   bool addressesOnly = false;
@@ -106,6 +113,72 @@ void DeclareStatistics(CLI::App& app, Request& request) {
        [&request](CliRun& run) { return run.Statistics(request.csv, request.chartFile); });
 }
 
+void AddUser(CLI::App& command, GivenUser& given) {
+  command.add_option("number", given.user, "0 guest, 1 administrator, 2 to 5")
+      ->required()
+      ->check(CLI::Range(0, kUserCount - 1));
+}
+
+void DeclareLogin(CLI::App& app, Request& request) {
+  CLI::App* login = app.add_subcommand("login", "Log a user in at the station");
+  AddUser(*login, request.user);
+  Runs(login, request, [&request](CliRun& run) { return run.LogIn(request.user.user); });
+  Runs(app.add_subcommand("logout", "Log out"), request, [](CliRun& run) { return run.LogOut(); });
+  Runs(app.add_subcommand("whoami", "Say who is logged in and what he may do"), request,
+       [](CliRun& run) { return run.WhoAmI(); });
+}
+
+/// The commands that change something at the station.
+void DeclareUserChanges(CLI::App& users, GivenUser& given, Request& request) {
+  CLI::App* password = users.add_subcommand(
+      "password",
+      "Set a user's password; asks for the administrator's, then twice for the new one");
+  AddUser(*password, given);
+  Runs(password, request, [&given](CliRun& run) {
+    return run.ChangeUsers("passwordSet", [&](Users& of) { return of.SetPassword(given.user); });
+  });
+
+  CLI::App* set = users.add_subcommand("set", "Set what a user may do, and for how long");
+  AddUser(*set, given);
+  set->add_option("--grant", given.grant, "Grant level, 0 to 5")
+      ->required()
+      ->check(CLI::Range(0, kHighestGrant));
+  set->add_option("--timeout", given.minutes, "Minutes until the logout, 0 = never")
+      ->required()
+      ->check(CLI::Range(0, kMostMinutes));
+  Runs(set, request, [&given](CliRun& run) {
+    return run.ChangeUsers("settingsSent", [&](Users& of) {
+      return of.SetUser(given.user, given.grant, given.minutes);
+    });
+  });
+
+  Runs(users.add_subcommand("unprotect", "Remove the protection, after a question"), request,
+       [](CliRun& run) {
+         return run.ChangeUsers("unprotected", [](Users& of) { return of.Unprotect(); });
+       });
+
+  CLI::App* ports = users.add_subcommand("ports", "Except ports from the protection");
+  ports->add_option("--com1", given.com1, "1 = excepted, 0 = not")
+      ->required()
+      ->check(CLI::Range(0, 1));
+  ports->add_option("--com2", given.com2, "The same")->required()->check(CLI::Range(0, 1));
+  ports->add_option("--com4", given.com4, "The same, where there is one")->check(CLI::Range(0, 1));
+  Runs(ports, request, [&given](CliRun& run) {
+    PortExceptions sent{.com1 = given.com1 == 1, .com2 = given.com2 == 1, .com4 = {}};
+    if (given.com4) sent.com4 = *given.com4 == 1;
+    return run.ChangeUsers("exceptionsSent", [&](Users& of) { return of.SetPorts(sent); });
+  });
+}
+
+void DeclareUsers(CLI::App& app, Request& request) {
+  CLI::App* users = app.add_subcommand("users", "The users of the station and what they may do");
+  users->require_subcommand(0, 1);
+  Runs(users->add_subcommand("list", "List them"), request,
+       [](CliRun& run) { return run.UsersList(); });
+  DeclareUserChanges(*users, request.user, request);
+  Runs(users, request, [](CliRun& run) { return run.UsersList(); });
+}
+
 void DeclareServer(CLI::App& app, Request& request) {
   CLI::App* server = app.add_subcommand("server", "The communication server");
   server->require_subcommand(1);
@@ -146,6 +219,8 @@ void Declare(CLI::App& app, Request& request) {
       ->required();
   Runs(send, request, [&request](CliRun& run) { return run.Send(request.lines); });
   DeclareStatistics(app, request);
+  DeclareLogin(app, request);
+  DeclareUsers(app, request);
   DeclareServer(app, request);
   CLI::App* text = app.add_subcommand("text", "Print the message with this German id");
   text->add_option("id", request.id, "Its number")->required();

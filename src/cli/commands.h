@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <istream>
 #include <optional>
 #include <ostream>
@@ -54,6 +55,13 @@ class CliRun {
   ExitStatus ServerStatus();
   ExitStatus ServerStop();
   ExitStatus TextOf(int id);
+  // users.cpp
+  ExitStatus LogIn(int user);
+  ExitStatus LogOut();
+  ExitStatus WhoAmI();
+  ExitStatus UsersList();
+  /// Changes something; with --json `key` is what was done.
+  ExitStatus ChangeUsers(const char* key, const std::function<Users::Outcome(Users&)>& operation);
 
   /// Whether a result was printed as JSON; else the failure is what there is to print.
   bool Printed() const { return printed_; }
@@ -69,6 +77,10 @@ class CliRun {
   ExitStatus Faulty(const GivenConnection& given, const std::string& name, int problem);
   void PrintAddresses(const std::vector<Station>& stations);
   void PrintStations(const std::vector<Station>& stations);
+  ExitStatus Ended(Users::Outcome outcome, const char* key);
+  /// Who is logged in, as it was last read.
+  ExitStatus PrintLogin();
+  void PrintPorts();
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

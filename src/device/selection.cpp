@@ -30,6 +30,11 @@ std::optional<std::string> Selection::GetKenn() const {
   return AddressPart(*name);
 }
 
+std::optional<std::string> Selection::GetKennSel() const {
+  const std::optional<std::string> kenn = GetKenn();
+  return !kenn || !check_ || check_() ? kenn : std::nullopt;
+}
+
 int Selection::GetTypeCode() const {
   return ModelFromType(typ_);
 }

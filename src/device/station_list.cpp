@@ -67,9 +67,15 @@ int StationList::AskCurrent(std::string& address) {
   return code == 0 && answer.empty() ? code::kTimeout : code;
 }
 
+int StationList::AskGrant(int& level) {
+  const int code = GrantGet(link_, "aa:", level);
+  // What is no number is level 0.
+  return code == text::kDeviceReplied ? 0 : code;
+}
+
 int StationList::AskRights(bool& limited) {
   int level = 0;
-  if (const int code = GrantGet(link_, "aa:", level); code != 0) return code;
+  if (const int code = AskGrant(level); code != 0) return code;
   limited = IsLimited(level);
   if (level == kFullGrant) return 0;
   if (level >= 3) {
@@ -79,7 +85,7 @@ int StationList::AskRights(bool& limited) {
   }
   if (!rights_(level)) return kEnded;
   // Whoever logged in meanwhile may see more.
-  const int code = GrantGet(link_, "aa:", level);
+  const int code = AskGrant(level);
   limited = IsLimited(level);
   return code;
 }

@@ -55,6 +55,7 @@ class StationList {
 
  private:
   int AskCurrent(std::string& address);
+  int AskGrant(int& level);
   int AskRights(bool& limited);
   int AskStations(bool limited, const std::string& current);
   int Take(std::string answer, const std::string& current);

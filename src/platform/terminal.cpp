@@ -10,6 +10,7 @@
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
+#include "platform/terminal_echo.h"
 
 namespace ostrel {
 
@@ -38,6 +39,7 @@ ExitStatus RunInTerminal(const std::vector<std::string>& arguments, const ChartP
                             .in = std::cin,
                             .out = std::cout,
                             .err = std::cerr,
+                            .echo = ShowTyping,
                             .interactive = isatty(STDIN_FILENO) != 0,
                             .width = TerminalWidth()});
 }

@@ -7,7 +7,6 @@
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTreeWidget>
-#include <set>
 
 #include "app/texts.h"
 #include "desktop/fixture.h"
@@ -179,23 +178,11 @@ TEST_F(ConnectionsTest, ATestDisturbsNothingAndEndsWithTheDialog) {
 }
 
 TEST_F(ConnectionsTest, EveryControlHasALetterOfItsOwn) {
-  const auto check = [](const QDialog& dialog) {
-    QStringList texts;
-    for (const auto* button : dialog.findChildren<QPushButton*>()) texts.append(button->text());
-    for (const auto* label : dialog.findChildren<QLabel*>()) {
-      if (label->buddy() != nullptr) texts.append(label->text());
-    }
-    std::set<QChar> letters;
-    for (const QString& text : texts) {
-      const QChar letter = text.at(text.indexOf('&') + 1).toLower();
-      EXPECT_TRUE(text.contains('&') && letters.insert(letter).second) << text.toStdString();
-    }
-  };
   for (const char* language : {"deu", "eng", "fra"}) {
     service.Languages().SetLanguage(language);
     InList([&](QDialog& list) {
-      check(list);
-      InData([&] { Click(list, "butAdd"); }, check);
+      ExpectLettersOfTheirOwn(list);
+      InData([&] { Click(list, "butAdd"); }, &ExpectLettersOfTheirOwn);
     });
   }
 }

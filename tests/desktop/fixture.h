@@ -6,11 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 #include <functional>
+#include <set>
 #include <string>
 
 #include "app/frmMain.h"
@@ -42,6 +44,21 @@ void During(const std::function<void()>& operation, const std::function<void(Dia
   poll.start(0);
   operation();
   EXPECT_TRUE(seen);
+}
+
+/// Every button and every field with a caption is reached by a letter that no other has.
+inline void ExpectLettersOfTheirOwn(const QWidget& in) {
+  QStringList texts;
+  for (const auto* button : in.findChildren<QAbstractButton*>()) texts.append(button->text());
+  for (const auto* label : in.findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr) texts.append(label->text());
+  }
+  std::set<QChar> letters;
+  for (const QString& text : texts) {
+    if (text.isEmpty()) continue;  // part of another control
+    const QChar letter = text.at(text.indexOf('&') + 1).toLower();
+    EXPECT_TRUE(text.contains('&') && letters.insert(letter).second) << text.toStdString();
+  }
 }
 
 /// Answers the question that the operation shows with the button of this text.

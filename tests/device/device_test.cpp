@@ -62,6 +62,11 @@ TEST(Device, IdentityAndSelection) {
     EXPECT_EQ(selection.GetKennTyp(typ), "B1:");
     EXPECT_EQ(typ, c.type);
   }
+  EXPECT_EQ(selection.GetKennSel(), "B1:");
+  selection.SetCheck([] { return false; });
+  selection.Clear();
+  selection.Set("C1:", "KT-X", "", "");
+  EXPECT_FALSE(selection.GetKennSel()) << "the check was lost";
 }
 
 using Models = std::set<int>;

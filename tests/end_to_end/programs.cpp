@@ -38,8 +38,9 @@ std::unique_ptr<QProcess> Programs::Start(const QString& program,
   return process;
 }
 
-Outcome Programs::Run(const QStringList& arguments) const {
+Outcome Programs::Run(const QStringList& arguments, const QByteArray& input) const {
   const auto process = Start("ostrel", QStringList{"--language", "eng"} + arguments);
+  process->write(input);
   process->closeWriteChannel();
   EXPECT_TRUE(process->waitForFinished(kLimitMs)) << arguments.join(' ').toStdString();
   EXPECT_EQ(process->exitStatus(), QProcess::NormalExit);

@@ -29,7 +29,7 @@ class Programs {
   /// Starts a program of the build; it is killed with the object.
   std::unique_ptr<QProcess> Start(const QString& program, const QStringList& arguments) const;
   /// Runs `ostrel` in English and waits for its end.
-  Outcome Run(const QStringList& arguments) const;
+  Outcome Run(const QStringList& arguments, const QByteArray& input = {}) const;
   /// Starts a simulator; returns what stands behind the last colon of where it listens: the port.
   QString StartSimulator(std::unique_ptr<QProcess>& simulator,
                          const QStringList& arguments = {"--tcp", "0"}) const;

@@ -140,6 +140,7 @@ void ManualClock::ProcessEvents() {
 
 std::optional<std::string> ScriptedDialogs::AskText(const InputRequest& request) {
   asked.push_back(request.title + " | " + request.prompt);
+  offered.push_back(request.value);
   const std::string text = Next<std::string>(typed, "\x1b");
   return text == "\x1b" ? std::nullopt : std::optional(text);
 }

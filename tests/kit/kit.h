@@ -67,7 +67,8 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Message> shown;
   std::vector<std::string> asked;
   std::vector<bool> yesNo;
-  std::vector<std::string> typed;  // "\x1b" cancels
+  std::vector<std::string> typed;    // "\x1b" cancels
+  std::vector<std::string> offered;  // what stood in the fields at first
   std::vector<std::string> files;
   int busy = 0;
 };

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ostrel {
+
+inline constexpr int kUserCount = 6;  // 0 is the guest
+inline constexpr int kAdministrator = 1;
+inline constexpr int kHighestGrant = 5;
+inline constexpr int kMostMinutes = 65535;
+/// The password that stands for none.
+inline constexpr std::string_view kNoPassword = "0";
+
+/// What a device tells of one of its users.
+struct UserRecord {
+  bool passwordSet = false;
+  int grant = 0;    // level 0..5
+  int timeout = 0;  // minutes until the logout; 0 = never
+};
+
+/// The ports that are excepted from the protection. COM4 is not on every device.
+struct PortExceptions {
+  bool com1 = false;
+  bool com2 = false;
+  std::optional<bool> com4;
+};
+
+/// The lines to a device's user management. `prefix` is the address of the station with its ":".
+namespace user_lines {
+
+std::string WhoAmI(const std::string& prefix);
+std::string AllUsers(const std::string& prefix);
+std::string LogIn(const std::string& prefix, int user, const std::string& password);
+std::string LogOut(const std::string& prefix);
+/// With the password until now of this user or the administrator's.
+std::string SetPassword(const std::string& prefix, int user, const std::string& current,
+                        const std::string& fresh);
+/// Grant and minutes of one user. Those of the guest stand behind the administrator's own.
+std::string SetUser(const std::string& prefix, int user, const UserRecord& record,
+                    const UserRecord& administrator, const std::string& password);
+std::string Unprotect(const std::string& prefix, const std::string& password);
+/// Answered by a number; from 130 on there is a COM4.
+std::string FeatureNumber(const std::string& prefix);
+std::string Exceptions(const std::string& prefix);
+std::string SetExceptions(const std::string& prefix, const PortExceptions& ports,
+                          const std::string& password);
+
+}  // namespace user_lines
+
+/// The number behind "user" in the answer to WhoAmI; nothing when there is none.
+std::optional<int> UserFromAnswer(const std::string& answer);
+/// The six users; nothing when the answer has fewer values.
+std::optional<std::array<UserRecord, kUserCount>> UsersFromAnswer(std::string answer);
+/// What stands behind each "=".
+std::vector<bool> FlagsFromAnswer(std::string_view answer);
+
+/// 0 when a password can stand in a line, else the message that says what it must not hold.
+int PasswordProblem(std::string_view password);
+
+/// The text with every occurrence of the passwords replaced, in whatever case: a device may repeat
+/// what it did not understand. The one that stands for none is no secret.
+std::string WithoutPasswords(std::string text, std::vector<std::string> passwords);
+
+}  // namespace ostrel
