@@ -84,7 +84,7 @@ class Link {
   void FrameSave();
   void FrameRestore();
 
-  /// Whether the server frames whole lines itself, so that one line end less belongs to some.
+  /// Whether the server runs inside this program; it wants no line end behind a line.
   bool SecondGeneration() const;
 
   /// Sends one line after dropping an answer that nobody fetched. 0 or a code.

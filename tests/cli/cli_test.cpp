@@ -47,20 +47,14 @@ struct CliTest : testing::Test {
   void SetUp() override {
     std::string counters;
     for (int n = 0; n < 120; ++n) counters += "1\r\n";
-    world.server.answers = {{"AA:dirn_", "AA:Nord"},
-                            {"AA:ver.", "KT-X+;V2.27"},
-                            {"AA:sysSN#", "123-A"},
-                            {"AA:bad", "<<no\x1b[2J>>"},
-                            {"AA:login 1 geheim", "<<no>>"},
-                            {"B1:ver.", "KT-XB+;V2.10"},
-                            {"B2:dirn_", "<<no: such>>"},
-                            {"AA:;-60,59,fori,RegTAPSTAT# 1 i,ni", counters},
-                            {"AA:RegTAPSUM#", "120"},
-                            {"AA:RegTAPSUML#", "-1"},
-                            {"AA:RegTAPSTATCL*=0", ""},
-                            {"AA:dirn_\r\n", "AA:Nord"},
-                            {"aa:passwort- 0,dr,!", "5"},
-                            {R"(all,station&#,!+";", ver.+)", "AA:Nord;KT-X+;V2.27"}};
+    world.server.answers = {
+        {"AA:dirn_", "AA:Nord"},         {"AA:ver.", "KT-X+;V2.27"},
+        {"AA:sysSN#", "123-A"},          {"AA:bad", "<<no\x1b[2J>>"},
+        {"AA:login 1 geheim", "<<no>>"}, {"B1:ver.", "KT-XB+;V2.10"},
+        {"B2:dirn_", "<<no: such>>"},    {"AA:;-60,59,fori,RegTAPSTAT# 1 i,ni", counters},
+        {"AA:RegTAPSUM#", "120"},        {"AA:RegTAPSUML#", "-1"},
+        {"AA:RegTAPSTATCL*=0", ""},      {"AA:dirn_\r\n", "AA:Nord"},
+        {"aa:passwort- 0,dr,!", "5"},    {R"(all,station&#,!+";", ver.+)", "AA:Nord;KT-X+;V2.27"}};
   }
 };
 
