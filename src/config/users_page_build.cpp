@@ -112,7 +112,6 @@ void UsersPage::Arrange() {
   login->addWidget(lblGrant);
   login->addStretch();
   auto* sending = new QHBoxLayout;
-  sending->addWidget(txtPWUser);
   sending->addStretch();
   for (QPushButton* button : {butPWSendSi, butPWPW}) sending->addWidget(button);
 
@@ -121,6 +120,7 @@ void UsersPage::Arrange() {
   layout->addLayout(login);
   layout->addWidget(Label(text::kFieldUsers, lstUsers));
   layout->addWidget(lstUsers, 1);
+  layout->addWidget(txtPWUser);
   layout->addLayout(UserRow());
   layout->addLayout(sending);
   layout->addSpacing(kGap);
