@@ -33,6 +33,8 @@ class Channel {
   Line* line = nullptr;
 
   int Exchange() const { return exchange_; }
+  /// A framed channel on which nothing is under way and nothing waits to be fetched.
+  bool Idle() const { return !Transparent() && state_ == State::kIdle; }
   bool Transparent() const { return frame == frame::kTransparent; }
 
   /// A CSend came: what was before is given up.
