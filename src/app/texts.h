@@ -184,4 +184,15 @@ inline constexpr int kHelpName = Own(227);
 inline constexpr int kHelpData = Own(228);
 inline constexpr int kHelpServer = Own(229);
 
+// The frame of the main window.
+inline constexpr int kOtherDevice = Own(280);
+inline constexpr int kDeviceBefore = Own(281);
+inline constexpr int kDeviceNow = Own(282);
+inline constexpr int kWritingLocked = Own(283);
+inline constexpr int kOtherDeviceMark = Own(284);
+inline constexpr int kConnectionLost = Own(285);
+inline constexpr int kPageNotOnModel = Own(286);
+inline constexpr int kServiceLog = Own(287);
+inline constexpr int kReadEveryMinute = Own(288);
+
 }  // namespace ostrel::text

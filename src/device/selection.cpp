@@ -18,6 +18,10 @@ void Selection::Set(std::string kennName, std::string typ, std::string firmware,
   serial_ = std::move(serial);
 }
 
+void Selection::Clear() {
+  Set({}, {}, {}, {});
+}
+
 std::optional<std::string> Selection::GetKennName() const {
   const std::string_view name = Trim(kennName_);
   if (name.empty()) return std::nullopt;
@@ -28,6 +32,10 @@ std::optional<std::string> Selection::GetKenn() const {
   const std::optional<std::string> name = GetKennName();
   if (!name) return std::nullopt;
   return AddressPart(*name);
+}
+
+std::optional<std::string> Selection::GetKennSel() const {
+  return check_ && !check_() ? std::nullopt : GetKenn();
 }
 
 int Selection::GetTypeCode() const {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/messages.h"
 
@@ -15,6 +17,11 @@ class Selection {
   /// `kennName` is address and name of the station, `typ` the type string that the device gave.
   void Set(std::string kennName, std::string typ, std::string firmware, std::string serial);
 
+  /// No station is shown any more; the check stays.
+  void Clear();
+  /// What may refuse commands that change something on the device, and says so.
+  void SetCheck(std::function<bool()> check) { check_ = std::move(check); }
+
   const std::string& KennName() const { return kennName_; }
   const std::string& Typ() const { return typ_; }
   const std::string& Serial() const { return serial_; }
@@ -23,6 +30,8 @@ class Selection {
   std::optional<std::string> GetKennName() const;
   /// The address of the station, with its ":".
   std::optional<std::string> GetKenn() const;
+  /// The address for what changes something on the device: nothing also when the check refuses.
+  std::optional<std::string> GetKennSel() const;
   /// The model number of the type string.
   int GetTypeCode() const;
   /// The address, and the type string in `typ`.
@@ -38,6 +47,7 @@ class Selection {
   std::optional<std::string> KennOf(std::initializer_list<int> models, const Messages* show,
                                     int messageId) const;
 
+  std::function<bool()> check_;
   std::string kennName_;
   std::string typ_;
   std::string firmware_;

@@ -50,7 +50,7 @@ TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {
   Find<QPushButton>(window, "butStatLesen").click();
   EXPECT_EQ(passes, 3) << "the exchange was not given up";
   EXPECT_FALSE(window.isVisible());
-  service.Beenden();
+  window.Finish();
   EXPECT_EQ(world.server.closed, 1);
 }
 

@@ -80,7 +80,8 @@ TEST_F(Window, ReadsTheSelectedDeviceAndMarksTheSimulation) {
 TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   ScriptedDevice device;
   device.answer = [](const QByteArray& line) {
-    return line.contains("fori") ? QByteArray() : ScriptedDevice::Reply(line, "AA:Nord");
+    if (line.contains("fori")) return QByteArray();
+    return ScriptedDevice::Reply(line, line.contains("ver.") ? "KT-X+;V2.27" : "AA:Nord");
   };
   programs.UseTcp(device.Port());
   Stage stage("AA:");
