@@ -85,6 +85,7 @@ bool Service::ConnectionReselect() {
 }
 
 bool Service::Reconnect() {
+  link_.ConnectionName();  // finds out that the server is gone
   link_.LookForLoss();
   if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;
   const bool selected = selection_.GetKenn().has_value();

@@ -56,6 +56,7 @@ void Service::Note(std::string_view text) const {
 
 void Service::AliveTick(int intervalMs, bool idle) {
   link_.KeepAliveTick((ports_.desktop.ProgramFolder() / "service.exe ").string());
+  if (idle) link_.LookForLoss();
   aliveMs_ += intervalMs;
   if (aliveMs_ <= kPeriodMs || !idle || link_.Busy()) return;
   aliveMs_ = 0;

@@ -187,8 +187,7 @@ void Link::Doubt() {
 
 void Link::LookForLoss() {
   if (state_ != LinkState::kChannel || busy_ || calls_ > 0) return;
-  Call("CGetConnection", {channel_});
-  if (server_) Call("CStatus", {channel_});
+  Call("CStatus", {channel_});
 }
 
 void Link::KeepAliveTick(const std::string& text) {

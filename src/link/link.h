@@ -54,7 +54,7 @@ class Link {
   void Doubt();
   /// It is known again what answers on the line.
   void Identified() { lost_ = 0; }
-  /// Finds out whether server, channel or line were lost since the last exchange.
+  /// Finds out whether the line was lost since the last exchange.
   void LookForLoss();
   /// Called when an error loses the link; no call of the server may be made then.
   std::function<void(int code)> onLost;

@@ -205,8 +205,10 @@ void Channels::TellLost(const Line& line, int code, const std::string& reason) {
   const std::vector<int> numbers = line.channels;
   for (const int number : numbers) {
     const auto found = channels_.find(number);
-    if (found == channels_.end() || !found->second.Idle()) continue;
-    emit StatusChanged(found->second.client, found->second.Fail(code, reason));
+    if (found == channels_.end()) continue;
+    if (const auto notice = found->second.PortLost(code, reason)) {
+      emit StatusChanged(found->second.client, *notice);
+    }
   }
 }
 
