@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 30
 
 BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev qt6-serialport-dev \
-  libqcustomplot-dev libqcustomplot2.1-qt6 libcli11-dev libgtest-dev libgl-dev
+  libqcustomplot-dev libqcustomplot2.1-qt6 libcli11-dev libgtest-dev libgl-dev libxcb1-dev pkgconf
 RUN_PACKAGES = $(BUILD_PACKAGES) fonts-dejavu-core
 CHECK_PACKAGES = $(BUILD_PACKAGES) clang libclang-rt-dev clang-format clang-tidy xvfb
 

@@ -1,20 +1,18 @@
 #include "app/frmMain.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
-#include "app/placement.h"
 #include "app/texts.h"
 #include "config/frmRechteShow.h"
 #include "config/users_page.h"
@@ -29,11 +27,11 @@ namespace {
 
 constexpr int kAliveMs = 1000;
 constexpr int kTickPauseMs = 20;
-constexpr std::string_view kApplication = "Service";
-constexpr std::string_view kWindow = "frmMain";
+constexpr int kPollMs = 60000;
 
 /// A page, the group in which it stands, and how it is made. Pages of one group stand together.
 struct PageEntry {
+  Feature feature;
   int groupId;
   int titleId;
   Page* (*create)(Service& service, const Page::Runner& run);
@@ -45,22 +43,22 @@ Page* Create(Service& service, const Page::Runner& run) {
 }
 
 constexpr PageEntry kPages[] = {
-    {text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
-    {text::kTreeConfiguration, text::kUserManagement, &Create<UsersPage>},
+    {Feature::kTapStatistics, text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
+    {Feature::kUsers, text::kTreeConfiguration, text::kUserManagement, &Create<UsersPage>},
 };
 
 }  // namespace
 
 frmMain::frmMain(Service& service, WindowDialogs& dialogs, Scheme scheme)
-    : service_(service), dialogs_(dialogs), pages_(std::size(kPages), nullptr) {
+    : service_(service),
+      dialogs_(dialogs),
+      pages_(std::size(kPages), nullptr),
+      pollMs_(std::size(kPages), 0) {
   setObjectName(QStringLiteral("frmMain"));
   setWindowTitle(QString::fromStdString(Service::Title()));
   dialogs_.Attach(this, &service_.Texts());
   BuildMenus(scheme);
   auto* rows = new QVBoxLayout;
-  lblBanner = SimulationLabel(text::kSimulatedDevices);
-  lblBanner->setObjectName(QStringLiteral("lblBanner"));
-  rows->addWidget(lblBanner);
   BuildHeader(*rows);
   BuildTree(*rows);
   auto* central = new QWidget;
@@ -73,14 +71,16 @@ frmMain::frmMain(Service& service, WindowDialogs& dialogs, Scheme scheme)
   RestorePlacement();
   butDeviceSelect->setFocus();
 
+  service_.onDeviceShow = [this] { CurrentDevShow(); };
   service_.onDeviceChange = [this] { RefreshAfterDevChange(); };
-  service_.ServerLink().onTerminate = [this] { Beenden(); };
+  service_.ServerLink().onTerminate = [this] { BeendenQuietly(); };
   tmrAlive = new QTimer(this);
-  connect(tmrAlive, &QTimer::timeout, this, &frmMain::AliveTick);
+  connect(tmrAlive, &QTimer::timeout, this, [this] { AliveTick(tmrAlive->interval()); });
   tmrAlive->start(kAliveMs);
 }
 
 frmMain::~frmMain() {
+  service_.onDeviceShow = {};
   service_.onDeviceChange = {};
   service_.ServerLink().onTerminate = {};
   dialogs_.Attach(nullptr, nullptr);
@@ -120,6 +120,7 @@ void frmMain::Run(const std::function<void()>& operation) {
     return;
   }
   running_ = true;
+  sessionEnds_ = false;  // the user goes on working
   const QPointer<QWidget> focus = QApplication::focusWidget();
   EnableCommands();
   statusBar()->showMessage(Text(text::kReading));
@@ -139,18 +140,32 @@ void frmMain::EnableCommands() {
     action->setEnabled(!running_);
   }
   butDeviceSelect->setEnabled(!running_);
-  for (Page* page : pages_) {
-    if (page != nullptr) page->EnableCommands(!running_);
+  for (std::size_t n = 0; n < pages_.size(); ++n) {
+    const bool usable = service_.On(kPages[n].feature) == Availability::kUsable;
+    if (pages_[n] != nullptr) pages_[n]->EnableCommands(!running_ && usable);
   }
 }
 
 void frmMain::RefreshAfterDevChange() {
-  CurrentDevShow();
-  for (Page* page : pages_) {
-    if (page != nullptr) page->Refresh();
+  RefreshGlobal();
+  std::vector<std::pair<Feature, Page*>> pages;
+  for (std::size_t n = 0; n < pages_.size(); ++n) {
+    if (pages_[n] != nullptr) pages.emplace_back(kPages[n].feature, pages_[n]);
   }
+  std::sort(pages.begin(), pages.end());
+  for (const auto& [feature, page] : pages) page->Refresh();
   EnableCommands();
   ShowConnection();
+}
+
+void frmMain::RefreshGlobal() {
+  for (std::size_t n = 0; n < items_.size(); ++n) {
+    items_[n]->setDisabled(service_.On(kPages[n].feature) == Availability::kAbsent);
+  }
+  lblNoPage->setText(QString::fromStdString(service_.Texts().Filled(
+      text::kPageNotOnModel, ModelName(service_.Selected().GetTypeCode()))));
+  EnableCommands();
+  ShowPage(shown_);
 }
 
 void frmMain::CurrentDevShow() {
@@ -173,11 +188,18 @@ void frmMain::ShowConnection() {
   const bool simulated = service_.Simulated();
   const std::string name = service_.ServerLink().ConnectionName();
   shownState_ = service_.ServerLink().ConnState();
+  shownLost_ = service_.ServerLink().Lost();
+  lblOtherDevice->setVisible(service_.WritingLocked());
   lblBanner->setVisible(simulated);
   lblSimulation->setVisible(simulated);
-  lblConnection->setText(
-      name.empty() ? Text(text::kNotConnected)
-                   : QString::fromStdString(service_.Texts().Filled(text::kConnectedTo, name)));
+  if (shownLost_) {
+    lblConnection->setText(Text(text::kConnectionLost));
+  } else if (name.empty()) {
+    lblConnection->setText(Text(text::kNotConnected));
+  } else {
+    lblConnection->setText(
+        QString::fromStdString(service_.Texts().Filled(text::kConnectedTo, name)));
+  }
 }
 
 void frmMain::AddPages() {
@@ -193,6 +215,7 @@ void frmMain::AddPages() {
       OnLanguage(groupId, [group](const QString& text) { group->setText(0, text); });
     }
     auto* item = new QTreeWidgetItem(group);
+    items_.push_back(item);
     item->setData(0, Qt::UserRole, index);
     OnLanguage(entry.titleId, [item](const QString& text) { item->setText(0, text); });
     if (index == 0) tvwPages->setCurrentItem(item);
@@ -205,12 +228,17 @@ void frmMain::AddPages() {
 }
 
 void frmMain::ShowPage(int index) {
+  shown_ = index;
+  if (service_.On(kPages[index].feature) == Availability::kAbsent) {
+    stack_->setCurrentWidget(lblNoPage);
+    return;
+  }
   Page*& page = pages_[static_cast<std::size_t>(index)];
   if (page == nullptr) {
     page = kPages[index].create(service_, [this](const auto& operation) { Run(operation); });
     page->Captions();
-    page->EnableCommands(!running_);
     stack_->addWidget(page);
+    EnableCommands();
   }
   stack_->setCurrentWidget(page);
 }
@@ -230,6 +258,7 @@ void frmMain::Captions() {
   for (Page* page : pages_) {
     if (page != nullptr) page->Captions();
   }
+  RefreshGlobal();
   CurrentDevShow();
   ShowConnection();
 }
@@ -240,44 +269,30 @@ void frmMain::ChangeLanguage(const std::string& code) {
   Captions();
 }
 
-void frmMain::AliveTick() {
-  // Nothing may run into a call to the server that is still waiting; a dialog is no such call.
-  if (ticking_ || (running_ && QApplication::activeModalWidget() == nullptr)) return;
+bool frmMain::Idle() const {
+  return !running_ && QApplication::activeModalWidget() == nullptr &&
+         QApplication::activePopupWidget() == nullptr;
+}
+
+void frmMain::AliveTick(int intervalMs) {
+  // The link itself lets nothing run into a call of the server that is still waiting.
+  if (ticking_ || ending_) return;
   ticking_ = true;
-  service_.AliveTick(tmrAlive->interval());
+  service_.AliveTick(intervalMs, Idle());
   ticking_ = false;
-  if (!running_ && shownState_ != service_.ServerLink().ConnState()) ShowConnection();
+  const Link& link = service_.ServerLink();
+  if (!running_ && (shownState_ != link.ConnState() || shownLost_ != link.Lost())) ShowConnection();
+  PollPages(intervalMs);
 }
 
-void frmMain::RestorePlacement() {
-  resize(960, 640);
-  const auto stored = LoadPlacement(service_.Settings(), kApplication, kWindow);
-  if (!stored) return;
-  const QRect place(stored->left, stored->top, stored->width, stored->height);
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    const QRect visible = screen->availableGeometry().intersected(place);
-    if (visible.width() < 100 || visible.height() < 100) continue;
-    move(place.topLeft());
-    resize(place.size().boundedTo(screen->availableSize()));
-    return;
+void frmMain::PollPages(int intervalMs) {
+  for (std::size_t n = 0; n < pages_.size(); ++n) {
+    if (pages_[n] == nullptr) continue;
+    pollMs_[n] = pages_[n]->Polls() ? pollMs_[n] + intervalMs : 0;
+    if (pollMs_[n] <= kPollMs || !Idle() || service_.ServerLink().Lost()) continue;
+    pollMs_[n] = 0;
+    pages_[n]->Read();
   }
-}
-
-void frmMain::Beenden() {
-  if (std::exchange(ending_, true)) return;
-  tmrAlive->stop();
-  const QRect place = isMaximized() ? normalGeometry() : QRect(pos(), size());
-  SavePlacement(service_.Settings(), kApplication, kWindow,
-                {place.left(), place.top(), place.width(), place.height()}, isMinimized());
-  hide();
-  dialogs_.Silence();
-  service_.ServerLink().GiveUp();
-  QCoreApplication::exit(0);
-}
-
-void frmMain::closeEvent(QCloseEvent* event) {
-  Beenden();
-  event->accept();
 }
 
 void frmMain::paintEvent(QPaintEvent* event) {

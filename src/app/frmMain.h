@@ -17,6 +17,7 @@ class QPushButton;
 class QStackedWidget;
 class QTimer;
 class QTreeWidget;
+class QTreeWidgetItem;
 class QVBoxLayout;
 
 namespace ostrel {
@@ -33,9 +34,18 @@ class frmMain : public QMainWindow {
   void ShowConnections();
   /// Makes the station with this address ("B1:") the selected device after the first paint.
   void SelectWhenShown(const std::string& address) { firstAddress_ = address; }
-  /// Ends the program without questions. An exchange under way is given up first: the event loop
-  /// of the program ends once everything that waits has returned.
+  /// Ends the program. An exchange under way is given up first, what is open is closed: the event
+  /// loop of the program ends once everything that waits has returned. Then Finish is called.
   void Beenden();
+  /// The same, but nothing is asked at the end.
+  void BeendenQuietly();
+  /// What follows the event loop. The user may be asked whether to switch a simulation off.
+  void Finish();
+  /// Keeps what is to be kept: the desktop may end the program without further notice. Nothing is
+  /// asked at the end, unless the user goes on working.
+  void SessionEnds();
+  /// One tick of the alive timer, this long after the last.
+  void AliveTick(int intervalMs);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -49,25 +59,31 @@ class frmMain : public QMainWindow {
   void AddSchemes(QMenu& menu, Scheme current);
   void AddLanguages(QMenu& menu);
   void BuildStatusBar();
-  QLabel* SimulationLabel(int id);
+  QLabel* Banner(int id, const QColor& back, const QColor& front);
+  void AddLogSwitch(QMenu& menu);
   QMenu* AddMenu(int id);
   QAction* AddCommand(QMenu& menu, int id, const QKeySequence& keys, void (frmMain::*command)());
   void OnLanguage(int id, std::function<void(const QString&)> set);
   void Captions();
+  // frmMain_end.cpp
   void RestorePlacement();
+  void KeepPlacement();
+  void End(bool asks);
 
   /// Runs what exchanges lines with a device; all commands are disabled meanwhile.
   void Run(const std::function<void()>& operation);
   void EnableCommands();
   void RefreshAfterDevChange();
+  void RefreshGlobal();
   void CurrentDevShow();
   void ShowConnection();
+  bool Idle() const;
+  void PollPages(int intervalMs);
   void AddPages();
   void ShowPage(int index);
   void ReadPage();
   void ReopenConnection();
   void ChangeLanguage(const std::string& code);
-  void AliveTick();
   QString Text(int id) const;
 
   /// A caption that follows the language.
@@ -78,21 +94,30 @@ class frmMain : public QMainWindow {
 
   Service& service_;
   WindowDialogs& dialogs_;
-  std::vector<Page*> pages_;  // by index of the table of pages; null until shown
+  // By index of the table of pages.
+  std::vector<Page*> pages_;  // null until shown
+  std::vector<QTreeWidgetItem*> items_;
+  std::vector<int> pollMs_;  // since the page was read last
+  int shown_ = 0;
   std::vector<Caption> captions_;
   LinkState shownState_ = LinkState::kNoServer;
+  bool shownLost_ = false;
   bool running_ = false;
   bool ticking_ = false;
   bool ending_ = false;
+  bool asks_ = true;  // at the end
+  bool sessionEnds_ = false;
   std::string firstAddress_;
 
   QLabel* lblBanner = nullptr;
+  QLabel* lblOtherDevice = nullptr;
   QLineEdit* edtKennName = nullptr;
   QLineEdit* edtTyp = nullptr;
   QLabel* lblModel = nullptr;
   QPushButton* butDeviceSelect = nullptr;
   QTreeWidget* tvwPages = nullptr;
   QStackedWidget* stack_ = nullptr;
+  QLabel* lblNoPage = nullptr;  // shown instead of a page that the model does not have
   QTimer* tmrAlive = nullptr;
   QLabel* lblConnection = nullptr;
   QLabel* lblSimulation = nullptr;

@@ -22,6 +22,9 @@ namespace ostrel {
 
 namespace {
 
+constexpr QColor kAmber(0xff, 0xb3, 0x00);
+constexpr QColor kRed(0xb7, 0x1c, 0x1c);
+
 QLineEdit* ShowingEdit(const char* name, int width) {
   auto* edit = Named(new QLineEdit, name);
   edit->setReadOnly(true);
@@ -35,15 +38,15 @@ void frmMain::OnLanguage(int id, std::function<void(const QString&)> set) {
   captions_.push_back({id, std::move(set)});
 }
 
-QLabel* frmMain::SimulationLabel(int id) {
+QLabel* frmMain::Banner(int id, const QColor& back, const QColor& front) {
   auto* label = new QLabel;
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setMargin(4);
   // The same in every scheme: it must not be overlooked.
   QPalette colours = label->palette();
-  colours.setColor(QPalette::Window, QColor(0xff, 0xb3, 0x00));
-  colours.setColor(QPalette::WindowText, Qt::black);
+  colours.setColor(QPalette::Window, back);
+  colours.setColor(QPalette::WindowText, front);
   label->setPalette(colours);
   label->setAutoFillBackground(true);
   QFont bold = label->font();
@@ -55,6 +58,11 @@ QLabel* frmMain::SimulationLabel(int id) {
 }
 
 void frmMain::BuildHeader(QVBoxLayout& rows) {
+  lblBanner = Banner(text::kSimulatedDevices, kAmber, Qt::black);
+  lblBanner->setObjectName(QStringLiteral("lblBanner"));
+  lblOtherDevice = Banner(text::kOtherDeviceMark, kRed, Qt::white);
+  lblOtherDevice->setObjectName(QStringLiteral("lblOtherDevice"));
+  for (QLabel* banner : {lblBanner, lblOtherDevice}) rows.addWidget(banner);
   edtKennName = ShowingEdit("edtKennName", 190);
   edtTyp = ShowingEdit("edtTyp", 90);
   lblModel = Named(new QLabel, "lblModel");
@@ -87,6 +95,11 @@ void frmMain::BuildTree(QVBoxLayout& rows) {
   tvwPages->setHeaderHidden(true);
   tvwPages->setMinimumWidth(120);
   stack_ = new QStackedWidget;
+  lblNoPage = Named(new QLabel, "lblNoPage");
+  lblNoPage->setTextFormat(Qt::PlainText);
+  lblNoPage->setAlignment(Qt::AlignCenter);
+  lblNoPage->setWordWrap(true);
+  stack_->addWidget(lblNoPage);
   auto* splitter = new QSplitter;
   splitter->addWidget(tvwPages);
   splitter->addWidget(stack_);
@@ -121,11 +134,22 @@ void frmMain::BuildMenus(Scheme scheme) {
   program->addSeparator();
   mnuConnections = AddCommand(*program, text::kMenuConnections, {}, &frmMain::ShowConnections);
   program->addSeparator();
+  AddLogSwitch(*program);
+  program->addSeparator();
   AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
   QMenu* view = AddMenu(text::kMenuView);
   AddSchemes(*view, scheme);
   view->addSeparator();
   AddLanguages(*view);
+}
+
+void frmMain::AddLogSwitch(QMenu& menu) {
+  QAction* action = menu.addAction(QString());
+  action->setObjectName(QStringLiteral("mnuServiceLog"));
+  action->setCheckable(true);
+  action->setChecked(service_.Log().Active());
+  connect(action, &QAction::triggered, this, [this](bool on) { service_.SwitchLog(on); });
+  OnLanguage(text::kServiceLog, [action](const QString& text) { action->setText(text); });
 }
 
 void frmMain::AddSchemes(QMenu& menu, Scheme current) {
@@ -158,7 +182,7 @@ void frmMain::AddLanguages(QMenu& menu) {
 }
 
 void frmMain::BuildStatusBar() {
-  lblSimulation = SimulationLabel(text::kSimulationMark);
+  lblSimulation = Banner(text::kSimulationMark, kAmber, Qt::black);
   lblSimulation->setMargin(1);
   lblConnection = Named(new QLabel, "lblConnection");
   lblConnection->setTextFormat(Qt::PlainText);

@@ -120,11 +120,14 @@ int RunInWindow(QApplication& application, const Options& options) {
   Service service({settings, factory, dialogs, clock, desktop}, options.run);
   texts = &service;
   frmMain window(service, dialogs, scheme);
-  const EndSignals asked([&window] { window.Beenden(); });
+  const EndSignals asked([&window] { window.BeendenQuietly(); });
+  QObject::connect(
+      &application, &QGuiApplication::commitDataRequest, &window,
+      [&window] { window.SessionEnds(); }, Qt::DirectConnection);
   window.SelectWhenShown(options.station);
   window.show();
   const int status = application.exec();
-  service.Beenden();
+  window.Finish();
   return status;
 }
 

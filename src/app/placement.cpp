@@ -1,6 +1,8 @@
 #include "app/placement.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -44,6 +46,24 @@ std::optional<Placement> LoadPlacement(const SettingsStore& settings, std::strin
   }
   if (placement.width <= 0 || placement.height <= 0) return std::nullopt;
   return placement;
+}
+
+std::optional<Placement> FittedTo(const Placement& screen, const Placement& window) {
+  constexpr std::int64_t kVisible = 100;
+  Placement fitted = window;
+  fitted.width = std::min(window.width, screen.width);
+  fitted.height = std::min(window.height, screen.height);
+  const auto seen = [](std::int64_t at, std::int64_t size, std::int64_t from, std::int64_t room) {
+    return std::min(at + size, from + room) - std::max(at, from);
+  };
+  // Of what was stored, so that a large window that reached over the screen comes back.
+  if (seen(window.left, window.width, screen.left, screen.width) < kVisible) return std::nullopt;
+  if (seen(window.top, window.height, screen.top, screen.height) < kVisible) return std::nullopt;
+  if (seen(fitted.left, fitted.width, screen.left, screen.width) < kVisible) {
+    fitted.left = screen.left;
+  }
+  fitted.top = std::max(fitted.top, screen.top);
+  return fitted;
 }
 
 }  // namespace ostrel

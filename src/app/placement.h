@@ -21,4 +21,8 @@ void SavePlacement(SettingsStore& settings, std::string_view application, std::s
 std::optional<Placement> LoadPlacement(const SettingsStore& settings, std::string_view application,
                                        std::string_view window);
 
+/// The placement as it fits a screen: not larger than it, its top edge on it; nothing when hardly
+/// anything of the window would be seen there.
+std::optional<Placement> FittedTo(const Placement& screen, const Placement& window);
+
 }  // namespace ostrel

@@ -11,7 +11,17 @@ namespace ostrel {
 
 namespace {
 
-constexpr int kPeriodMs = 600000;
+/// Lets a lost link send while it lives, so that what answers there can be found out.
+class Identifying {
+ public:
+  explicit Identifying(int& count) : count_(++count) {}
+  ~Identifying() { --count_; }
+  Identifying(const Identifying&) = delete;
+  Identifying& operator=(const Identifying&) = delete;
+
+ private:
+  int& count_;
+};
 
 }  // namespace
 
@@ -20,6 +30,7 @@ Service::Service(const Ports& ports, RunOptions options)
       options_(std::move(options)),
       messages_(ports.dialogs),
       sprachen_(ports.settings, messages_, ports.desktop.ProgramFolder()),
+      log_(ports.clock),
       link_(ports.automation, ports.settings, ports.clock, ports.dialogs, messages_,
             ports.desktop.ProgramFolder()),
       tester_(ports.automation, ports.settings, ports.clock, ports.desktop.ProgramFolder()),
@@ -29,12 +40,16 @@ Service::Service(const Ports& ports, RunOptions options)
       users_(link_, commands_, selection_, ports.dialogs, messages_) {
   sprachen_.UserIndex_Test();
   if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
+  ReadStartValues();
   link_.OfferChooser(options_.chooser);
   link_.LoadSettings();
-}
-
-std::string Service::Title() {
-  return "Service " OSTREL_VERSION;
+  link_.onLost = [this](int code) { Note("Connection lost: " + std::to_string(code)); };
+  // Nothing of a page may reach a device of which it is not known whether it is the selected one.
+  link_.holdsWhenLost = [this] { return identifying_ == 0 && selection_.GetKenn(); };
+  selection_.SetCheck([this] {
+    if (locked_) messages_.Warn(text::kWritingLocked);
+    return !locked_;
+  });
 }
 
 bool Service::ConnectionOpen() {
@@ -46,9 +61,12 @@ bool Service::ConnectionOpen() {
     if (!wasOpen) {
       simulated_ = LeadsToSimulator();
       goOver_ = false;
+      link_.Doubt();
     }
     // The device selected until now is not on this connection.
     if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
+    // Nothing can be mistaken for another one.
+    if (!selection_.GetKenn()) link_.Identified();
     return true;
   }
   // A server that could not be created has told so itself, and the chooser tells as well.
@@ -64,14 +82,64 @@ bool Service::ConnectionReselect() {
   if (link_.ConnState() != LinkState::kChannel) return address ? Reconnect() : ConnectionOpen();
   if (!link_.ConnectionReselect()) return false;
   simulated_ = LeadsToSimulator();
-  return !address || DeviceSelectByAddress(*address);
+  return !address || MakeSure();
 }
 
 bool Service::Reconnect() {
   link_.ConnectionName();  // finds out that the server is gone
-  if (link_.ConnState() == LinkState::kChannel) return true;
+  link_.LookForLoss();
+  if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;
+  const bool selected = selection_.GetKenn().has_value();
+  return ConnectionOpen() && (!selected || MakeSure());
+}
+
+/// Whether the selected device is the one that answers at its address.
+bool Service::MakeSure() {
   const std::optional<std::string> address = selection_.GetKenn();
-  return address && ConnectionOpen() && selection_.GetKenn() && DeviceSelectByAddress(*address);
+  if (!address) return false;  // another connection was opened
+  link_.Doubt();
+  const Identifying now(identifying_);
+  const BusyPointer busy(ports_.dialogs);
+  std::string kennName, typ, firmware, serial;
+  int code = stations_.NameGet(*address, kennName);
+  if (code == 0) code = stations_.VersionGet(*address, typ, firmware);
+  if (code == 0) code = SerialGet(*address, serial);
+  if (code != 0) {
+    messages_.WarnFilled(code, *address);
+    return false;
+  }
+  link_.Identified();
+  if (typ != selection_.Typ() || serial != selection_.Serial()) {
+    LockWriting(typ, serial);
+    return false;
+  }
+  Note("Connection reopened: " + link_.ConnectionName());
+  if (firmware != device_.Firmware()) {
+    CurrentDevSet2(firmware);
+    selection_.Set(selection_.KennName(), typ, firmware, serial);
+    if (onDeviceShow) onDeviceShow();
+  }
+  return true;
+}
+
+/// The serial number; empty when the device refuses to tell. 0 or a code.
+int Service::SerialGet(const std::string& address, std::string& serial) {
+  std::string answer;
+  const int code = link_.CommandExchangeCode(link_.CurrentChannel(), address + "sysSN#", answer);
+  serial = IsErrorAnswer(answer) ? std::string() : TrimAnswer(answer);
+  return code;
+}
+
+void Service::LockWriting(const std::string& typ, const std::string& serial) {
+  locked_ = true;
+  const auto line = [this](int id, const std::string& type, const std::string& number) {
+    const std::string device = VisibleLine(type + ", " + (number.empty() ? "–" : number));
+    return "\n" + messages_.Filled(id, device);
+  };
+  Note("Another device: " + typ + ", " + serial);
+  messages_.Warn(text::kOtherDevice,
+                 "\n" + line(text::kDeviceBefore, selection_.Typ(), selection_.Serial()) +
+                     line(text::kDeviceNow, typ, serial));
 }
 
 StationList Service::ListOfStations(RightsDisplay rights) {
@@ -81,6 +149,7 @@ StationList Service::ListOfStations(RightsDisplay rights) {
 bool Service::DeviceSelect(const StationChooser& choose, const RightsDisplay& rights) {
   if (goOver_) link_.ConnectionClose();
   if (!ConnectionOpen()) return false;
+  const Identifying now(identifying_);
   const std::string before = link_.ConnectionName();
   StationList list = ListOfStations(rights);
   const StationChoice choice = choose(list, selection_.GetKenn().value_or(""));
@@ -101,6 +170,7 @@ void Service::FollowConnection() {
 
 bool Service::DeviceSelectByAddress(const std::string& address) {
   if (!ConnectionOpen()) return false;
+  const Identifying now(identifying_);
   const BusyPointer busy(ports_.dialogs);
   std::string kennName;
   const int code = stations_.NameGet(address, kennName);
@@ -116,29 +186,57 @@ bool Service::Adopt(const std::string& kennName) {
     link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
     return false;
   }
-  if (!commands_.DevQueryChecked(link_.CurrentChannel(), address + "sysSN#", serial)) {
-    serial.clear();
-  }
-  DeviceChange(kennName, typ, firmware, TrimAnswer(serial));
+  link_.Identified();
+  SerialGet(address, serial);  // a device without one can be selected as well
+  DeviceChange(kennName, typ, firmware, serial);
   return true;
 }
 
 void Service::DeviceChange(const std::string& kennName, const std::string& typ,
                            const std::string& firmware, const std::string& serial) {
+  CurrentDevSet(kennName, typ);
+  CurrentDevSet2(firmware);
+  CurrentDevShow(kennName, typ, firmware, serial);
+  RefreshAfterDevChange();
+}
+
+void Service::CurrentDevSet(const std::string& kennName, const std::string& typ) {
   device_.SetIdentity(kennName, typ);
+}
+
+void Service::CurrentDevSet2(const std::string& firmware) {
   device_.SetFirmware(firmware);
+}
+
+void Service::CurrentDevShow(const std::string& kennName, const std::string& typ,
+                             const std::string& firmware, const std::string& serial) {
   selection_.Set(kennName, typ, firmware, serial);
   selectedOn_ = link_.ConnectionName();
-  RefreshAfterDevChange();
+  locked_ = false;
+  Note("Device: " + kennName + ", " + typ + ", " + firmware + ", " + serial);
+  if (onDeviceShow) onDeviceShow();
 }
 
 void Service::Deselect() {
   device_ = {};
   selection_.Clear();
+  locked_ = false;
+  Note("Device: none");
+  if (onDeviceShow) onDeviceShow();
   RefreshAfterDevChange();
 }
 
+void Service::RefreshGlobal() {
+  autoCommand_ = AutoReadCommand(selection_.GetTypeCode());
+}
+
+Availability Service::On(Feature feature) const {
+  const bool selected = selection_.GetKenn().has_value();
+  return AvailabilityOf(feature, selected ? std::optional(selection_.GetTypeCode()) : std::nullopt);
+}
+
 void Service::RefreshAfterDevChange() {
+  RefreshGlobal();
   statistics_.DeviceChanged();
   users_.DeviceChanged();
   if (onDeviceChange) onDeviceChange();
@@ -172,24 +270,6 @@ bool Service::ConnectionUse(const std::string& name) {
   options_.connection.clear();
   goOver_ = LowerAscii(link_.ConnectionName()) != LowerAscii(name);
   return true;
-}
-
-void Service::AliveTick(int intervalMs) {
-  link_.KeepAliveTick((ports_.desktop.ProgramFolder() / "service.exe ").string());
-  aliveMs_ += intervalMs;
-  if (aliveMs_ <= kPeriodMs || link_.Busy()) return;
-  aliveMs_ = 0;
-  PeriodicAction();
-}
-
-void Service::PeriodicAction() {
-  const std::optional<std::string> regulator = selection_.GetKennReglerFam();
-  if (link_.ConnState() != LinkState::kChannel || !regulator) return;
-  commands_.DevCmdQuiet(link_.CurrentChannel(), *regulator + "dd-");
-}
-
-void Service::Beenden() {
-  link_.ConnectionClose();
 }
 
 }  // namespace ostrel

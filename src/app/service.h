@@ -1,14 +1,18 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/csprachen.h"
 #include "app/desktop.h"
 #include "app/dialogs.h"
 #include "app/messages.h"
+#include "app/model_table.h"
 #include "app/settings_store.h"
 #include "config/users.h"
 #include "device/clsDevice.h"
@@ -21,6 +25,7 @@
 #include "link/commands.h"
 #include "link/connection_test.h"
 #include "link/link.h"
+#include "logs/clsLog.h"
 #include "logs/tap_statistics.h"
 
 namespace ostrel {
@@ -45,9 +50,14 @@ struct RunOptions {
 class Service {
  public:
   Service(const Ports& ports, RunOptions options);
+  ~Service();
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
 
   /// "Service " and the version.
   static std::string Title();
+  /// The minutes that lists of times offer.
+  static std::span<const std::string_view> Minutes();
 
   const Messages& Texts() const { return messages_; }
   CSprachen& Languages() { return sprachen_; }
@@ -61,6 +71,26 @@ class Service {
   const Selection& Selected() const { return selection_; }
   TapStatistics& Statistics() { return statistics_; }
   Users& UserManagement() { return users_; }
+  const clsLog& Log() const { return log_; }
+  /// Switches the service log, now and for later runs; its folder is made when it is missing.
+  void SwitchLog(bool on);
+  /// Where the console writes its commands.
+  const std::filesystem::path& ConsoleLogPath() const { return consoleLog_; }
+  /// The start-up switch of the power-quality devices.
+  bool ContactQM() const { return contactQM_; }
+
+  /// The period that the data-log page shows, as it shows it. It is kept from run to run.
+  struct Period {
+    std::string from, to;
+  };
+  Period& LogPeriod() { return logPeriod_; }
+  void KeepPeriod();
+
+  /// What the selected device makes of a page or of some of its buttons.
+  Availability On(Feature feature) const;
+  /// Reads the automatic or manual state of the selected device, with an address before it; empty
+  /// when the model has none.
+  std::string_view AutoCommand() const { return autoCommand_; }
 
   /// The list of stations of the open connection, not filled yet. It lives no longer than this.
   StationList ListOfStations(RightsDisplay rights);
@@ -76,13 +106,18 @@ class Service {
   /// Opens the connection of this run; shows what went wrong. When that is another one than the
   /// selected device's, no device is selected any more.
   bool ConnectionOpen();
-  /// Closes the connection and opens it anew, also when it is lost, and identifies the selected
-  /// device there again. Asks before while a station still answers; failures are shown.
+  /// Closes the connection and opens it anew, also when it is lost, and makes sure of the selected
+  /// device as Reconnect does. Asks before while a station still answers; failures are shown.
   bool ConnectionReselect();
-  /// Opens a link that was lost and identifies the selected device there again; true at once while
-  /// the link stands. Failures are shown.
+  /// To be called before each command of a page. True at once while the link stands. A lost one is
+  /// opened, and type and serial number of what answers there are compared with the selected
+  /// device's. The same device: true, and nothing else changes. Another one: the user is told once,
+  /// false, and writing is locked until a device is selected. No answer: that is shown, false, and
+  /// the link stays lost.
   bool Reconnect();
-  /// Makes a station the selected device and refreshes what depends on it.
+  /// Whether another device than the selected one answers, so that nothing may be written.
+  bool WritingLocked() const { return locked_; }
+  /// Makes a station the selected device, shows it and refreshes what depends on it.
   void DeviceChange(const std::string& kennName, const std::string& typ,
                     const std::string& firmware, const std::string& serial);
   /// What has to follow when the stored connection `before` got other data or another name, or was
@@ -92,29 +127,52 @@ class Service {
   /// Makes a connection the current one. What is open on another stays so until the next device
   /// selection. False when there is none with this name.
   bool ConnectionUse(const std::string& name);
+  /// Shows which device is selected.
+  std::function<void()> onDeviceShow;
   /// Called at the end of every device change.
   std::function<void()> onDeviceChange;
+  /// Reads whether a simulation runs on the device, and offers to switch it off. Set by the first
+  /// that reads or writes that state.
+  std::function<void()> onSimulationOff;
 
   /// True when the channel leads to simulated devices.
   bool Simulated() const;
 
-  /// One tick of the alive timer. Nothing happens while an exchange is under way.
-  void AliveTick(int intervalMs);
-  /// Closes the connection at the end of the program.
-  void Beenden();
+  /// One tick of the alive timer. What is due now and then waits until nothing else is going on
+  /// (`idle`), and is left out while the link is lost.
+  void AliveTick(int intervalMs, bool idle);
+  /// The end of the program, after its window: keeps what is to be kept, deletes the temporary
+  /// parameter files, offers to switch a simulation off when `mayAsk`, closes the connection.
+  void Beenden(bool mayAsk);
 
  private:
+  // service_run.cpp
+  void ReadStartValues();
+  void PeriodicAction();
+  void Note(std::string_view text) const;
+
   bool Adopt(const std::string& kennName);
+  bool MakeSure();
+  int SerialGet(const std::string& address, std::string& serial);
+  void LockWriting(const std::string& typ, const std::string& serial);
+  void CurrentDevSet(const std::string& kennName, const std::string& typ);
+  void CurrentDevSet2(const std::string& firmware);
+  void CurrentDevShow(const std::string& kennName, const std::string& typ,
+                      const std::string& firmware, const std::string& serial);
+  void RefreshAfterDevChange();
+  void RefreshGlobal();
   void Deselect();
   void FollowConnection();
   bool LeadsToSimulator();
-  void RefreshAfterDevChange();
-  void PeriodicAction();
 
   Ports ports_;
   RunOptions options_;
   Messages messages_;
   CSprachen sprachen_;
+  clsLog log_;
+  std::filesystem::path consoleLog_;
+  bool contactQM_ = false;
+  Period logPeriod_;
   Link link_;
   ConnectionTest tester_;
   Commands commands_;
@@ -124,6 +182,9 @@ class Service {
   bool simulated_ = false;  // the open channel leads to the simulator
   bool goOver_ = false;     // the next device selection opens another connection
   std::string selectedOn_;  // the connection of the selected device
+  int identifying_ = 0;     // operations that find out what answers on the line
+  bool locked_ = false;     // another device answers than the selected one
+  std::string_view autoCommand_;
   TapStatistics statistics_;
   Users users_;
   int aliveMs_ = 0;

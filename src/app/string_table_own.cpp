@@ -302,6 +302,39 @@ constexpr TableEntry kTable[] = {
       "Flèches : marquer un appareil\nTaper le début d'une adresse ou d'un nom : y aller\n"
       "Entrée ou double clic : choisir l'appareil\nÉchap : annuler"}},
 
+    // The frame of the main window.
+    {text::kOtherDevice,
+     {"Es antwortet ein anderes Gerät als das ausgewählte. Lesen ist möglich; Schreiben bleibt "
+      "gesperrt, bis Sie ein Gerät auswählen.",
+      "Another device answers than the selected one. Reading is possible; writing stays locked "
+      "until you select a device.",
+      "Un autre appareil répond que celui choisi. La lecture est possible ; l'écriture reste "
+      "bloquée jusqu'à ce que vous choisissiez un appareil."}},
+    {text::kDeviceBefore, {"Ausgewählt: %s", "Selected: %s", "Choisi : %s"}},
+    {text::kDeviceNow, {"Es antwortet: %s", "Answering: %s", "Répond : %s"}},
+    {text::kWritingLocked,
+     {"Schreiben ist gesperrt, weil ein anderes Gerät antwortet als das ausgewählte. Wählen Sie "
+      "das Gerät neu aus.",
+      "Writing is locked because another device answers than the selected one. Select the device "
+      "anew.",
+      "L'écriture est bloquée parce qu'un autre appareil répond que celui choisi. Choisissez "
+      "l'appareil de nouveau."}},
+    {text::kOtherDeviceMark,
+     {"ANDERES GERÄT: Es antwortet nicht das ausgewählte. Schreiben ist gesperrt.",
+      "OTHER DEVICE: it is not the selected one that answers. Writing is locked.",
+      "AUTRE APPAREIL : ce n'est pas celui choisi qui répond. L'écriture est bloquée."}},
+    {text::kConnectionLost,
+     {"Verbindung verloren – der nächste Befehl öffnet sie neu",
+      "Connection lost – the next command opens it again",
+      "Liaison perdue – la prochaine commande la rouvre"}},
+    {text::kPageNotOnModel,
+     {"Diese Seite gibt es beim ausgewählten Gerät (%s) nicht.",
+      "The selected device (%s) does not have this page.",
+      "L'appareil choisi (%s) n'a pas cette page."}},
+    {text::kServiceLog,
+     {"&Service-Protokoll schreiben", "&Write service log", "&Tenir le journal de service"}},
+    {text::kReadEveryMinute, {"&Jede Minute lesen", "Read every &minute", "Lire chaque &minute"}},
+
     // Users and rights.
     {text::kPasswordProblem,
      {"Das Passwort hat ein nicht erlaubtes Zeichen oder ist leer. Nicht erlaubt sind "

@@ -190,6 +190,17 @@ inline constexpr int kHelpServer = Own(229);
 inline constexpr int kHelp = Own(270);
 inline constexpr int kHelpStations = Own(271);
 
+// The frame of the main window.
+inline constexpr int kOtherDevice = Own(280);
+inline constexpr int kDeviceBefore = Own(281);
+inline constexpr int kDeviceNow = Own(282);
+inline constexpr int kWritingLocked = Own(283);
+inline constexpr int kOtherDeviceMark = Own(284);
+inline constexpr int kConnectionLost = Own(285);
+inline constexpr int kPageNotOnModel = Own(286);
+inline constexpr int kServiceLog = Own(287);
+inline constexpr int kReadEveryMinute = Own(288);
+
 // Users and rights.
 inline constexpr int kPasswordProblem = Own(340);
 inline constexpr int kRemovePassword = Own(341);

@@ -18,6 +18,10 @@ void Selection::Set(std::string kennName, std::string typ, std::string firmware,
   serial_ = std::move(serial);
 }
 
+void Selection::Clear() {
+  Set({}, {}, {}, {});
+}
+
 std::optional<std::string> Selection::GetKennName() const {
   const std::string_view name = Trim(kennName_);
   if (name.empty()) return std::nullopt;
@@ -31,8 +35,7 @@ std::optional<std::string> Selection::GetKenn() const {
 }
 
 std::optional<std::string> Selection::GetKennSel() const {
-  const std::optional<std::string> kenn = GetKenn();
-  return !kenn || !check_ || check_() ? kenn : std::nullopt;
+  return check_ && !check_() ? std::nullopt : GetKenn();
 }
 
 int Selection::GetTypeCode() const {

@@ -18,8 +18,8 @@ class Selection {
   void Set(std::string kennName, std::string typ, std::string firmware, std::string serial);
 
   /// No station is shown any more; the check stays.
-  void Clear() { Set({}, {}, {}, {}); }
-  /// What must hold before something is written to the station; it says itself why it does not.
+  void Clear();
+  /// What may refuse commands that change something on the device, and says so.
   void SetCheck(std::function<bool()> check) { check_ = std::move(check); }
 
   const std::string& KennName() const { return kennName_; }
@@ -30,7 +30,7 @@ class Selection {
   std::optional<std::string> GetKennName() const;
   /// The address of the station, with its ":".
   std::optional<std::string> GetKenn() const;
-  /// The same for whoever writes to the station: nothing when the check fails.
+  /// The address for what changes something on the device: nothing also when the check refuses.
   std::optional<std::string> GetKennSel() const;
   /// The model number of the type string.
   int GetTypeCode() const;

@@ -32,6 +32,7 @@ int Link::CommandSend(int channel, const std::string& line) {
   // What an earlier exchange left behind, an answer or its failure, is not this one's.
   const AutomationResult status = Call("CStatus", {channel});
   if (!server_) return lastError_.Code();
+  if (lost_ != 0 && holdsWhenLost && holdsWhenLost()) return lost_;
   if (status.Ok() && status.Int() == status::kReady) Call("CReceive", {channel});
   return Call("CSend", {channel, line}).Ok() ? 0 : lastError_.Code();
 }

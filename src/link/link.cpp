@@ -14,6 +14,14 @@ namespace {
 constexpr int kAttempts = 5;
 constexpr std::string_view kSecondGeneration = "OstrelTESK";
 
+/// Whether the line may have another device at its end after this error. A time-out is none: a
+/// device that is slow is still the same.
+bool MeansLost(int code) {
+  constexpr int kLosses[] = {code::kPortFailure, code::kReceiveError, code::kNoChannel,
+                             code::kPortInUse,   code::kServerGone,   code::kCannotConnect};
+  return std::find(std::begin(kLosses), std::end(kLosses), code) != std::end(kLosses);
+}
+
 }  // namespace
 
 int ServerError::Code() const {
@@ -202,6 +210,15 @@ void Link::FrameRestore() {
   Put("CTranslate", savedTranslate_);
 }
 
+void Link::Doubt() {
+  if (lost_ == 0) lost_ = code::kNoChannel;
+}
+
+void Link::LookForLoss() {
+  if (state_ != LinkState::kChannel || busy_ || calls_ > 0) return;
+  Call("CStatus", {channel_});
+}
+
 void Link::KeepAliveTick(const std::string& text) {
   if (busy_ || calls_ > 0) return;
   if (state_ == LinkState::kServer) {
@@ -258,9 +275,13 @@ AutomationResult Link::Use(const std::function<AutomationResult(AutomationObject
 
 void Link::Raised(const AutomationResult& result) {
   lastError_ = {result.error, result.description};
+  const int code = lastError_.Code();
+  if (state_ == LinkState::kChannel && MeansLost(code)) {
+    const bool before = std::exchange(lost_, code) != 0;
+    if (!before && onLost) onLost(code);
+  }
   // Nothing more can come from a channel or a server that is gone: the next open starts afresh.
   // Only the outermost call may give up the object; those inside are of timers during its wait.
-  const int code = lastError_.Code();
   if (calls_ > 0 || (code != code::kNoChannel && code != code::kServerGone)) return;
   if (code == code::kServerGone) server_.reset();
   ConnectionClose();

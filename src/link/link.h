@@ -48,6 +48,19 @@ class Link {
   /// True while an answer is awaited.
   bool Busy() const { return busy_; }
 
+  /// True from an error after which another device may answer on the line, until Identified.
+  bool Lost() const { return lost_ != 0; }
+  /// Takes the line for lost: it was opened anew on purpose.
+  void Doubt();
+  /// It is known again what answers on the line.
+  void Identified() { lost_ = 0; }
+  /// Finds out whether the line was lost since the last exchange.
+  void LookForLoss();
+  /// Called when an error loses the link; no call of the server may be made then.
+  std::function<void(int code)> onLost;
+  /// Whether a lost link refuses to send, with the error that lost it; without it, it sends.
+  std::function<bool()> holdsWhenLost;
+
   /// Reads "DefTimeout_s" (corrected to 1..15 with messages, written back) and "Testmode".
   void LoadSettings();
 
@@ -110,8 +123,9 @@ class Link {
 
   /// The error that the last failed operation met.
   const ServerError& LastError() const { return lastError_; }
-  /// Makes the wait that is going on, and every later one, end with text::kExchangeGivenUp.
-  void GiveUp() { givenUp_ = true; }
+  /// Makes the wait that is going on, and every later one, end with text::kExchangeGivenUp, until
+  /// that is taken back.
+  void GiveUp(bool givenUp = true) { givenUp_ = givenUp; }
 
  private:
   AutomationResult Call(std::string_view member, const Values& arguments);
@@ -141,6 +155,7 @@ class Link {
   int savedTranslate_ = 0;
   bool testMode_ = false;
   bool busy_ = false;
+  int lost_ = 0;                     // the error that lost the line; 0 = none
   int goneCode_ = code::kNoChannel;  // what a call without a server object ends with
   int calls_ = 0;                    // of the server that have not returned yet
   bool givenUp_ = false;

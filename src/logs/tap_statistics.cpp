@@ -97,11 +97,12 @@ bool TapStatistics::ReadTotal(const std::string& line, std::int32_t& total) {
 }
 
 TapStatistics::Clearing TapStatistics::Clear() {
-  const std::optional<std::string> prefix = selection_.GetKenn();
-  if (!prefix) {
+  if (!selection_.GetKenn()) {
     messages_.Warn(text::kNoDeviceSelected);
     return Clearing::kFailed;
   }
+  const std::optional<std::string> prefix = selection_.GetKennSel();
+  if (!prefix) return Clearing::kFailed;
   if (!messages_.Ask(text::kDeleteStatistics)) return Clearing::kRefused;
   std::string answer;
   const bool done =

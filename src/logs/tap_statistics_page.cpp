@@ -1,5 +1,6 @@
 #include "logs/tap_statistics_page.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
@@ -26,6 +27,7 @@ TapStatisticsPage::TapStatisticsPage(Service& service, Runner run)
       butStatLesen(Named(new QPushButton, "butStatLesen")),
       butStatDel(Named(new QPushButton, "butStatDel")),
       butTapStat2Clip(Named(new QPushButton, "butTapStat2Clip")),
+      chkStatPoll(Named(new QCheckBox, "chkStatPoll")),
       chrtTapStat(Named(new BarChart, "chrtTapStat")),
       scrlTapStat(Named(new QScrollBar(Qt::Horizontal), "scrlTapStat")),
       total_(MakeTotal("lblTapSum")),
@@ -51,6 +53,7 @@ TapStatisticsPage::Total TapStatisticsPage::MakeTotal(const char* name) {
 void TapStatisticsPage::Arrange() {
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {butStatLesen, butTapStat2Clip}) buttons->addWidget(button);
+  buttons->addWidget(chkStatPoll);
   buttons->addStretch();
   buttons->addWidget(butStatDel);
 
@@ -78,6 +81,7 @@ void TapStatisticsPage::Captions() {
   butStatLesen->setText(caption(text::kRead));
   butStatDel->setText(caption(text::kDelete));
   butTapStat2Clip->setText(caption(text::kCopy));
+  chkStatPoll->setText(caption(text::kReadEveryMinute));
   total_.caption->setText(caption(text::kTapsTotal) + QLatin1Char(':'));
   underLoad_.caption->setText(caption(text::kTapsUnderLoad) + QLatin1Char(':'));
   chrtTapStat->SetData(ChartData());
@@ -100,8 +104,13 @@ void TapStatisticsPage::Read() {
   run_([this] { ReadDevice(); });
 }
 
+bool TapStatisticsPage::Polls() const {
+  return chkStatPoll->isChecked() && isVisible();
+}
+
 void TapStatisticsPage::ReadDevice() {
-  if (service_.Reconnect()) service_.Statistics().Read();
+  // What failed would fail again a minute later, with a message each time.
+  if (!service_.Reconnect() || !service_.Statistics().Read()) chkStatPoll->setChecked(false);
   ShowCounters();
 }
 

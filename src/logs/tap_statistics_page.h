@@ -4,6 +4,7 @@
 #include "platform/bar_chart.h"
 #include "platform/page.h"
 
+class QCheckBox;
 class QLabel;
 class QPushButton;
 class QScrollBar;
@@ -18,6 +19,7 @@ class TapStatisticsPage : public Page {
   void Captions() override;
   void Refresh() override;
   void Read() override;
+  bool Polls() const override;
   void EnableCommands(bool free) override;
 
  private:
@@ -45,6 +47,7 @@ class TapStatisticsPage : public Page {
   QPushButton* butStatLesen;
   QPushButton* butStatDel;
   QPushButton* butTapStat2Clip;
+  QCheckBox* chkStatPoll;
   BarChart* chrtTapStat;
   QScrollBar* scrlTapStat;
   Total total_;

@@ -17,6 +17,8 @@ class Page : public QWidget {
   virtual void Refresh() = 0;
   /// Reads what the page shows from the device, when it can.
   virtual void Read() = 0;
+  /// Whether it wants to be read about every minute, as the user has it.
+  virtual bool Polls() const { return false; }
   /// Whether commands may be started now; the page disables what does not fit besides.
   virtual void EnableCommands(bool free) = 0;
 };

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include "platform/x11_windows.h"
+
 namespace ostrel {
 
 std::filesystem::path ProgramDesktop::ProgramFolder() const {
@@ -19,8 +21,8 @@ std::filesystem::path ProgramDesktop::ProfileFolder() const {
   return QDir::homePath().toStdString();
 }
 
-bool ProgramDesktop::RaiseWindow(const std::string&) {
-  return false;
+bool ProgramDesktop::RaiseWindow(const std::string& title) {
+  return RaiseX11Window(title);
 }
 
 bool ProgramDesktop::StartProgram(const std::filesystem::path& program,

@@ -80,7 +80,7 @@ AutomationResult ServerProxy::Local(std::string_view member, ChannelState& chann
   // The answer, or the failure: either is given once.
   channel.status = status::kNothingSent;
   channel.answerHere = false;
-  return std::exchange(channel.answer, {});
+  return std::exchange(channel.answer, std::exchange(channel.after, {}));
 }
 
 AutomationResult ServerProxy::Send(int number, const Values& arguments) {
@@ -98,6 +98,7 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   channel.status = status::kWaiting;
   channel.answerHere = false;
   channel.answer = {};
+  channel.after = {};
   if (Connected() && SurelyTaken(channel, arguments)) {
     Write(request);
     heard_.start();
@@ -202,8 +203,13 @@ void ServerProxy::TakeStatus(const QJsonObject& notice) {
   if (found == channels_.end()) return;
   ChannelState& channel = found->second;
   if (notice[QStringLiteral("exchange")].toInt() != channel.exchange) return;
+  const QJsonValue error = notice[QStringLiteral("error")];
+  if (error.isObject() && channel.answerHere) {
+    channel.after = FromError(error);  // the answer is to be had all the same
+    return;
+  }
   channel.status = notice[QStringLiteral("status")].toInt();
-  if (const QJsonValue error = notice[QStringLiteral("error")]; error.isObject()) {
+  if (error.isObject()) {
     channel.answer = FromError(error);
   } else if (const QJsonValue answer = notice[QStringLiteral("answer")]; answer.isString()) {
     channel.answer = {answer.toString().toStdString(), 0, {}};

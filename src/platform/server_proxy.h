@@ -42,7 +42,8 @@ class ServerProxy : public AutomationObject {
     bool framed = true;
     bool online = false;
     bool answerHere = false;
-    AutomationResult answer;
+    AutomationResult answer;  // or the failure
+    AutomationResult after;   // a failure that came while the answer had not been fetched
   };
 
   AutomationResult Local(std::string_view member, ChannelState& channel);

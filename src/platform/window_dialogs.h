@@ -27,6 +27,8 @@ class WindowDialogs : public Dialogs {
 
   /// From now on nothing is shown, every question is answered with No; what is open closes.
   void Silence();
+  /// Takes that back.
+  void Speak() { silent_ = false; }
 
   void Show(const Message& message) override;
   bool AskYesNo(const std::string& question) override;

@@ -94,7 +94,10 @@ void BusConnection::OnLost(const QString& reason) {
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
     Report(*flight, code::kReceiveError, text);
   }
+  // Another device may come back: nobody's line goes to it unasked.
+  FailQueue(code::kReceiveError, text);
   if (raw_) emit RawFailed(code::kReceiveError, text);
+  emit PortLost(code::kReceiveError, text);
   StartNext();
 }
 

@@ -58,6 +58,8 @@ class BusConnection : public QObject {
   void OpenFailed(int code, const std::string& reason);
   void Answered(int channel, int exchange, const std::string& answer);
   void Failed(int channel, int exchange, int code, const std::string& reason);
+  /// The port was lost; the line in flight and those that waited have failed.
+  void PortLost(int code, const std::string& reason);
   void RawReceived(const std::string& bytes);
   void RawFailed(int code, const std::string& reason);
 

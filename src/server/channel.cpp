@@ -19,6 +19,7 @@ int Channel::NextExchange() {
 void Channel::Clear() {
   state_ = State::kIdle;
   received_.clear();
+  failure_ = {};
 }
 
 StatusNotice Channel::Answer(std::string_view bytes) {
@@ -33,6 +34,14 @@ StatusNotice Channel::Fail(int error, std::string description) {
   failure_ = ObjectError(error, std::move(description));
   return {number,       exchange_,      status::kNothingSent,
           std::nullopt, failure_.error, failure_.description};
+}
+
+std::optional<StatusNotice> Channel::PortLost(int error, std::string description) {
+  if (Transparent() || (state_ != State::kIdle && state_ != State::kReady)) return std::nullopt;
+  if (state_ == State::kIdle) return Fail(error, std::move(description));
+  failure_ = ObjectError(error, std::move(description));
+  return StatusNotice{number,       exchange_,      status::kNothingSent,
+                      std::nullopt, failure_.error, failure_.description};
 }
 
 std::optional<StatusNotice> Channel::AddRaw(std::string_view bytes) {
@@ -72,7 +81,7 @@ AutomationResult Channel::Receive() {
       return ObjectError(code::kReceiveError, "there is no answer yet");
     if (state_ == State::kIdle) return ObjectError(code::kNoCommand, "no command was sent");
   }
-  state_ = State::kIdle;
+  state_ = failure_.Ok() ? State::kIdle : State::kFailed;
   return {FromLatin1(std::exchange(received_, {})), 0, {}};
 }
 

@@ -86,6 +86,8 @@ void Channels::MakeBus(Line& line) {
   });
   connect(bus, &BusConnection::Answered, this, &Channels::OnAnswered);
   connect(bus, &BusConnection::Failed, this, &Channels::OnFailed);
+  connect(bus, &BusConnection::PortLost, this,
+          [this, self](int code, const std::string& reason) { TellLost(*self, code, reason); });
   connect(bus, &BusConnection::RawReceived, this,
           [this, self](const std::string& bytes) { OnRaw(self->onlineChannel, bytes); });
   connect(bus, &BusConnection::RawFailed, this, [this, self](int code, const std::string& reason) {
@@ -195,6 +197,18 @@ void Channels::TellOnline(const Line& line) {
     const auto channel = channels_.find(number);
     if (channel == channels_.end()) continue;
     emit OnlineChanged(channel->second.client, number, line.onlineChannel != 0);
+  }
+}
+
+/// Channels on which nothing was under way learn of the loss with their next "CStatus".
+void Channels::TellLost(const Line& line, int code, const std::string& reason) {
+  const std::vector<int> numbers = line.channels;
+  for (const int number : numbers) {
+    const auto found = channels_.find(number);
+    if (found == channels_.end()) continue;
+    if (const auto notice = found->second.PortLost(code, reason)) {
+      emit StatusChanged(found->second.client, *notice);
+    }
   }
 }
 

@@ -68,6 +68,7 @@ class Channels : public QObject {
   int FreeNumber();
   void ReleaseIfUnused(Line& line);
   void TellOnline(const Line& line);
+  void TellLost(const Line& line, int code, const std::string& reason);
 
   void OnAnswered(int number, int exchange, const std::string& answer);
   void OnFailed(int number, int exchange, int code, const std::string& reason);

@@ -94,11 +94,12 @@ struct WindowTest : testing::Test {
         {R"(all,station&#,!+";", ver.+)", "AA:Main;KT-X+;V2.27\r\nB1:<i>Nord</i>;KT-XB+;V2.27"}};
   }
   void SetUp() override { window.show(); }
-  /// A program that was told to end stays so until a loop runs again.
-  void TearDown() override {
+  /// A program that was told to end stays so until a loop has run.
+  static void LeaveLoop() {
     QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
     QApplication::exec();
   }
+  void TearDown() override { LeaveLoop(); }
   void Select(int row) {
     During<QDialog>([&] { window.DeviceSelect(); },
                     [row](QDialog& dialog) {

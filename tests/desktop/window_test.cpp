@@ -1,7 +1,11 @@
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTreeWidget>
+#include <filesystem>
+#include <fstream>
 #include <utility>
 
 #include "app/placement.h"
@@ -50,7 +54,7 @@ TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {
   Find<QPushButton>(window, "butStatLesen").click();
   EXPECT_EQ(passes, 3) << "the exchange was not given up";
   EXPECT_FALSE(window.isVisible());
-  service.Beenden();
+  window.Finish();
   EXPECT_EQ(world.server.closed, 1);
 }
 
@@ -103,6 +107,111 @@ TEST_F(WindowTest, PlacementComesBackUnlessItIsOnNoScreen) {
     EXPECT_EQ(next.width() == c.stored.width, c.restored) << c.stored.left;
     EXPECT_LE(next.minimumSizeHint().width(), 800);
     EXPECT_LE(next.minimumSizeHint().height(), 600);
+  }
+}
+
+TEST_F(WindowTest, APageThatTheModelDoesNotHaveSaysSo) {
+  const QTreeWidgetItem* item = Find<QTreeWidget>(window, "tvwPages").topLevelItem(0)->child(0);
+  const struct {
+    const char* type;
+    bool page, commands;
+  } cases[] = {{"KT-XF", false, false}, {"other", true, false}, {"LX-X", true, true}};
+  for (const auto& c : cases) {
+    service.DeviceChange("B1:x", c.type, "2.27", "1");
+    EXPECT_EQ(Find<QLabel>(window, "lblNoPage").isVisible(), !c.page) << c.type;
+    EXPECT_EQ(item->isDisabled(), !c.page) << c.type;
+    EXPECT_EQ(Find<QPushButton>(window, "butStatLesen").isEnabled(), c.commands) << c.type;
+  }
+}
+
+TEST_F(WindowTest, ReadsEveryMinuteAsLongAsThatWorks) {
+  Select(1);
+  auto& poll = Find<QCheckBox>(window, "chkStatPoll");
+  const auto readsAfter = [&](int milliseconds) {
+    world.server.sent.clear();
+    window.AliveTick(milliseconds);
+    return !world.server.sent.empty();
+  };
+  EXPECT_FALSE(readsAfter(60001)) << "not wanted";
+  poll.setChecked(true);
+  EXPECT_FALSE(readsAfter(60000));
+  EXPECT_TRUE(readsAfter(1));
+  During<QMessageBox>([&] { Find<QPushButton>(window, "butStatDel").click(); },
+                      [&](QMessageBox& box) {
+                        EXPECT_FALSE(readsAfter(60001)) << "beside a question";
+                        box.close();
+                      });
+  service.ServerLink().Doubt();
+  EXPECT_FALSE(readsAfter(60001)) << "lost";
+  service.ServerLink().Identified();
+  world.server.answers.erase("B1:RegTAPSUML#");
+  During<QMessageBox>([&] { readsAfter(1); }, [](QMessageBox& box) { box.close(); });
+  EXPECT_FALSE(poll.isChecked());
+}
+
+TEST_F(WindowTest, TheEndComesInItsOrderAndFromOutsideItAsksNothing) {
+  const std::filesystem::path file = world.desktop.DocumentsFolder() / "ostrel/tmp_udm_1.txt";
+  std::filesystem::create_directories(file.parent_path());
+  const struct {
+    const char* name;
+    void (*end)(frmMain&);
+    bool asks;
+  } ways[] = {{"closed", [](frmMain& w) { w.close(); }, true},
+              {"from outside", [](frmMain& w) { w.BeendenQuietly(); }, false},
+              {"both", [](frmMain& w) { w.close(), w.BeendenQuietly(); }, false},
+              {"end of the session", [](frmMain& w) { w.SessionEnds(), w.close(); }, false}};
+  for (const auto& way : ways) {
+    WindowDialogs boxes;
+    Service own({world.settings, world.factory, boxes, world.clock, world.desktop},
+                {.connection = {}, .language = "eng"});
+    frmMain next(own, boxes, Scheme::kSystem);
+    ASSERT_TRUE(own.DeviceSelectByAddress("B1:"));
+    world.server.closed = 0;
+    own.LogPeriod() = {"1.1.", "2.2."};
+    std::ofstream(file) << "x";
+    bool asked = false;
+    own.onSimulationOff = [&] {
+      asked = true;
+      EXPECT_TRUE(LoadPlacement(world.settings, "Service", "frmMain"));
+      EXPECT_EQ(world.settings.ReadProgram("Ostrel", "Misc", "XFLogTo", ""), "2.2.");
+      EXPECT_TRUE(!std::filesystem::exists(file) && world.server.closed == 0);
+      Answering("&Yes", [&] { EXPECT_TRUE(boxes.AskYesNo("?")) << way.name; });
+    };
+    way.end(next);
+    LeaveLoop();
+    next.Finish();
+    EXPECT_EQ(asked, way.asks) << way.name;
+    EXPECT_TRUE(!std::filesystem::exists(file) && world.server.closed == 1) << way.name;
+  }
+}
+
+TEST_F(WindowTest, NoLetterStandsTwiceInTheWindowOrAMenu) {
+  const auto once = [](const QStringList& texts) {
+    QString letters;
+    for (const QString& text : texts) {
+      const qsizetype mark = text.indexOf('&') + 1;
+      EXPECT_GT(mark, 0) << text.toStdString();
+      EXPECT_FALSE(letters.contains(text[mark], Qt::CaseInsensitive)) << text.toStdString();
+      letters += text[mark];
+    }
+  };
+  for (const char* code : {"mnuLanguage_deu", "mnuLanguage_eng", "mnuLanguage_fra"}) {
+    Find<QAction>(window, code).trigger();
+    QStringList inWindow;
+    for (const QAction* menu : window.menuBar()->actions()) {
+      inWindow << menu->text();
+      QStringList inMenu;
+      for (const QAction* action : menu->menu()->actions()) {
+        if (!action->isSeparator()) inMenu << action->text();
+      }
+      once(inMenu);
+    }
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+      if (!button->isVisible()) continue;
+      inWindow << button->text();
+      EXPECT_TRUE(button->focusPolicy() & Qt::TabFocus) << button->text().toStdString();
+    }
+    once(inWindow);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 #include <fstream>
 
 #include "app/frmMain.h"
@@ -29,10 +30,13 @@ struct Stage {
   explicit Stage(const std::string& address) {
     window.SelectWhenShown(address);
     window.show();
-    QObject::connect(&boxes, &QTimer::timeout, [] {
+    QObject::connect(&boxes, &QTimer::timeout, [this] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) return;
-      ADD_FAILURE() << "unexpected message: " << box->text().toStdString();
+      if (expected.isEmpty() || !box->text().contains(expected)) {
+        ADD_FAILURE() << "unexpected message: " << box->text().toStdString();
+      }
+      expected.clear();
       box->close();
     });
     boxes.start(50);
@@ -55,6 +59,7 @@ struct Stage {
   ProgramDesktop desktop;
   WindowDialogs dialogs;
   QTimer boxes;
+  QString expected;  // in the next message
   Service service{{settings, factory, dialogs, clock, desktop},
                   {.connection = {}, .language = "eng", .chooser = false}};
   frmMain window{service, dialogs, Scheme::kLight};
@@ -80,7 +85,8 @@ TEST_F(Window, ReadsTheSelectedDeviceAndMarksTheSimulation) {
 TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   ScriptedDevice device;
   device.answer = [](const QByteArray& line) {
-    return line.contains("fori") ? QByteArray() : ScriptedDevice::Reply(line, "AA:Nord");
+    if (line.contains("fori")) return QByteArray();
+    return ScriptedDevice::Reply(line, line.contains("ver.") ? "KT-X+;V2.27" : "AA:Nord");
   };
   programs.UseTcp(device.Port());
   Stage stage("AA:");
@@ -99,6 +105,32 @@ TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   EXPECT_TRUE(stage.RunToTheEnd());
   EXPECT_FALSE(stage.service.ServerLink().Busy());
   EXPECT_FALSE(stage.window.isVisible());
+}
+
+TEST_F(Window, KnowsThatAnotherDeviceWasPluggedInMeanwhile) {
+  ScriptedDevice device;
+  QByteArray serial = "1";
+  device.answer = [&](const QByteArray& line) {
+    const bool version = line.contains("ver."), number = line.contains("sysSN");
+    return ScriptedDevice::Reply(line, version ? "KT-X+;V2.27" : number ? serial : "AA:Nord");
+  };
+  programs.UseTcp(device.Port());
+  Stage stage("AA:");
+  for (const char* other : {"1", "2"}) {
+    serial = other;
+    device.Drop();
+    const auto says = [&](const char* start) {
+      return stage.Find<QLabel>("lblConnection")->text().startsWith(start);
+    };
+    EXPECT_TRUE(WaitUntil([&] { return says("Connection lost"); }));
+    stage.expected = serial == "2" ? "Selected: KT-X, 1\nAnswering: KT-X, 2\n\n(20280)" : "";
+    stage.Click("butStatLesen");
+    EXPECT_TRUE(says("Connected") && stage.expected.isEmpty());
+    EXPECT_EQ(stage.Find<QLabel>("lblOtherDevice")->isVisible(), serial == "2");
+  }
+  stage.expected = "(20283)";
+  stage.Click("butStatDel");
+  EXPECT_EQ(std::count(device.lines.begin(), device.lines.end(), "AA:RegTAPSTATCL*=0"), 0);
 }
 
 TEST_F(Window, EndsWhenTheServerIsStopped) {

@@ -65,6 +65,11 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
         return !client.Call("ServerStatus")["connections"][0]["open"].toBool();
       };
       EXPECT_TRUE(WaitUntil(closed));
+      for (const int told : {1, 2}) {
+        EXPECT_EQ(Client::CodeOf(client.Notice()["error"].toObject()), 10015) << told;
+        EXPECT_EQ(client.Call("CReceive", {told}), "re ver.") << "had before, not fetched yet";
+        EXPECT_EQ(client.Code("CStatus", {told}), 10015) << told;
+      }
       continue;
     }
     EXPECT_EQ(client.Exchange(step.channel, step.line), step.answer) << step.line;

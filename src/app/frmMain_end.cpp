@@ -1,0 +1,85 @@
+// The placement of the main window, and the end of the program.
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <utility>
+
+#include "app/frmMain.h"
+#include "app/placement.h"
+
+namespace ostrel {
+
+namespace {
+
+constexpr std::string_view kApplication = "Service";
+constexpr std::string_view kWindow = "frmMain";
+
+}  // namespace
+
+void frmMain::RestorePlacement() {
+  resize(960, 640);
+  const auto stored = LoadPlacement(service_.Settings(), kApplication, kWindow);
+  if (!stored) return;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect area = screen->availableGeometry();
+    const auto place = FittedTo({area.left(), area.top(), area.width(), area.height()}, *stored);
+    if (!place) continue;
+    move(place->left, place->top);
+    resize(place->width, place->height);
+    return;
+  }
+}
+
+void frmMain::KeepPlacement() {
+  // The position is that of the frame, which the normal geometry of a large window leaves out.
+  const bool large = isMaximized() || isFullScreen();
+  const QPoint frame = geometry().topLeft() - frameGeometry().topLeft();
+  const QRect place = large ? normalGeometry().translated(-frame) : QRect(pos(), size());
+  SavePlacement(service_.Settings(), kApplication, kWindow,
+                {place.left(), place.top(), place.width(), place.height()}, isMinimized());
+}
+
+void frmMain::Beenden() {
+  End(!sessionEnds_);
+}
+
+void frmMain::BeendenQuietly() {
+  End(false);
+}
+
+void frmMain::End(bool asks) {
+  asks_ = asks_ && asks;
+  // A second time as well: that also ends what the end itself asks.
+  dialogs_.Silence();
+  service_.ServerLink().GiveUp();
+  if (std::exchange(ending_, true)) return;
+  tmrAlive->stop();
+  KeepPlacement();
+  hide();
+  QCoreApplication::exit(0);
+}
+
+void frmMain::SessionEnds() {
+  sessionEnds_ = true;
+  if (ending_) return BeendenQuietly();
+  KeepPlacement();
+  service_.KeepPeriod();
+}
+
+void frmMain::Finish() {
+  if (!ending_) BeendenQuietly();
+  if (asks_) {
+    dialogs_.Speak();
+    service_.ServerLink().GiveUp(false);
+  }
+  service_.Beenden(asks_);
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+  Beenden();
+  event->accept();
+}
+
+}  // namespace ostrel
