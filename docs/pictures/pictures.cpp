@@ -13,6 +13,9 @@
 
 #include "app/frmMain.h"
 #include "app/texts.h"
+#include "config/frmLogin.h"
+#include "config/frmMeldLogin.h"
+#include "config/frmRechteShow.h"
 #include "link/connection_chooser.h"
 #include "link/connections.h"
 #include "link/frmChooser.h"
@@ -51,30 +54,31 @@ class Studio {
     Page(text::kStatistics);
     Click(window_, "butStatLesen");
     Shoot(window_, "statistics");
+    Select("B2:");
+    Page(text::kUserManagement);
+    Click(window_, "butPWRead");
+    Shoot(window_, "users");
   }
 
   void Forms() {
-    During([&] { window_.DeviceSelect(); }, [&](QDialog& form) { Shoot(form, "frmSelect"); });
-    During(
-        [&] {
-          ChooseConnection(&window_, service_.Texts(), Connections(settings_).List(),
-                           "Substation North", service_.Texts().Text(code::kCannotConnect));
-        },
-        [&](QDialog& form) { Shoot(form, "frmChooser"); });
-    During([&] { window_.ShowConnections(); },
-           [&](QDialog& form) {
-             Click(form, "butTest");
-             Shoot(form, "frmConnections");
-           });
-    During(
-        [&] {
-          frmConnection::DoDialog(&window_, service_.Texts(), Connections(settings_),
-                                  Connections(settings_).Find("Workshop"));
-        },
-        [&](QDialog& form) { Shoot(form, "frmConnection"); });
+    const Messages& texts = service_.Texts();
+    Connections connections(settings_);
+    Form("frmSelect", [&] { window_.DeviceSelect(); });
+    Form("frmChooser", [&] {
+      ChooseConnection(&window_, texts, connections.List(), "Substation North",
+                       texts.Text(code::kCannotConnect));
+    });
+    Form(
+        "frmConnections", [&] { window_.ShowConnections(); }, "butTest");
+    Form("frmConnection", [&] {
+      frmConnection::DoDialog(&window_, texts, connections, connections.Find("Workshop"));
+    });
+    Form("frmLogin", [&] { frmLogin::DoDiaLogin(&window_, service_); });
+    Form("frmRechteShow", [&] { frmRechteShow::DoDialog(&window_, service_, 2); });
+    Form("frmMeldLogin", [&] { frmMeldLogin::DoDialog(&window_, service_); });
   }
 
-  void End() { service_.Beenden(); }
+  void End() { service_.Beenden(false); }
 
  private:
   void Select(const std::string& address) {
@@ -91,14 +95,16 @@ class Studio {
     in.findChild<QPushButton*>(QLatin1String(button))->click();
   }
 
-  /// Lets the operation show a dialog, pictures it and leaves it.
-  void During(const std::function<void()>& operation, const std::function<void(QDialog&)>& act) {
+  /// Lets the operation show a dialog, uses one of its buttons first, pictures it and leaves it.
+  void Form(const char* name, const std::function<void()>& operation,
+            const char* button = nullptr) {
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, [&] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       if (dialog == nullptr || !dialog->isEnabled()) return;
       poll.stop();
-      act(*dialog);
+      if (button != nullptr) Click(*dialog, button);
+      Shoot(*dialog, name);
       dialog->reject();
     });
     poll.start(0);

@@ -70,7 +70,6 @@ struct UsersPageTest : WindowTest {
     for (const auto& [line, answer] : std::map<std::string, std::string>{
              {"B1:whoami", "user 0"},
              {"B1:passwort- 0,dr,!", "2"},
-             {"aa:passwort- 0,dr,!", "3"},
              {all, values},
              {"B1:,VER?-,^,if,VER- QOL,else,0,eif,!", feature},
              {"B1:pwlrelease# *", "PWLrel 1=1\r\nPWLrel 2=0\r\nPWLrel 4=0"},
@@ -189,6 +188,7 @@ TEST_F(UsersPageTest, ALoginCanBeClosedInTheMiddle) {
 TEST_F(UsersPageTest, RightsAreShownAndRaised) {
   world.server.answers["AA:login 1 no"] = "<<wrong password>>";
   world.server.answers["AA:login 1 4711"] = "";
+  world.server.answers["aa:passwort- 0,dr,!"] = "3";
   Person person({});
   person.acts["frmRechteShow"] = [&](QDialog& rights) {
     const auto shown = [&] { return Find<QLabel>(rights, "lblGrants").text().toStdString(); };
