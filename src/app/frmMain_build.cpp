@@ -104,7 +104,7 @@ void frmMain::BuildTree(QVBoxLayout& rows) {
   splitter->addWidget(tvwPages);
   splitter->addWidget(stack_);
   splitter->setStretchFactor(1, 1);
-  splitter->setSizes({210, 740});
+  splitter->setSizes({240, 710});
   splitter->setChildrenCollapsible(false);
   rows.addWidget(splitter, 1);
 }

@@ -102,7 +102,9 @@ void UsersPage::ShowRows() {
 
 void UsersPage::ShowUser() {
   const std::optional<UserRecord>& record = SelectedRecord();
-  cmbPWGrants->setCurrentIndex(record ? record->grant : -1);
+  // The guest's record tells the grant in force: his own only while nobody is logged in.
+  const bool own = SelectedUser() != 0 || service_.UserManagement().State().user == 0;
+  cmbPWGrants->setCurrentIndex(record && own ? record->grant : -1);
   edtPWTimeout->setText(record ? QString::number(record->timeout) : QString());
   txtPWUser->setText(lstUsers->topLevelItem(SelectedUser())->text(0));
 }
@@ -145,9 +147,10 @@ void UsersPage::SetPassword() {
 
 void UsersPage::SendSettings() {
   const int minutes = edtPWTimeout->text().toInt();
-  if (edtPWTimeout->text().isEmpty() || minutes > kMostMinutes) {
+  const bool chosen = cmbPWGrants->currentIndex() >= 0;
+  if (!chosen || edtPWTimeout->text().isEmpty() || minutes > kMostMinutes) {
     service_.Texts().Warn(text::kOutOfRange);
-    return edtPWTimeout->setFocus();
+    return chosen ? edtPWTimeout->setFocus() : cmbPWGrants->setFocus();
   }
   Change([user = SelectedUser(), grant = cmbPWGrants->currentIndex(), minutes](Users& users) {
     return users.SetUser(user, grant, minutes);

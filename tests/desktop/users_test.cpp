@@ -132,6 +132,10 @@ TEST_F(UsersPageTest, SendsWhatIsShownAndOffersThePasswordAgain) {
   };
   Click(*page, "butLogin");
   EXPECT_EQ(Text("lblUser"), "Logged in: User 1 (Admin)");
+  auto& rows = Find<QTreeWidget>(*page, "lstUsers");
+  QTest::keyClick(&rows, Qt::Key_Up);
+  EXPECT_EQ(Find<QComboBox>(*page, "cmbPWGrants").currentIndex(), -1) << "the guest's is not known";
+  QTest::keyClick(&rows, Qt::Key_Down);
 
   auto& minutes = Find<QLineEdit>(*page, "edtPWTimeout");
   minutes.clear();
