@@ -184,4 +184,40 @@ inline constexpr int kHelpName = Own(227);
 inline constexpr int kHelpData = Own(228);
 inline constexpr int kHelpServer = Own(229);
 
+// The page of the command console.
+inline constexpr int kTreeOperation = Own(340);
+inline constexpr int kConsole = Own(341);
+inline constexpr int kLoadScript = Own(342);
+inline constexpr int kSaveScript = Own(343);
+inline constexpr int kSaveScriptAs = Own(344);
+inline constexpr int kNewScript = Own(345);
+inline constexpr int kReadScript = Own(346);
+inline constexpr int kSendSeveral = Own(347);
+inline constexpr int kExportAnswers = Own(348);
+inline constexpr int kCheckScript = Own(349);
+inline constexpr int kSendMenu = Own(350);
+inline constexpr int kSendAll = Own(351);
+inline constexpr int kSendFromCursor = Own(352);
+inline constexpr int kSendLine = Own(353);
+inline constexpr int kSendSelection = Own(354);
+inline constexpr int kCopyText = Own(355);
+inline constexpr int kPasteText = Own(356);
+inline constexpr int kUndo = Own(357);
+inline constexpr int kRedo = Own(358);
+inline constexpr int kFind = Own(359);
+inline constexpr int kFindText = Own(360);
+inline constexpr int kFindNext = Own(361);
+inline constexpr int kFindBack = Own(362);
+inline constexpr int kNotFound = Own(363);
+inline constexpr int kRecentFiles = Own(364);
+inline constexpr int kNoFiles = Own(365);
+inline constexpr int kShowAnswers = Own(366);
+inline constexpr int kLogFile = Own(367);
+inline constexpr int kNewScriptName = Own(368);
+inline constexpr int kCaretLine = Own(369);
+inline constexpr int kCharacters = Own(370);
+inline constexpr int kLineOf = Own(371);
+inline constexpr int kDiscardScript = Own(372);
+inline constexpr int kTextFiles = Own(373);
+
 }  // namespace ostrel::text
