@@ -20,6 +20,7 @@
 #include "device/frmSelect.h"
 #include "link/frmConnections.h"
 #include "logs/tap_statistics_page.h"
+#include "pages/console_page.h"
 
 namespace ostrel {
 
@@ -43,6 +44,7 @@ Page* Create(Service& service, const Page::Runner& run) {
 }
 
 constexpr PageEntry kPages[] = {
+    {text::kTreeOperation, text::kConsole, &Create<ConsolePage>},
     {text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
 };
 
@@ -202,6 +204,7 @@ void frmMain::ShowPage(int index) {
   Page*& page = pages_[static_cast<std::size_t>(index)];
   if (page == nullptr) {
     page = kPages[index].create(service_, [this](const auto& operation) { Run(operation); });
+    page->onStatus = [this](const QString& text) { statusBar()->showMessage(text); };
     page->Captions();
     page->EnableCommands(!running_);
     stack_->addWidget(page);

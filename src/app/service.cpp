@@ -25,7 +25,10 @@ Service::Service(const Ports& ports, RunOptions options)
       tester_(ports.automation, ports.settings, ports.clock, ports.desktop.ProgramFolder()),
       commands_(link_, ports.dialogs, messages_),
       stations_(link_, commands_),
-      statistics_(link_, commands_, selection_, ports.dialogs, messages_) {
+      statistics_(link_, commands_, selection_, ports.dialogs, messages_),
+      console_({link_, commands_, selection_, device_, messages_, ports.dialogs, ports.settings,
+                ports.clock, [this] { return ConsoleReady(); },
+                [this](const std::string& address) { return DeviceSelectByAddress(address); }}) {
   sprachen_.UserIndex_Test();
   if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
   link_.OfferChooser(options_.chooser);
@@ -71,6 +74,11 @@ bool Service::Reconnect() {
   if (link_.ConnState() == LinkState::kChannel) return true;
   const std::optional<std::string> address = selection_.GetKenn();
   return address && ConnectionOpen() && selection_.GetKenn() && DeviceSelectByAddress(*address);
+}
+
+bool Service::ConsoleReady() {
+  if (!selection_.GetKenn()) messages_.Warn(text::kNoDeviceSelected);
+  return selection_.GetKenn() && Reconnect();
 }
 
 bool Service::DeviceSelect(const StationChooser& choose) {

@@ -19,6 +19,7 @@
 #include "link/connection_test.h"
 #include "link/link.h"
 #include "logs/tap_statistics.h"
+#include "pages/console.h"
 
 namespace ostrel {
 
@@ -56,6 +57,7 @@ class Service {
   const clsDevice& Device() const { return device_; }
   const Selection& Selected() const { return selection_; }
   TapStatistics& Statistics() { return statistics_; }
+  Console& CommandConsole() { return console_; }
 
   /// Chooses one of the stations found; nothing when the user cancels. `preselected` is the address
   /// selected until now.
@@ -102,6 +104,7 @@ class Service {
   bool LeadsToSimulator();
   void RefreshAfterDevChange();
   void PeriodicAction();
+  bool ConsoleReady();
 
   Ports ports_;
   RunOptions options_;
@@ -117,6 +120,7 @@ class Service {
   bool goOver_ = false;     // the next device selection opens another connection
   std::string selectedOn_;  // the connection of the selected device
   TapStatistics statistics_;
+  Console console_;
   int aliveMs_ = 0;
 };
 

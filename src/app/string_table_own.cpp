@@ -284,6 +284,34 @@ constexpr TableEntry kTable[] = {
       "Remède : essayer encore. Si l'erreur persiste, vérifier qu'ostrel-server est installé à "
       "côté des programmes."}},
 
+    // The console and its files.
+    {text::kRow, {"Zeile", "Row", "Ligne"}},
+    {text::kTooLong, {"Zu lang", "Too Long", "Trop longue"}},
+    {text::kMoreRows, {"... und %s weitere", "... and %s more", "... et %s autres"}},
+    {text::kTooManyLines,
+     {"Ein Skript darf höchstens 32767 Zeilen haben.", "A script may have 32767 lines at most.",
+      "Un script peut avoir 32767 lignes au plus."}},
+    {text::kRegLCommands, {"RegL-Befehle", "RegL-Commands", "des commandes RegL"}},
+    {text::kLogNotWritten,
+     {"Die Logdatei der Konsole konnte nicht geschrieben werden; die Konsole arbeitet ohne sie "
+      "weiter: %s",
+      "The logfile of the console could not be written; the console goes on without it: %s",
+      "Le fichier journal de la console n'a pas pu être écrit ; la console continue sans lui : "
+      "%s"}},
+    {text::kFileNotRead,
+     {"Die Datei konnte nicht gelesen werden: %s", "The file could not be read: %s",
+      "Le fichier n'a pas pu être lu : %s"}},
+    {text::kFileTooLarge,
+     {"Die Datei ist größer als 16 MiB: %s", "The file is larger than 16 MiB: %s",
+      "Le fichier dépasse 16 MiB : %s"}},
+    {text::kFileNoText,
+     {"Die Datei enthält keinen Text: %s", "The file does not hold a text: %s",
+      "Le fichier ne contient pas de texte : %s"}},
+    {text::kSavedAsUtf8,
+     {"Der Text lässt sich nicht in Windows-1252 halten. Die Datei wurde in UTF-8 gespeichert.",
+      "The text cannot be kept in Windows-1252. The file was saved in UTF-8.",
+      "Le texte ne peut pas rester en Windows-1252. Le fichier a été enregistré en UTF-8."}},
+
     // The page of the command console.
     {text::kTreeOperation, {"Bedienung", "Operation", "Conduite"}},
     {text::kConsole, {"Konsole", "Console", "Console"}},
@@ -291,7 +319,8 @@ constexpr TableEntry kTable[] = {
     {text::kSaveScript, {"&Speichern", "&Save", "Enre&gistrer"}},
     {text::kSaveScriptAs, {"Speichern &unter ...", "Save &as ...", "Enregistrer &sous ..."}},
     {text::kNewScript, {"&Neu", "&New", "&Nouveau"}},
-    {text::kReadScript, {"Vom &Gerät lesen ...", "Rea&d from device ...", "&Lire l'appareil ..."}},
+    {text::kReadScriptButton,
+     {"Vom &Gerät lesen ...", "Rea&d from device ...", "&Lire l'appareil ..."}},
     {text::kSendSeveral,
      {"An &mehrere senden ...", "Send to se&veral ...", "Envoyer à pl&usieurs ..."}},
     {text::kExportAnswers,

@@ -28,6 +28,18 @@ struct GivenConnection {
   std::optional<int> baud;
 };
 
+/// What is given of a script, and of the part of it that is sent.
+struct GivenScript {
+  std::string file;                   // "-" = standard input
+  std::optional<int> from, line;      // rows, counted from 1
+  std::string lines;                  // "N-M"
+  std::vector<std::string> stations;  // addresses
+  std::string log, output;            // files
+};
+
+/// What is wrong with rows "N-M"; empty when nothing is.
+std::string RowsProblem(const std::string& rows);
+
 /// One run of the command line: what was asked, and where results go.
 class CliRun {
  public:
@@ -49,6 +61,9 @@ class CliRun {
   ExitStatus Stations();
   ExitStatus Identify();
   ExitStatus Send(const std::vector<std::string>& lines);
+  ExitStatus ScriptCheck(const std::string& file);
+  ExitStatus ScriptSend(const GivenScript& given);
+  ExitStatus ScriptRead(const std::string& output);
   ExitStatus Statistics(bool csv, const std::string& chartFile);
   ExitStatus StatisticsClear();
   ExitStatus ServerStatus();
@@ -67,6 +82,8 @@ class CliRun {
   void Table(const std::vector<std::vector<std::string>>& rows) { PrintTable(ports_.out, rows); }
   /// Says what is wrong with given data.
   ExitStatus Faulty(const GivenConnection& given, const std::string& name, int problem);
+  std::optional<std::string> ScriptText(const std::string& file);
+  Console::Ending SendScript(const std::string& script, const GivenScript& given);
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

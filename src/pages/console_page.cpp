@@ -127,7 +127,9 @@ void ConsolePage::UseTool(Tool tool) {
 }
 
 void ConsolePage::Send(ScriptPart::Mode mode) {
-  ScriptPart part{.mode = mode, .line = static_cast<std::size_t>(edtRTFRegL->CaretLine())};
+  ScriptPart part;
+  part.mode = mode;
+  part.line = static_cast<std::size_t>(edtRTFRegL->CaretLine());
   if (mode == ScriptPart::Mode::kSelection) {
     part.selection = edtRTFRegL->SelectedText();
     const int start = edtRTFRegL->textCursor().selectionStart();
@@ -176,7 +178,7 @@ void ConsolePage::Saved(Console::Ending ending) {
 
 void ConsolePage::Export() {
   const auto file =
-      ChooseFile(service_.Boxes(), service_.Texts(), service_.Settings(), FileDialogKind::kSave,
+      ChooseFile(service_.Boxes(), service_.Settings(), service_.Texts(), FileDialogKind::kSave,
                  text::kSaveAs, text::kTextFiles, "RegLAnswers");
   if (!file) return;
   QSaveFile out(QString::fromStdString(*file));

@@ -44,11 +44,14 @@ Control* ConsolePage::Captioned(Control* control, int id) {
 }
 
 QPushButton* ConsolePage::AddTool(Tool tool) {
-  constexpr std::pair<Tool, int> kCaptions[] = {
-      {kLoad, text::kLoadScript},       {kSave, text::kSaveScript},
-      {kSaveAs, text::kSaveScriptAs},   {kNew, text::kNewScript},
-      {kReadDevice, text::kReadScript}, {kSendSeveral, text::kSendSeveral},
-      {kExport, text::kExportAnswers},  {kCheck, text::kCheckScript}};
+  constexpr std::pair<Tool, int> kCaptions[] = {{kLoad, text::kLoadScript},
+                                                {kSave, text::kSaveScript},
+                                                {kSaveAs, text::kSaveScriptAs},
+                                                {kNew, text::kNewScript},
+                                                {kReadDevice, text::kReadScriptButton},
+                                                {kSendSeveral, text::kSendSeveral},
+                                                {kExport, text::kExportAnswers},
+                                                {kCheck, text::kCheckScript}};
   auto* button = new QPushButton;
   button->setObjectName(QStringLiteral("butRGLTool%1").arg(static_cast<int>(tool)));
   for (const auto& [of, id] : kCaptions) {

@@ -19,6 +19,11 @@ class Page : public QWidget {
   virtual void Read() = 0;
   /// Whether commands may be started now; the page disables what does not fit besides.
   virtual void EnableCommands(bool free) = 0;
+  /// Whether the user lets the page go; it may ask him. What it holds may be lost then.
+  virtual bool MayClose() { return true; }
+
+  /// Shows a text in the status line.
+  std::function<void(const QString& text)> onStatus;
 };
 
 }  // namespace ostrel
