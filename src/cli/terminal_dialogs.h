@@ -4,6 +4,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "app/dialogs.h"
 #include "app/messages.h"
@@ -20,7 +21,7 @@ class TerminalDialogs : public Dialogs {
     std::function<void(bool)> echo = {};  // whether the terminal shows what is typed
   };
   TerminalDialogs(std::istream& in, std::ostream& err, Options options)
-      : in_(in), err_(err), options_(options) {}
+      : in_(in), err_(err), options_(std::move(options)) {}
 
   void Show(const Message& message) override;
   bool AskYesNo(const std::string& question) override;
