@@ -273,6 +273,9 @@ void frmMain::Beenden() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+  for (Page* page : pages_) {
+    if (!ending_ && page != nullptr && !page->MayClose()) return event->ignore();
+  }
   Beenden();
   event->accept();
 }
