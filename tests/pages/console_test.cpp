@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "app/files.h"
-#include "app/service.h"
 #include "kit/kit.h"
 
 namespace ostrel {
