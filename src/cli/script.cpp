@@ -1,8 +1,5 @@
 #include "pages/script.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "app/number.h"
 #include "app/text.h"
 #include "app/texts.h"
@@ -58,12 +55,15 @@ std::string RowsProblem(const std::string& rows) {
 
 std::optional<std::string> CliRun::ScriptText(const std::string& file) {
   if (file != kStandard) return service_.CommandConsole().Open(file);
-  const std::string bytes{std::istreambuf_iterator<char>(ports_.in), {}};
+  std::string bytes(kMostScriptBytes + 1, '\0');
+  ports_.in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(ports_.in.gcount()));
   ports_.in.clear();  // a question may follow
   std::string text;
   ScriptForm form;
-  if (DecodeScript(bytes, text, form)) return text;
-  service_.Texts().WarnFilled(text::kFileNoText, file);
+  const bool tooLarge = bytes.size() > kMostScriptBytes;
+  if (!tooLarge && DecodeScript(bytes, text, form)) return text;
+  service_.Texts().WarnFilled(tooLarge ? text::kFileTooLarge : text::kFileNoText, file);
   return std::nullopt;
 }
 
@@ -71,14 +71,14 @@ ExitStatus CliRun::ScriptCheck(const std::string& file) {
   const std::optional<std::string> script = ScriptText(file);
   if (!script) return ExitStatus::kRefused;
   const ostrel::ScriptCheck check = CheckScript(*script);
-  if (json_) {
+  if (json_ && !check.tooManyLines) {
     std::vector<std::string> rows;
     for (const auto& line : check.tooLong) {
       const auto length = static_cast<std::int64_t>(line.length);
       rows.push_back(JsonObject().Add("row", line.row).Add("length", length).Text());
     }
     PrintJson(JsonList(rows));
-  } else {
+  } else if (!json_) {
     ports_.out << (check.Ok() ? Text(text::kNoErrors) + "\n"
                               : Visible(check.List(service_.Texts())));
   }

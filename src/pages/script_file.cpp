@@ -15,7 +15,6 @@ namespace ostrel {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t kMostBytes = 16UL * 1024 * 1024;
 
 /// The characters of 0x80..0x9F in Windows-1252; where it has none, the control character.
 constexpr std::array<char32_t, 32> kUpperControls = {
@@ -143,7 +142,7 @@ std::string EncodeScript(std::string_view text, ScriptForm& form) {
 
 FileOutcome ReadScript(const std::string& path, std::string& text, ScriptForm& form) {
   std::string bytes;
-  const int error = ReadBytes(path, kMostBytes, bytes);
+  const int error = ReadBytes(path, kMostScriptBytes, bytes);
   if (error == EFBIG) return {text::kFileTooLarge, path};
   if (error != 0) return {text::kFileNotRead, FileFault(path, error)};
   if (!DecodeScript(bytes, text, form)) return {text::kFileNoText, path};

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace ostrel {
+
+/// The largest script file.
+inline constexpr std::size_t kMostScriptBytes = 16UL * 1024 * 1024;
 
 /// How the bytes of a script file make up its text.
 struct ScriptForm {
@@ -27,7 +31,7 @@ struct FileOutcome {
   std::string detail;
 };
 
-/// Reads a script of at most 16 MiB.
+/// Reads a script of at most kMostScriptBytes.
 FileOutcome ReadScript(const std::string& path, std::string& text, ScriptForm& form);
 /// Writes it; the file stays as it was when that fails.
 FileOutcome WriteScript(const std::string& path, std::string_view text, ScriptForm& form);

@@ -15,8 +15,6 @@
 namespace ostrel {
 namespace {
 
-namespace fs = std::filesystem;
-
 std::string Contents(const std::string& file) {
   std::string bytes;
   EXPECT_EQ(ReadBytes(file, 1U << 20U, bytes), 0) << file;
@@ -59,7 +57,7 @@ TEST(ScriptFile, IsReplacedWhole) {
   const std::string link = desktop.folder / "link.rgl";
   ASSERT_EQ(AppendBytes(file, "old"), 0);
   ASSERT_EQ(chmod(file.c_str(), 0640), 0);
-  fs::create_symlink("s.rgl", link);
+  std::filesystem::create_symlink("s.rgl", link);
   ScriptForm form;
   std::string text;
 
@@ -67,7 +65,7 @@ TEST(ScriptFile, IsReplacedWhole) {
   struct stat now {};
   ASSERT_EQ(stat(file.c_str(), &now), 0);
   EXPECT_EQ(now.st_mode & 07777U, 0640U);
-  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
   EXPECT_EQ(Contents(file), "new");
 
   const std::string folder = desktop.folder, large = folder + "/large";
@@ -86,7 +84,8 @@ TEST(ScriptFile, IsReplacedWhole) {
   EXPECT_EQ(WriteScript(file, std::string(100, 'x'), form).message, text::kFileNotWritten);
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(Contents(file), "new");
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3 + 3) << "something is left over";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 3 + 3)
+      << "something is left over";
 }
 
 TEST(ConsoleLog, IsCutByCharacters) {
@@ -95,9 +94,9 @@ TEST(ConsoleLog, IsCutByCharacters) {
       const kit::TemporaryDesktop desktop;
       ConsoleLog log;
       log.SetFile(desktop.folder / "log.txt");
-      std::string before, kept;
+      std::string before;
       for (std::size_t n = 0; n < length; ++n) before += unit;
-      kept = before.substr(0, (length > 64000 ? 32000 : length) * unit.size());
+      const std::string kept = before.substr(0, (length > 64000 ? 32000 : length) * unit.size());
       ASSERT_EQ(AppendBytes(log.File(), before), 0);
       EXPECT_EQ(log.Append("é"), "");
       EXPECT_TRUE(Contents(log.File()) == kept + "é\r\n") << unit << length;
