@@ -69,6 +69,7 @@ bench: release packages-check
 	build/release/bin/bench_exchange
 	build/release/bin/bench_waiting
 	build/release/bin/bench_server_start
+	build/release/bin/bench_script
 	build/release/bin/bench_startup
 
 install: release

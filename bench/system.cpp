@@ -10,15 +10,11 @@
 
 namespace ostrel::bench {
 
-namespace {
-
 std::array<int, 2> NewPipe() {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   return ends;
 }
-
-}  // namespace
 
 int RunMain(int argc, char** argv, int (*bench)(int argc, char** argv)) {
   const bool desktop = argc > 1 && std::string_view(argv[1]) == "--glib";

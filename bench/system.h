@@ -20,6 +20,9 @@ namespace ostrel::bench {
 /// Returns the exit status.
 int RunMain(int argc, char** argv, int (*bench)(int argc, char** argv));
 
+/// Both ends of a pipe that no other program inherits.
+std::array<int, 2> NewPipe();
+
 /// The server program of the same build; it listens when the object is there.
 class Server {
  public:

@@ -20,6 +20,7 @@
 #include "device/frmSelect.h"
 #include "link/frmConnections.h"
 #include "logs/tap_statistics_page.h"
+#include "pages/console_page.h"
 
 namespace ostrel {
 
@@ -43,6 +44,7 @@ Page* Create(Service& service, const Page::Runner& run) {
 }
 
 constexpr PageEntry kPages[] = {
+    {Feature::kConsole, text::kTreeOperation, text::kConsole, &Create<ConsolePage>},
     {Feature::kTapStatistics, text::kTreeLogs, text::kStatistics, &Create<TapStatisticsPage>},
     {Feature::kUsers, text::kTreeConfiguration, text::kUserManagement, &Create<UsersPage>},
 };
@@ -236,6 +238,7 @@ void frmMain::ShowPage(int index) {
   Page*& page = pages_[static_cast<std::size_t>(index)];
   if (page == nullptr) {
     page = kPages[index].create(service_, [this](const auto& operation) { Run(operation); });
+    page->onStatus = [this](const QString& text) { statusBar()->showMessage(text); };
     page->Captions();
     stack_->addWidget(page);
     EnableCommands();

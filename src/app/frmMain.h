@@ -67,6 +67,8 @@ class frmMain : public QMainWindow {
   void Captions();
   // frmMain_end.cpp
   void RestorePlacement();
+  void KeepUnsaved(bool unasked);
+  void Quit();
   void KeepPlacement();
   void End(bool asks);
 

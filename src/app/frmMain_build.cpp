@@ -136,7 +136,7 @@ void frmMain::BuildMenus(Scheme scheme) {
   program->addSeparator();
   AddLogSwitch(*program);
   program->addSeparator();
-  AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Beenden);
+  AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Quit);
   QMenu* view = AddMenu(text::kMenuView);
   AddSchemes(*view, scheme);
   view->addSeparator();

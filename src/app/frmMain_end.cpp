@@ -56,6 +56,7 @@ void frmMain::End(bool asks) {
   service_.ServerLink().GiveUp();
   if (std::exchange(ending_, true)) return;
   tmrAlive->stop();
+  KeepUnsaved(!asks_);
   KeepPlacement();
   hide();
   QCoreApplication::exit(0);
@@ -65,7 +66,14 @@ void frmMain::SessionEnds() {
   sessionEnds_ = true;
   if (ending_) return BeendenQuietly();
   KeepPlacement();
+  KeepUnsaved(true);
   service_.KeepPeriod();
+}
+
+void frmMain::KeepUnsaved(bool unasked) {
+  for (Page* page : pages_) {
+    if (page != nullptr) page->KeepUnsaved(unasked);
+  }
 }
 
 void frmMain::Finish() {
@@ -77,7 +85,14 @@ void frmMain::Finish() {
   service_.Beenden(asks_);
 }
 
+void frmMain::Quit() {
+  close();
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
+  for (Page* page : pages_) {
+    if (page != nullptr && !ending_ && !page->MayClose()) return event->ignore();
+  }
   Beenden();
   event->accept();
 }

@@ -43,6 +43,16 @@ std::string Messages::Filled(int id, std::string_view value) const {
   return text;
 }
 
+std::string Messages::Filled(int id, std::string_view first, std::string_view second) const {
+  std::string text = Filled(id, first);
+  // What was filled in may hold the mark itself.
+  const std::size_t from = Caption(id).find("%s") + first.size();
+  if (const std::size_t place = text.find("%s", from); place != std::string::npos) {
+    text.replace(place, 2, second);
+  }
+  return text;
+}
+
 void Messages::Show(int id, std::string_view added) const {
   dialogs_.Show({.number = id, .text = Shown(id).append(added), .title = {}, .style = {}});
 }

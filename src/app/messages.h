@@ -38,6 +38,8 @@ class Messages {
   std::string Caption(int id) const;
   /// The caption with its first "%s" replaced.
   std::string Filled(int id, std::string_view value) const;
+  /// The same with its first two.
+  std::string Filled(int id, std::string_view first, std::string_view second) const;
 
   /// Shows the text as an information, with `added` behind it as it stands.
   void Show(int id, std::string_view added = {}) const;

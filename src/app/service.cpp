@@ -37,7 +37,11 @@ Service::Service(const Ports& ports, RunOptions options)
       commands_(link_, ports.dialogs, messages_),
       stations_(link_, commands_),
       statistics_(link_, commands_, selection_, ports.dialogs, messages_),
-      users_(link_, commands_, selection_, ports.dialogs, messages_) {
+      users_(link_, commands_, selection_, ports.dialogs, messages_),
+      console_({link_, commands_, selection_, device_, messages_, ports.dialogs, ports.settings,
+                ports.clock, [this] { return ConsoleReady(); },
+                [this](const std::string& address) { return DeviceSelectByAddress(address); },
+ UnsavedScriptFile(ports.desktop.DocumentsFolder()).string()}) {
   sprachen_.UserIndex_Test();
   if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
   ReadStartValues();
@@ -91,6 +95,11 @@ bool Service::Reconnect() {
   if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;
   const bool selected = selection_.GetKenn().has_value();
   return ConnectionOpen() && (!selected || MakeSure());
+}
+
+bool Service::ConsoleReady() {
+  if (!selection_.GetKenn()) messages_.Warn(text::kNoDeviceSelected);
+  return selection_.GetKenn() && Reconnect();
 }
 
 /// Whether the selected device is the one that answers at its address.

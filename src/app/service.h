@@ -27,6 +27,7 @@
 #include "link/link.h"
 #include "logs/clsLog.h"
 #include "logs/tap_statistics.h"
+#include "pages/console.h"
 
 namespace ostrel {
 
@@ -78,6 +79,7 @@ class Service {
   const std::filesystem::path& ConsoleLogPath() const { return consoleLog_; }
   /// The start-up switch of the power-quality devices.
   bool ContactQM() const { return contactQM_; }
+  Console& CommandConsole() { return console_; }
 
   /// The period that the data-log page shows, as it shows it. It is kept from run to run.
   struct Period {
@@ -164,6 +166,7 @@ class Service {
   void Deselect();
   void FollowConnection();
   bool LeadsToSimulator();
+  bool ConsoleReady();
 
   Ports ports_;
   RunOptions options_;
@@ -187,6 +190,7 @@ class Service {
   std::string_view autoCommand_;
   TapStatistics statistics_;
   Users users_;
+  Console console_;
   int aliveMs_ = 0;
 };
 

@@ -11,6 +11,7 @@ constexpr TableEntry kTable[] = {
     {text::kOk, {"&OK", "&OK", "&OK"}},
     {text::kCancel, {"&Abbrechen", "&Cancel", "&Annuler"}},
     {text::kError, {"Fehler!", "Error!", "Erreur !"}},
+    {text::kSuccessful, {"Vorgang erfolgreich.", "Operation successful.", "Opération réussie."}},
     {text::kType, {"Typ", "Type", "Type"}},
     {text::kTransferFinished,
      {"Übertragung erfolgreich beendet.", "Transfer finished successfully.",
@@ -19,6 +20,13 @@ constexpr TableEntry kTable[] = {
      {"Fehler bei der Übertragung oder Abbruch durch den Benutzer.",
       "Error while transfer or cancel by user.",
       "Erreur de transmission ou annulation par l'utilisateur."}},
+    {text::kSaveAs, {"Speichern unter", "Save as", "Enregistrer sous"}},
+    {text::kSelectLogFile,
+     {"Logdatei der Konsole", "Logfile of the Console", "Fichier journal de la console"}},
+    {text::kOpenFile, {"Datei öffnen ...", "Open File ...", "Ouvrir un fichier ..."}},
+    {text::kNoFileOpen,
+     {"Es ist keine Datei geöffnet.", "No File is opened.", "Aucun fichier n'est ouvert."}},
+    {text::kNoErrors, {"Keine Fehler gefunden.", "No Errors found.", "Aucune erreur trouvée."}},
     {text::kRuntimeError, {"Laufzeitfehler", "Runtime Error", "Erreur d'exécution"}},
     {text::kUserNameAndPassword,
      {"Bitte Benutzername und Passwort eingeben.", "Please enter user name and password.",
@@ -51,6 +59,8 @@ constexpr TableEntry kTable[] = {
     {text::kNoConnectionToDevice,
      {"Keine Verbindung zum Gerät.", "No Connection to Device.",
       "Pas de liaison avec l'appareil."}},
+    {text::kNothingToSend,
+     {"Es gibt nichts zu senden.", "There is nothing to send.", "Il n'y a rien à envoyer."}},
     {text::kNoDeviceSelected,
      {"Kein Gerät ausgewählt.", "No Device Selected.", "Aucun appareil sélectionné."}},
     {text::kUserGuest, {"Benutzer 0 (Gast)", "User 0 (Guest)", "Utilisateur 0 (invité)"}},
@@ -59,6 +69,18 @@ constexpr TableEntry kTable[] = {
     {text::kUser3, {"Benutzer 3", "User 3", "Utilisateur 3"}},
     {text::kUser4, {"Benutzer 4", "User 4", "Utilisateur 4"}},
     {text::kUser5, {"Benutzer 5", "User 5", "Utilisateur 5"}},
+    {text::kScriptFilter,
+     {"KT-X, KT-XB|*.rgl|LX-X|*.lxl|KT-XF, KT-XFB|*.xfl|QM-X|*.qml;*.qol|WB-X|*.wbl|KT-XW, "
+      "KT-XWB|*.xwl;*.rgl|JS-X|*.jsl|NV-X, HZ-X, ein weiterer "
+      "Typ|*.xbl|Geräteunabhängig|*.cmd;*.qol|Alle Dateien|*",
+      "KT-X, KT-XB|*.rgl|LX-X|*.lxl|KT-XF, KT-XFB|*.xfl|QM-X|*.qml;*.qol|WB-X|*.wbl|KT-XW, "
+      "KT-XWB|*.xwl;*.rgl|JS-X|*.jsl|NV-X, HZ-X, one more type|*.xbl|Device "
+      "independent|*.cmd;*.qol|All files|*",
+      "KT-X, KT-XB|*.rgl|LX-X|*.lxl|KT-XF, KT-XFB|*.xfl|QM-X|*.qml;*.qol|WB-X|*.wbl|KT-XW, "
+      "KT-XWB|*.xwl;*.rgl|JS-X|*.jsl|NV-X, HZ-X, un autre type|*.xbl|Indépendant de "
+      "l'appareil|*.cmd;*.qol|Tous les fichiers|*"}},
+    {text::kLogFilter,
+     {"Logdateien (*.log)|*.log", "Logfiles (*.log)|*.log", "Fichiers journaux (*.log)|*.log"}},
     {text::kFirmwareTooOld,
      {"Der gewünschte Vorgang ist mit dieser Firmware-Version noch nicht möglich.",
       "Desired Operation is not yet possible with this Version of Firmware.",

@@ -35,6 +35,10 @@ fs::path ServiceLogFile(const fs::path& documents) {
   return documents / "Ostrel" / "ServiceLog.txt";
 }
 
+fs::path UnsavedScriptFile(const fs::path& documents) {
+  return documents / "Ostrel" / "UnsavedScript.txt";
+}
+
 fs::path ConsoleLogFile(const SettingsStore& settings, const fs::path& profile) {
   const std::string folder = settings.ReadProgram("Ostrel", "Dirs", "RGL_Log_Path", "");
   std::string file =

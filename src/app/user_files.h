@@ -11,6 +11,9 @@ namespace ostrel {
 /// The service log, below the documents.
 std::filesystem::path ServiceLogFile(const std::filesystem::path& documents);
 
+/// Where the console puts a script aside, below the documents.
+std::filesystem::path UnsavedScriptFile(const std::filesystem::path& documents);
+
 /// The log of the console, as the settings have it; else in the user's profile.
 std::filesystem::path ConsoleLogFile(const SettingsStore& settings,
                                      const std::filesystem::path& profile);

@@ -12,6 +12,7 @@
 #include "link/connection_chooser.h"
 #include "link/connections.h"
 #include "link/line_rules.h"
+#include "pages/script.h"
 
 namespace ostrel {
 
@@ -31,6 +32,7 @@ struct Request {
 
   std::string name, chartFile;
   GivenConnection given;
+  GivenScript script;
   std::vector<std::string> lines;
   GivenUser user;
   int id = 0;
@@ -99,6 +101,39 @@ void DeclareConnections(CLI::App& app, Request& request) {
   Runs(remove, request, [&request](CliRun& run) { return run.ConnectionsRemove(request.name); });
 
   Runs(connections, request, [](CliRun& run) { return run.ConnectionsList(); });
+}
+
+void DeclareScript(CLI::App& app, Request& request) {
+  CLI::App* scripts = app.add_subcommand("script", "Scripts of device commands");
+  scripts->require_subcommand(1);
+  GivenScript& given = request.script;
+  CLI::App* check = scripts->add_subcommand("check", "List the lines that are too long");
+  check->add_option("file", given.file, "The script; \"-\" is standard input")->required();
+  Runs(check, request, [&given](CliRun& run) { return run.ScriptCheck(given.file); });
+
+  CLI::App* send =
+      scripts->add_subcommand("send", "Send it up to the first failure, after a question");
+  send->add_option("file", given.file, "The script; \"-\" is standard input")->required();
+  CLI::Option* const parts[] = {
+      send->add_option("--from", given.from, "Only this row and those behind it"),
+      send->add_option("--line", given.line, "Only this row"),
+      send->add_option("--lines", given.lines, "Only the rows N-M")
+          ->check(CLI::Validator(RowsProblem, "N-M")),
+      send->add_option("--stations", given.stations, "Addresses; the whole script to each in turn")
+          ->delimiter(',')
+          ->check(CLI::Validator(StationProblem, "ADDRESS"))};
+  for (CLI::Option* const one : parts) {
+    for (CLI::Option* const other : parts) {
+      if (one != other) one->excludes(other);
+    }
+  }
+  for (CLI::Option* const row : {parts[0], parts[1]}) row->check(CLI::Range(1, kMostScriptLines));
+  send->add_option("--log", given.log, "Also write what is printed behind the end of this file");
+  Runs(send, request, [&given](CliRun& run) { return run.ScriptSend(given); });
+
+  CLI::App* read = scripts->add_subcommand("read", "Read programs and menus, after a question");
+  read->add_option("-o,--output", given.output, "Write the script to this file");
+  Runs(read, request, [&given](CliRun& run) { return run.ScriptRead(given.output); });
 }
 
 void DeclareStatistics(CLI::App& app, Request& request) {
@@ -218,6 +253,7 @@ void Declare(CLI::App& app, Request& request) {
                    "with an address of its own is sent as it stands")
       ->required();
   Runs(send, request, [&request](CliRun& run) { return run.Send(request.lines); });
+  DeclareScript(app, request);
   DeclareStatistics(app, request);
   DeclareLogin(app, request);
   DeclareUsers(app, request);

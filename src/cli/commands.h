@@ -29,6 +29,18 @@ struct GivenConnection {
   std::optional<int> baud;
 };
 
+/// What is given of a script, and of the part of it that is sent.
+struct GivenScript {
+  std::string file;                   // "-" = standard input
+  std::optional<int> from, line;      // rows, counted from 1
+  std::string lines;                  // "N-M"
+  std::vector<std::string> stations;  // addresses
+  std::string log, output;            // files
+};
+
+/// What is wrong with rows "N-M"; empty when nothing is.
+std::string RowsProblem(const std::string& rows);
+
 /// One run of the command line: what was asked, and where results go.
 class CliRun {
  public:
@@ -50,6 +62,9 @@ class CliRun {
   ExitStatus Stations(bool addressesOnly);
   ExitStatus Identify();
   ExitStatus Send(const std::vector<std::string>& lines);
+  ExitStatus ScriptCheck(const std::string& file);
+  ExitStatus ScriptSend(const GivenScript& given);
+  ExitStatus ScriptRead(const std::string& output);
   ExitStatus Statistics(bool csv, const std::string& chartFile);
   ExitStatus StatisticsClear();
   ExitStatus ServerStatus();
@@ -81,6 +96,8 @@ class CliRun {
   /// Who is logged in, as it was last read.
   ExitStatus PrintLogin();
   void PrintPorts();
+  std::optional<std::string> ScriptText(const std::string& file);
+  Console::Ending SendScript(const std::string& script, const GivenScript& given);
   ExitStatus SendOne(const std::string& line, std::vector<std::string>& json);
 
   const CliPorts& ports_;

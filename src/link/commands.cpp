@@ -69,7 +69,10 @@ bool Commands::DevSendLines(const std::string& station, std::string lines,
   const BusyPointer busy(dialogs_);
   const int channel = link_.CurrentChannel();
   const std::string address = AddressPart(station);
-  if (!switchStation) return SendBlock(address, std::move(lines), suffix, quiet);
+  if (!switchStation) {
+    const std::string prefix = station == address + ";" ? station : address;
+    return SendBlock(prefix, std::move(lines), suffix, quiet);
+  }
 
   std::string previous;
   if (!Ask(channel, "dirn_", previous, quiet)) return false;

@@ -33,7 +33,8 @@ class Commands {
   bool IsErrorAnswer(const std::string& answer, bool showMessage) const;
 
   /// Sends a block of lines to a station; stops at the first that fails. With `switchStation` the
-  /// station is made current meanwhile, so that the lines go out without an address.
+  /// station is made current meanwhile, so that the lines go out without an address. A station
+  /// given as "B1:;" has its lines sent with that before them.
   bool DevSendLines(const std::string& station, std::string lines, const std::string& suffix,
                     bool switchStation, bool quiet);
   /// Makes a station current again.

@@ -21,6 +21,13 @@ class Page : public QWidget {
   virtual bool Polls() const { return false; }
   /// Whether commands may be started now; the page disables what does not fit besides.
   virtual void EnableCommands(bool free) = 0;
+  /// Whether the user lets the page go; it may ask him. What it holds may be lost then.
+  virtual bool MayClose() { return true; }
+  /// The program ends. Where nobody was asked, what was not saved is put aside for its next run.
+  virtual void KeepUnsaved(bool /*unasked*/) {}
+
+  /// Shows a text in the status line.
+  std::function<void(const QString& text)> onStatus;
 };
 
 }  // namespace ostrel
