@@ -4,6 +4,7 @@
 
 #include "app/text.h"
 #include "app/texts.h"
+#include "app/user_files.h"
 #include "link/answers.h"
 #include "link/connections.h"
 
@@ -41,7 +42,7 @@ Service::Service(const Ports& ports, RunOptions options)
       console_({link_, commands_, selection_, device_, messages_, ports.dialogs, ports.settings,
                 ports.clock, [this] { return ConsoleReady(); },
                 [this](const std::string& address) { return DeviceSelectByAddress(address); },
- UnsavedScriptFile(ports.desktop.DocumentsFolder()).string()}) {
+                UnsavedScriptFile(ports.desktop.DocumentsFolder()).string()}) {
   sprachen_.UserIndex_Test();
   if (!options_.language.empty()) sprachen_.SetLanguage(options_.language);
   ReadStartValues();

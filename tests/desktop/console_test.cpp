@@ -7,7 +7,6 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
-#include <QTreeWidget>
 #include <fstream>
 
 #include "desktop/fixture.h"
@@ -20,9 +19,7 @@ namespace {
 struct ConsolePageTest : WindowTest {
   void SetUp() override {
     WindowTest::SetUp();
-    auto& pages = Find<QTreeWidget>(window, "tvwPages");
-    pages.setCurrentItem(
-        pages.findItems("Console", Qt::MatchExactly | Qt::MatchRecursive).value(0));
+    ShowPage("Console");
     Select(0);
     world.server.answers["AA:;RegSW#"] = "100.5";
     world.server.answers["AA:;station#"] = "<b>Main</b>\x01";

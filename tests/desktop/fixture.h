@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QTreeWidget>
 #include <functional>
 #include <set>
 #include <string>
@@ -93,7 +94,15 @@ struct WindowTest : testing::Test {
         {"aa:passwort- 0,dr,!", "5"},
         {R"(all,station&#,!+";", ver.+)", "AA:Main;KT-X+;V2.27\r\nB1:<i>Nord</i>;KT-XB+;V2.27"}};
   }
-  void SetUp() override { window.show(); }
+  void SetUp() override {
+    window.show();
+    ShowPage("Statistics");
+  }
+  void ShowPage(const char* title) {
+    auto& pages = Find<QTreeWidget>(window, "tvwPages");
+    pages.setCurrentItem(
+        pages.findItems(QLatin1String(title), Qt::MatchExactly | Qt::MatchRecursive).value(0));
+  }
   /// A program that was told to end stays so until a loop has run.
   static void LeaveLoop() {
     QTimer::singleShot(0, [] { QCoreApplication::exit(0); });

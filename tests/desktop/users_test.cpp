@@ -58,9 +58,7 @@ struct UsersPageTest : WindowTest {
     WindowTest::SetUp();
     Protect(true);
     Select(1);
-    auto& pages = Find<QTreeWidget>(window, "tvwPages");
-    pages.setCurrentItem(
-        pages.findItems("User Management (COM)", Qt::MatchExactly | Qt::MatchRecursive).value(0));
+    ShowPage("User Management (COM)");
     page = window.findChild<QPushButton*>("butPWRead")->parentWidget();
     world.server.sent.clear();
   }

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
 
@@ -30,6 +31,9 @@ struct Stage {
   explicit Stage(const std::string& address) {
     window.SelectWhenShown(address);
     window.show();
+    auto* pages = Find<QTreeWidget>("tvwPages");
+    pages->setCurrentItem(
+        pages->findItems("Statistics", Qt::MatchExactly | Qt::MatchRecursive).value(0));
     QObject::connect(&boxes, &QTimer::timeout, [this] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) return;
