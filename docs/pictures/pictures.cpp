@@ -4,7 +4,10 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QTreeWidget>
 #include <functional>
@@ -21,6 +24,7 @@
 #include "link/frmChooser.h"
 #include "link/frmConnection.h"
 #include "link/frmConnections.h"
+#include "platform/code_editor.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
@@ -54,6 +58,7 @@ class Studio {
     Page(text::kStatistics);
     Click(window_, "butStatLesen");
     Shoot(window_, "statistics");
+    Console();
     Select("B2:");
     Page(text::kUserManagement);
     Click(window_, "butPWRead");
@@ -81,6 +86,32 @@ class Studio {
   void End() { service_.Beenden(false); }
 
  private:
+  /// A script on its way, and the message at the line that the device does not know.
+  void Console() {
+    Page(text::kConsole);
+    auto* editor = window_.findChild<CodeEditor*>(QStringLiteral("edtRTFRegL"));
+    editor->SetText(
+        "# Set values of the transformer\r\n\r\nRegUn#\r\nAA::\r\nstation#\r\n"
+        "RegTAPSUM#\r\n,regknu#,\";\",regkni#\r\n,\"" +
+            std::string(126, '-') +
+            "\"\r\n# longer than a line may be once it has an address\r\n"
+            "Unknown#\r\nstation#\r\n",
+        true);
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      auto* answers = window_.findChild<QPlainTextEdit*>(QStringLiteral("edtREGLAntwort"));
+      if (box == nullptr) {
+        if (editor->isReadOnly() && answers->blockCount() > 4) ShootOnce(window_, "sending");
+      } else {
+        if (box->icon() == QMessageBox::Warning) ShootScreen("failed");
+        box->buttons().constFirst()->click();
+      }
+    });
+    person.start(0);
+    window_.findChild<QAction*>(QStringLiteral("mnuSendAll"))->trigger();
+  }
+
   void Select(const std::string& address) {
     if (!service_.DeviceSelectByAddress(address)) std::exit(1);
   }
@@ -119,7 +150,29 @@ class Studio {
     std::cout << file.toStdString() << std::endl;
   }
 
+  void ShootOnce(QWidget& form, const char* name) {
+    if (shot_.contains(QLatin1String(name))) return;
+    shot_.append(QLatin1String(name));
+    Shoot(form, name);
+  }
+
+  /// The main window with what stands above it.
+  void ShootScreen(const char* name) {
+    if (shot_.contains(QLatin1String(name))) return;
+    shot_.append(QLatin1String(name));
+    QApplication::processEvents();
+    const QRect area = window_.geometry();
+    const QString file = place_.arg(QLatin1String(name));
+    if (!window_.screen()
+             ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
+             .save(file)) {
+      std::exit(1);
+    }
+    std::cout << file.toStdString() << std::endl;
+  }
+
   QString place_;
+  QStringList shot_;
   RegistrySettings settings_;
   ServerFactory server_;
   WindowDialogs dialogs_;

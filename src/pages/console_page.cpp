@@ -57,6 +57,8 @@ void ConsolePage::Connect() {
     Captions();
   });
   connect(edtRTFRegL, &QPlainTextEdit::cursorPositionChanged, this, &ConsolePage::ShowCaret);
+  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this,
+          [this] { edtRTFRegL->ShowRunning(-1); });
   connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
           &ConsolePage::ShowFile);
   connect(mnuRecent, &QMenu::aboutToShow, this, &ConsolePage::ShowRecent);
@@ -88,7 +90,6 @@ void ConsolePage::EnableCommands(bool free) {
   for (QAction* action : mnuRGL->actions()) action->setEnabled(free);
   // Rows must stay where they are while they are sent.
   edtRTFRegL->setReadOnly(!free);
-  if (free) edtRTFRegL->ShowRunning(-1);
 }
 
 bool ConsolePage::MayClose() {
@@ -144,17 +145,22 @@ void ConsolePage::Send(ScriptPart::Mode mode) {
     const int start = edtRTFRegL->textCursor().selectionStart();
     part.line = static_cast<std::size_t>(edtRTFRegL->document()->findBlock(start).blockNumber());
   }
-  run_([this, part] { Device().Send(edtRTFRegL->Text(), part); });
+  run_([this, part] { Shown(Device().Send(edtRTFRegL->Text(), part)); });
 }
 
 void ConsolePage::SendSeveral() {
   run_([this] {
-    Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
+    Shown(Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
       std::vector<std::string> stations;
       if (!service_.Bus().StationsListAll(stations)) return std::vector<std::string>();
       return ChooseDevices(this, service_.Texts(), title, stations);
-    });
+    }));
   });
+}
+
+void ConsolePage::Shown(Console::Ending ending) {
+  // The line that failed stays marked.
+  if (ending != Console::Ending::kFailed) edtRTFRegL->ShowRunning(-1);
 }
 
 void ConsolePage::New() {
