@@ -18,7 +18,7 @@ bool IsLimited(int level) {
   return level == 3 || level < 2;
 }
 
-/// The first row that fits; 0 when none does.
+/// The first row that fits; `otherwise` when none does.
 template <typename Fits>
 std::size_t FirstRow(const std::vector<Station>& rows, std::size_t otherwise, Fits fits) {
   const auto found = std::find_if(rows.begin(), rows.end(), fits);
@@ -47,7 +47,6 @@ int StationList::Fill(const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
-  short_ = false;
   std::string current;
   bool limited = true;
   int code = AskCurrent(current);
@@ -114,8 +113,6 @@ int StationList::FillShort(bool names, const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
-  short_ = true;
-  names_ = names;
   std::string answer;
   const std::string first = "!\"AA:" + messages_.Caption(text::kDirect) + "\"";
   int code = Ask(first + (names ? ",dirn" : ",dir"), answer);
@@ -131,7 +128,7 @@ int StationList::FillShort(bool names, const std::string& wanted) {
 
 int StationList::ConnectionChange() {
   const int code = link_.ConnectionSwitch();
-  if (code == 0) return short_ ? FillShort(names_, {}) : Fill({});
+  if (code == 0) return Fill({});
   if (code == text::kNoneRestored) return code;
   const ServerError& error = link_.LastError();
   if (code != Link::kNoneChosen) {

@@ -40,7 +40,7 @@ class StationList {
   /// Fills it with addresses from a single exchange, and with names when wanted; `wanted` is the
   /// text of the row to preselect. 0, text::kStationsIncomplete or kEnded.
   int FillShort(bool names, const std::string& wanted);
-  /// Lets the user choose another connection and fills the list again, as it was filled before.
+  /// Lets the user choose another connection and fills the list again.
   /// What Fill gives, text::kNoneRestored when there is no connection any more, or kUnchanged: why
   /// is shown.
   int ConnectionChange();
@@ -68,7 +68,6 @@ class StationList {
   RightsDisplay rights_;
   std::vector<Station> rows_;
   std::size_t preselected_ = 0;
-  bool short_ = false, names_ = false;  // how it was filled
 };
 
 }  // namespace ostrel
