@@ -35,6 +35,10 @@ StationList::StationList(Link& link, Commands& commands, Dialogs& dialogs, const
       messages_(messages),
       rights_(std::move(rights)) {}
 
+void StationList::Tell(int code) const {
+  messages_.Warn(code, code == text::kDeviceReplied ? "\n" + reply_ : std::string());
+}
+
 bool StationList::Usable(int code) {
   return code == 0 || code == text::kStationsIncomplete || code == text::kDeviceReplied;
 }
@@ -93,7 +97,10 @@ int StationList::AskStations(bool limited, const std::string& current) {
   std::string answer;
   const std::string asked = limited ? "AA:dirn_" : "all,station&#";
   if (const int code = Ask(asked + R"(,!+";", ver.+)", answer); code != 0) return code;
-  if (IsErrorAnswer(answer)) return text::kDeviceReplied;
+  if (IsErrorAnswer(answer)) {
+    reply_ = answer;
+    return text::kDeviceReplied;
+  }
   return Take(std::move(answer), current);
 }
 
@@ -116,11 +123,11 @@ int StationList::FillShort(bool names, const std::string& wanted) {
   std::string answer;
   const std::string first = "!\"AA:" + messages_.Caption(text::kDirect) + "\"";
   int code = Ask(first + (names ? ",dirn" : ",dir"), answer);
-  if (code == 0 && IsErrorAnswer(answer)) code = text::kDeviceReplied;
   if (code != 0) {
     link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
     return kEnded;
   }
+  if (commands_.IsErrorAnswer(answer, true)) return kEnded;
   code = Take(std::move(answer), {});
   preselected_ = FirstRow(rows_, 0, [&](const Station& row) { return row.KennName() == wanted; });
   return code;

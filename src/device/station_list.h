@@ -46,6 +46,8 @@ class StationList {
   int ConnectionChange();
   /// Whether there is a list to choose from after a filling that ended so.
   static bool Usable(int code);
+  /// Shows with what code a filling ended, and what the device said to it.
+  void Tell(int code) const;
 
   const std::vector<Station>& Rows() const { return rows_; }
   /// The row to begin with; 0 when none is special.
@@ -68,6 +70,7 @@ class StationList {
   RightsDisplay rights_;
   std::vector<Station> rows_;
   std::size_t preselected_ = 0;
+  std::string reply_;  // the error answer, where a filling ended with 1280
 };
 
 }  // namespace ostrel
