@@ -169,7 +169,7 @@ bool Users::LogIn(const std::string& prefix, int user, const std::string& passwo
   if (!Concerns(prefix)) return true;
   state_.user = user;
   state_.grant.reset();
-  if (user == kAdministrator) administrators_ = password;
+  administrators_ = user == kAdministrator ? password : std::string();
   return true;
 }
 
@@ -180,6 +180,7 @@ bool Users::LogOut() {
   }
   state_.user.reset();
   state_.grant.reset();
+  administrators_.clear();
   return true;
 }
 
