@@ -216,7 +216,7 @@ void Link::Doubt() {
 
 void Link::LookForLoss() {
   if (state_ != LinkState::kChannel || busy_ || calls_ > 0) return;
-  Call("CStatus", {channel_});
+  DropEarlier(channel_);
 }
 
 void Link::KeepAliveTick(const std::string& text) {
