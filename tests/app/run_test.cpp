@@ -174,6 +174,22 @@ TEST_F(RunTest, AfterALossNothingReachesAnotherDeviceUnasked) {
   }
 }
 
+TEST_F(RunTest, ALostLinkIsReopenedWhereTheDeviceWasSelected) {
+  Select();
+  world.server.follows = true;
+  world.settings.WriteShared(keys::kServerMisc, "CurrentConnection", "Other");
+  service->ServerLink().ConnectionClose();
+  EXPECT_TRUE(service->Reconnect() && service->Selected().GetKenn());
+  EXPECT_EQ(world.server.opened.back(), service->ServerLink().ConnectionName());
+
+  Start();
+  world.dialogs.yesNo = {true};
+  ASSERT_TRUE(service->ConnectionOpen());
+  service->ServerLink().Doubt();
+  EXPECT_TRUE(service->ConnectionReselect());
+  EXPECT_FALSE(service->ServerLink().Lost()) << "no device to be mistaken for another";
+}
+
 TEST_F(RunTest, ALostLinkWithoutAnswerStaysLost) {
   Select();
   service->ServerLink().Doubt();
