@@ -259,8 +259,9 @@ bool Service::LeadsToSimulator() {
 }
 
 bool Service::Simulated() const {
-  // Simulated devices behind a TCP port say so with their serial number.
-  return selection_.Serial().starts_with("SIM") ||
+  // Simulated devices behind a TCP port say so with their serial number; another one that answers
+  // in place of the selected may be real.
+  return (!locked_ && selection_.Serial().starts_with("SIM")) ||
          (link_.ConnState() == LinkState::kChannel && simulated_);
 }
 

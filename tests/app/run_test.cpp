@@ -202,6 +202,12 @@ TEST_F(RunTest, ALostLinkWithoutAnswerStaysLost) {
   EXPECT_FALSE(service->ConnectionReselect());
   EXPECT_TRUE(world.dialogs.asked.empty()) << "a lost line is opened without a question";
   EXPECT_TRUE(service->WritingLocked()) << "another device";
+  service->DeviceChange("B1:x", "KT-X", "2.27", "SIM1");
+  service->ServerLink().ConnectionClose();
+  EXPECT_TRUE(service->Simulated());
+  EXPECT_FALSE(service->Reconnect() || service->Selected().GetKennSel());
+  service->ServerLink().ConnectionClose();
+  EXPECT_FALSE(service->Simulated()) << "a real one answers";
 }
 
 }  // namespace
