@@ -174,7 +174,7 @@ bool Users::LogIn(const std::string& prefix, int user, const std::string& passwo
 }
 
 bool Users::LogOut() {
-  const std::optional<std::string> prefix = Reading();
+  const std::optional<std::string> prefix = Reading() ? selection_.GetKennSel() : std::nullopt;
   if (!prefix || !commands_.DevCmd(link_.CurrentChannel(), user_lines::LogOut(*prefix))) {
     return false;
   }
