@@ -58,20 +58,21 @@ Service::Service(const Ports& ports, RunOptions options)
 }
 
 bool Service::ConnectionOpen() {
+  return ConnectionOpen(options_.connection);
+}
+
+bool Service::ConnectionOpen(const std::string& connection) {
   // Asking for the name also finds out that the server is gone; a new one counts channels afresh.
   const bool wasOpen = !link_.ConnectionName().empty();
-  const LinkState state = link_.ConnectionOpen(options_.connection, frame::kFramed);
+  const LinkState state = link_.ConnectionOpen(connection, frame::kFramed);
   if (state == LinkState::kChannel) {
     // Settings that change later do not change where an open channel leads.
     if (!wasOpen) {
       simulated_ = LeadsToSimulator();
-      goOver_ = false;
+      if (connection == options_.connection) goOver_ = false;
       link_.Doubt();
     }
-    // The device selected until now is not on this connection.
-    if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
-    // Nothing can be mistaken for another one.
-    if (!selection_.GetKenn()) link_.Identified();
+    KeepSelection();
     return true;
   }
   // A server that could not be created has told so itself, and the chooser tells as well.
@@ -82,11 +83,19 @@ bool Service::ConnectionOpen() {
   return false;
 }
 
+/// What an open channel leaves of the selection: a device selected on another connection is none.
+void Service::KeepSelection() {
+  if (selection_.GetKenn() && link_.ConnectionName() != selectedOn_) Deselect();
+  // Nothing can be mistaken for another one.
+  if (!selection_.GetKenn()) link_.Identified();
+}
+
 bool Service::ConnectionReselect() {
   const std::optional<std::string> address = selection_.GetKenn();
   if (link_.ConnState() != LinkState::kChannel) return address ? Reconnect() : ConnectionOpen();
   if (!link_.ConnectionReselect()) return false;
   simulated_ = LeadsToSimulator();
+  KeepSelection();
   return !address || MakeSure();
 }
 
@@ -94,8 +103,9 @@ bool Service::Reconnect() {
   link_.ConnectionName();  // finds out that the server is gone
   link_.LookForLoss();
   if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;
-  const bool selected = selection_.GetKenn().has_value();
-  return ConnectionOpen() && (!selected || MakeSure());
+  if (!selection_.GetKenn()) return ConnectionOpen();
+  // Where the device was selected, whichever connection is the current one by now.
+  return ConnectionOpen(selectedOn_.empty() ? options_.connection : selectedOn_) && MakeSure();
 }
 
 bool Service::ConsoleReady() {
@@ -175,7 +185,7 @@ void Service::FollowConnection() {
   options_.connection = name;
   simulated_ = LeadsToSimulator();
   goOver_ = false;
-  if (selection_.GetKenn() && name != selectedOn_) Deselect();
+  KeepSelection();
 }
 
 bool Service::DeviceSelectByAddress(const std::string& address) {
@@ -259,8 +269,9 @@ bool Service::LeadsToSimulator() {
 }
 
 bool Service::Simulated() const {
-  // Simulated devices behind a TCP port say so with their serial number.
-  return selection_.Serial().starts_with("SIM") ||
+  // Simulated devices behind a TCP port say so with their serial number; another one that answers
+  // in place of the selected may be real.
+  return (!locked_ && selection_.Serial().starts_with("SIM")) ||
          (link_.ConnState() == LinkState::kChannel && simulated_);
 }
 

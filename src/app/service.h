@@ -153,6 +153,8 @@ class Service {
   void PeriodicAction();
   void Note(std::string_view text) const;
 
+  bool ConnectionOpen(const std::string& connection);
+  void KeepSelection();
   bool Adopt(const std::string& kennName);
   bool MakeSure();
   int SerialGet(const std::string& address, std::string& serial);

@@ -65,7 +65,7 @@ void Service::AliveTick(int intervalMs, bool idle) {
 
 void Service::PeriodicAction() {
   const std::optional<std::string> regulator = selection_.GetKennReglerFam();
-  if (link_.ConnState() != LinkState::kChannel || link_.Lost() || !regulator) return;
+  if (link_.ConnState() != LinkState::kChannel || link_.Lost() || locked_ || !regulator) return;
   commands_.DevCmdQuiet(link_.CurrentChannel(), *regulator + "dd-");
 }
 

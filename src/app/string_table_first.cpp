@@ -42,7 +42,7 @@ constexpr TableEntry kTable[] = {
       "The Passwords are not equal. Enter again please.",
       "Les mots de passe diffèrent. Veuillez les saisir à nouveau."}},
     {text::kPasswordNotChanged,
-     {"Das Passwort wurde nicht geändert oder erstmals gesetzt.",
+     {"Das Passwort wurde weder geändert noch erstmals gesetzt.",
       "Password wasn't changed or initially set.",
       "Le mot de passe n'a été ni modifié ni défini."}},
     {text::kEnterAdminPassword,

@@ -16,7 +16,7 @@ ExitStatus CliRun::Stations(bool addressesOnly) {
     return true;
   });
   const int code = addressesOnly ? list.FillShort(true, {}) : list.Fill({});
-  if (code > 0) service_.Texts().Warn(code);
+  if (code > 0) list.Tell(code);
   if (code != 0 && list.Rows().empty()) return ExitStatus::kRefused;
   if (addressesOnly) {
     PrintAddresses(list.Rows());

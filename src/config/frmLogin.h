@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "config/waiting_dialog.h"
+#include "platform/waiting_dialog.h"
 
 class QComboBox;
 class QLineEdit;

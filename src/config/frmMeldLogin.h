@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/waiting_dialog.h"
+#include "platform/waiting_dialog.h"
 
 namespace ostrel {
 

@@ -169,17 +169,18 @@ bool Users::LogIn(const std::string& prefix, int user, const std::string& passwo
   if (!Concerns(prefix)) return true;
   state_.user = user;
   state_.grant.reset();
-  if (user == kAdministrator) administrators_ = password;
+  administrators_ = user == kAdministrator ? password : std::string();
   return true;
 }
 
 bool Users::LogOut() {
-  const std::optional<std::string> prefix = Reading();
+  const std::optional<std::string> prefix = Reading() ? selection_.GetKennSel() : std::nullopt;
   if (!prefix || !commands_.DevCmd(link_.CurrentChannel(), user_lines::LogOut(*prefix))) {
     return false;
   }
   state_.user.reset();
   state_.grant.reset();
+  administrators_.clear();
   return true;
 }
 

@@ -86,7 +86,7 @@ class Users {
   Dialogs& dialogs_;
   const Messages& messages_;
   UserState state_;
-  std::string administrators_;  // password, as it was last accepted; empty = not known
+  std::string administrators_;  // password, as last accepted; empty = not known, or he logged out
 };
 
 }  // namespace ostrel

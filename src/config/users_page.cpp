@@ -174,7 +174,10 @@ void UsersPage::SendPorts() {
 void UsersPage::LogIn() {
   if (LoginProgramShow(service_.Computer())) return;
   run_([this] {
-    if (service_.Reconnect()) frmLogin::DoDiaLoginGrants(window(), service_);
+    // A password of the selected device is not another one's.
+    if (service_.Reconnect() && service_.Selected().GetKennSel()) {
+      frmLogin::DoDiaLoginGrants(window(), service_);
+    }
     ShowLogin();
   });
 }

@@ -163,7 +163,7 @@ void frmSelect::ChangeConnection() {
   if (code == StationList::kUnchanged) return lstStations->setFocus();
   ShowRows();
   // The list may be empty then, but another connection can be chosen.
-  if (code != 0) messages_.Warn(code);
+  if (code != 0) list_.Tell(code);
 }
 
 void frmSelect::reject() {
@@ -175,7 +175,7 @@ StationChoice frmSelect::DoDialog(QWidget* parent, const Messages& messages, Sta
                                   int titleId, const std::function<int()>& fill) {
   const int code = fill();
   if (!StationList::Usable(code)) return {.code = code};
-  if (code != 0) messages.Warn(code);
+  if (code != 0) list.Tell(code);
   frmSelect dialog(parent, messages, list);
   dialog.Captions(titleId);
   dialog.ShowRows();

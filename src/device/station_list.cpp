@@ -18,7 +18,7 @@ bool IsLimited(int level) {
   return level == 3 || level < 2;
 }
 
-/// The first row that fits; 0 when none does.
+/// The first row that fits; `otherwise` when none does.
 template <typename Fits>
 std::size_t FirstRow(const std::vector<Station>& rows, std::size_t otherwise, Fits fits) {
   const auto found = std::find_if(rows.begin(), rows.end(), fits);
@@ -35,6 +35,10 @@ StationList::StationList(Link& link, Commands& commands, Dialogs& dialogs, const
       messages_(messages),
       rights_(std::move(rights)) {}
 
+void StationList::Tell(int code) const {
+  messages_.Warn(code, code == text::kDeviceReplied ? "\n" + reply_ : std::string());
+}
+
 bool StationList::Usable(int code) {
   return code == 0 || code == text::kStationsIncomplete || code == text::kDeviceReplied;
 }
@@ -47,7 +51,6 @@ int StationList::Fill(const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
-  short_ = false;
   std::string current;
   bool limited = true;
   int code = AskCurrent(current);
@@ -94,7 +97,10 @@ int StationList::AskStations(bool limited, const std::string& current) {
   std::string answer;
   const std::string asked = limited ? "AA:dirn_" : "all,station&#";
   if (const int code = Ask(asked + R"(,!+";", ver.+)", answer); code != 0) return code;
-  if (IsErrorAnswer(answer)) return text::kDeviceReplied;
+  if (IsErrorAnswer(answer)) {
+    reply_ = answer;
+    return text::kDeviceReplied;
+  }
   return Take(std::move(answer), current);
 }
 
@@ -114,16 +120,14 @@ int StationList::FillShort(bool names, const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
-  short_ = true;
-  names_ = names;
   std::string answer;
   const std::string first = "!\"AA:" + messages_.Caption(text::kDirect) + "\"";
   int code = Ask(first + (names ? ",dirn" : ",dir"), answer);
-  if (code == 0 && IsErrorAnswer(answer)) code = text::kDeviceReplied;
   if (code != 0) {
     link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
     return kEnded;
   }
+  if (commands_.IsErrorAnswer(answer, true)) return kEnded;
   code = Take(std::move(answer), {});
   preselected_ = FirstRow(rows_, 0, [&](const Station& row) { return row.KennName() == wanted; });
   return code;
@@ -131,7 +135,7 @@ int StationList::FillShort(bool names, const std::string& wanted) {
 
 int StationList::ConnectionChange() {
   const int code = link_.ConnectionSwitch();
-  if (code == 0) return short_ ? FillShort(names_, {}) : Fill({});
+  if (code == 0) return Fill({});
   if (code == text::kNoneRestored) return code;
   const ServerError& error = link_.LastError();
   if (code != Link::kNoneChosen) {

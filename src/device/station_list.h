@@ -40,12 +40,14 @@ class StationList {
   /// Fills it with addresses from a single exchange, and with names when wanted; `wanted` is the
   /// text of the row to preselect. 0, text::kStationsIncomplete or kEnded.
   int FillShort(bool names, const std::string& wanted);
-  /// Lets the user choose another connection and fills the list again, as it was filled before.
+  /// Lets the user choose another connection and fills the list again.
   /// What Fill gives, text::kNoneRestored when there is no connection any more, or kUnchanged: why
   /// is shown.
   int ConnectionChange();
   /// Whether there is a list to choose from after a filling that ended so.
   static bool Usable(int code);
+  /// Shows with what code a filling ended, and what the device said to it.
+  void Tell(int code) const;
 
   const std::vector<Station>& Rows() const { return rows_; }
   /// The row to begin with; 0 when none is special.
@@ -68,7 +70,7 @@ class StationList {
   RightsDisplay rights_;
   std::vector<Station> rows_;
   std::size_t preselected_ = 0;
-  bool short_ = false, names_ = false;  // how it was filled
+  std::string reply_;  // the error answer, where a filling ended with 1280
 };
 
 }  // namespace ostrel

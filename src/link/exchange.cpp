@@ -29,12 +29,19 @@ std::string Unframed(std::string answer, const std::string& line) {
 
 int Link::CommandSend(int channel, const std::string& line) {
   if (busy_ || calls_ > 0) return text::kExchangeUnderWay;
-  // What an earlier exchange left behind, an answer or its failure, is not this one's.
-  const AutomationResult status = Call("CStatus", {channel});
+  DropEarlier(channel);
   if (!server_) return lastError_.Code();
   if (lost_ != 0 && holdsWhenLost && holdsWhenLost()) return lost_;
-  if (status.Ok() && status.Int() == status::kReady) Call("CReceive", {channel});
   return Call("CSend", {channel, line}).Ok() ? 0 : lastError_.Code();
+}
+
+/// What an earlier exchange left behind, an answer or its failure, is not the next one's. Behind an
+/// answer may stand that the line was lost since.
+void Link::DropEarlier(int channel) {
+  const AutomationResult status = Call("CStatus", {channel});
+  if (!status.Ok() || status.Int() != status::kReady) return;
+  Call("CReceive", {channel});
+  Call("CStatus", {channel});
 }
 
 int Link::AnswerWait(int channel, std::string& answer) {

@@ -94,7 +94,7 @@ LinkState Link::ConnectionOpen(std::string name, int frame, int kind) {
 
 bool Link::ChooseConnection(std::string& name) {
   // A server that is gone has no connections to choose from.
-  if (!server_ || !offerChooser_) return false;
+  if (!server_ || !offerChooser_ || givenUp_) return false;
   const int code = lastError_.Code();
   name = AskChooser(name, code, messages_.Shown(code) + lastError_.Detail());
   return !name.empty();
@@ -216,7 +216,7 @@ void Link::Doubt() {
 
 void Link::LookForLoss() {
   if (state_ != LinkState::kChannel || busy_ || calls_ > 0) return;
-  Call("CStatus", {channel_});
+  DropEarlier(channel_);
 }
 
 void Link::KeepAliveTick(const std::string& text) {

@@ -136,6 +136,7 @@ class Link {
   bool ChooseConnection(std::string& name);
   std::string AskChooser(const std::string& name, int code, const std::string& reason);
   bool ChannelTake(const std::string& name);
+  void DropEarlier(int channel);
   int Poll(int channel, std::string& answer);
 
   AutomationFactory& factory_;

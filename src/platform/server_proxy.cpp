@@ -59,6 +59,11 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
     // Other events may have run meanwhile.
     channel = channels_.find(number);
   }
+  // Above all that the line was lost before what is going to be sent.
+  if (member == "CStatus" && channel != channels_.end() &&
+      channel->second.status == status::kNothingSent) {
+    TakeTold();
+  }
   if (channel != channels_.end() && Connected()) {
     if (member == "CSend") return Send(number, arguments);
     if (member == "CStatus" || member == "COnlineEnabled" ||
@@ -83,11 +88,15 @@ AutomationResult ServerProxy::Local(std::string_view member, ChannelState& chann
   return std::exchange(channel.answer, std::exchange(channel.after, {}));
 }
 
-AutomationResult ServerProxy::Send(int number, const Values& arguments) {
-  // What the server told since the last call, above all of an online channel. To ask the system
-  // first is quicker than the socket's own way of finding out that there is nothing.
+/// What the server told since the last call. To ask the system first is quicker than the socket's
+/// own way of finding out that there is nothing.
+void ServerProxy::TakeTold() {
   pollfd told{static_cast<int>(socket_.socketDescriptor()), POLLIN, 0};
   if (poll(&told, 1, 0) > 0) socket_.waitForReadyRead(0);
+}
+
+AutomationResult ServerProxy::Send(int number, const Values& arguments) {
+  TakeTold();  // of an online channel
   const QByteArray request = rpc::EncodeRequest(0, "CSend", arguments);
   // The server would refuse it unseen, and neither side's count of exchanges may run ahead.
   if (request.size() + kRoomForId > rpc::kMaxRequest) {

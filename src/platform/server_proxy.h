@@ -49,6 +49,7 @@ class ServerProxy : public AutomationObject {
   AutomationResult Local(std::string_view member, ChannelState& channel);
   AutomationResult Send(int channel, const Values& arguments);
   bool SurelyTaken(const ChannelState& channel, const Values& arguments) const;
+  void TakeTold();
   void Write(const QByteArray& request);
   AutomationResult RoundTrip(std::string_view method, const Values& arguments, int limitMs);
   bool WaitForReply(int id, int limitMs);

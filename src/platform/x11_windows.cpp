@@ -35,6 +35,7 @@ class Display {
     if (root == XCB_NONE) return false;
     const QByteArray list = Property(root, Atom("_NET_CLIENT_LIST"));
     std::vector<xcb_window_t> windows(static_cast<std::size_t>(list.size()) / sizeof(xcb_window_t));
+    if (windows.empty()) return false;  // no window manager
     std::memcpy(windows.data(), list.constData(), windows.size() * sizeof(xcb_window_t));
     for (const xcb_window_t window : windows) {
       if (Title(window).compare(title, Qt::CaseInsensitive) == 0) return Activate(root, window);

@@ -37,8 +37,12 @@ StatusNotice Channel::Fail(int error, std::string description) {
 }
 
 std::optional<StatusNotice> Channel::PortLost(int error, std::string description) {
-  if (Transparent() || (state_ != State::kIdle && state_ != State::kReady)) return std::nullopt;
-  if (state_ == State::kIdle) return Fail(error, std::move(description));
+  if (Transparent() || state_ == State::kWaiting) return std::nullopt;
+  // An exchange that the loss ended has told so. Any other failure may have been fetched already
+  // from what the client was told, and must not hide that another device may come back.
+  const bool told = state_ == State::kFailed && failure_.error == ObjectError(error, {}).error;
+  if (told) return std::nullopt;
+  if (state_ != State::kReady) return Fail(error, std::move(description));
   failure_ = ObjectError(error, std::move(description));
   return StatusNotice{number,       exchange_,      status::kNothingSent,
                       std::nullopt, failure_.error, failure_.description};

@@ -44,7 +44,7 @@ class Channel {
   StatusNotice Answer(std::string_view bytes);
   StatusNotice Fail(int error, std::string description);
   /// The port was lost while nothing was under way: an answer stays, the failure is raised after
-  /// it. Nothing while an exchange, which fails itself, is under way, and on a transparent channel.
+  /// it. Nothing where an exchange tells it, and on a transparent channel.
   std::optional<StatusNotice> PortLost(int error, std::string description);
   /// Bytes that came in on a transparent channel; a notice when they are the first unfetched ones.
   std::optional<StatusNotice> AddRaw(std::string_view bytes);

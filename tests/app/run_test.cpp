@@ -174,6 +174,22 @@ TEST_F(RunTest, AfterALossNothingReachesAnotherDeviceUnasked) {
   }
 }
 
+TEST_F(RunTest, ALostLinkIsReopenedWhereTheDeviceWasSelected) {
+  Select();
+  world.server.follows = true;
+  world.settings.WriteShared(keys::kServerMisc, "CurrentConnection", "Other");
+  service->ServerLink().ConnectionClose();
+  EXPECT_TRUE(service->Reconnect() && service->Selected().GetKenn());
+  EXPECT_EQ(world.server.opened.back(), service->ServerLink().ConnectionName());
+
+  Start();
+  world.dialogs.yesNo = {true};
+  ASSERT_TRUE(service->ConnectionOpen());
+  service->ServerLink().Doubt();
+  EXPECT_TRUE(service->ConnectionReselect());
+  EXPECT_FALSE(service->ServerLink().Lost()) << "no device to be mistaken for another";
+}
+
 TEST_F(RunTest, ALostLinkWithoutAnswerStaysLost) {
   Select();
   service->ServerLink().Doubt();
@@ -186,6 +202,12 @@ TEST_F(RunTest, ALostLinkWithoutAnswerStaysLost) {
   EXPECT_FALSE(service->ConnectionReselect());
   EXPECT_TRUE(world.dialogs.asked.empty()) << "a lost line is opened without a question";
   EXPECT_TRUE(service->WritingLocked()) << "another device";
+  service->DeviceChange("B1:x", "KT-X", "2.27", "SIM1");
+  service->ServerLink().ConnectionClose();
+  EXPECT_TRUE(service->Simulated());
+  EXPECT_FALSE(service->Reconnect() || service->Selected().GetKennSel());
+  service->ServerLink().ConnectionClose();
+  EXPECT_FALSE(service->Simulated()) << "a real one answers";
 }
 
 }  // namespace

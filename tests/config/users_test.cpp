@@ -203,7 +203,7 @@ TEST_F(UsersTest, ReadsAllOrNothingMoreThanThatThereIsNoAdministrator) {
   }
 }
 
-TEST_F(UsersTest, TheAcceptedPasswordIsOfferedUntilTheDeviceChanges) {
+TEST_F(UsersTest, TheAcceptedPasswordIsOfferedUntilDeviceOrUserChange) {
   const auto offered = [&](const char* act, const Lines& typed) {
     world.dialogs.typed = typed;
     world.dialogs.offered.clear();
@@ -221,6 +221,11 @@ TEST_F(UsersTest, TheAcceptedPasswordIsOfferedUntilTheDeviceChanges) {
   EXPECT_EQ(offered("login 1", {"one"}), "");
   EXPECT_TRUE(users.LogIn("AA:", 1, "other"));
   EXPECT_EQ(offered("set 2 1 1", {}), "one") << "of another station";
+  world.server.answers["B1:logout"] = world.server.answers["B1:login 2 two"] = "";
+  EXPECT_TRUE(users.LogOut());
+  EXPECT_EQ(offered("set 2 1 1", {}), "");
+  for (const char* act : {"login 1", "login 2"}) offered(act, {act[6] == '1' ? "one" : "two"});
+  EXPECT_EQ(offered("set 2 1 1", {}), "") << "another user";
 }
 
 TEST(LoginProgram, IsRaisedElseStartedFromItsFolderElseMissing) {

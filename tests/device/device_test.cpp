@@ -264,6 +264,10 @@ TEST_F(BusTest, TakesAnswersOfAnyShape) {
       return c.line == kShort ? reached.FillShort(true, c.wanted) : reached.Fill(c.wanted);
     };
     EXPECT_EQ(Ended(fill), c.ended);
+    if (c.answer.starts_with("<<")) {
+      if (c.line == kAll) reached.Tell(text::kDeviceReplied);
+      EXPECT_TRUE(world.dialogs.shown.back().text.ends_with("\n" + c.answer));
+    }
     ASSERT_EQ(reached.Rows().size(), c.rows);
     EXPECT_EQ(reached.Preselected(), c.preselected);
     EXPECT_EQ(c.rows != 0 && reached.Rows()[c.preselected].current, c.isCurrent);

@@ -84,6 +84,17 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
   EXPECT_EQ(device.lines, Lines{"AA::"});
 }
 
+TEST_F(Sharing, AnEarlierFailureDoesNotHideThatTheLineWasLost) {
+  Client client(path);
+  client.Call("COpen", {"Tcp"});
+  client.Call("CTimeout", {1, 1});
+  device.answer = [](const QByteArray&) { return QByteArray(); };
+  client.Call("CSend", {1, "AA:1"});
+  EXPECT_EQ(Client::CodeOf(client.Notice()["error"].toObject()), 10012);
+  device.Drop();
+  EXPECT_EQ(Client::CodeOf(client.Notice()["error"].toObject()), 10015);
+}
+
 TEST_F(Sharing, NoReplyOfADeviceKeepsAConnectionOpenThatNobodyHolds) {
   Client client(path);
   for (const char* last : {"", "<<no station>>", "\x01"}) {

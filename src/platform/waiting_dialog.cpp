@@ -1,4 +1,4 @@
-#include "config/waiting_dialog.h"
+#include "platform/waiting_dialog.h"
 
 #include <QApplication>
 #include <QPointer>
