@@ -24,6 +24,7 @@
 #include "link/frmChooser.h"
 #include "link/frmConnection.h"
 #include "link/frmConnections.h"
+#include "pages/frmDevices.h"
 #include "platform/code_editor.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
@@ -77,6 +78,11 @@ class Studio {
         "frmConnections", [&] { window_.ShowConnections(); }, "butTest");
     Form("frmConnection", [&] {
       frmConnection::DoDialog(&window_, texts, connections, connections.Find("Workshop"));
+    });
+    Form("frmDevices", [&] {
+      std::vector<std::string> stations;
+      service_.Bus().StationsListAll(stations);
+      ChooseDevices(&window_, texts, texts.Text(text::kSelectDevices), stations);
     });
     Form("frmLogin", [&] { frmLogin::DoDiaLogin(&window_, service_); });
     Form("frmRechteShow", [&] { frmRechteShow::DoDialog(&window_, service_, 2); });
