@@ -61,7 +61,7 @@ TEST_F(ConsolePageTest, SendsWhatWasTyped) {
   QTest::keyClicks(editor, "# comment");
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClicks(editor, "RegSW#");
-  QTest::keyClick(editor, Qt::Key_Return);
+  QTest::keyClick(editor, Qt::Key_Return, Qt::ShiftModifier);
   QTest::keyClicks(editor, "aa::station#");
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClicks(editor, "station#");
