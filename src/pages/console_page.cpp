@@ -57,8 +57,10 @@ void ConsolePage::Connect() {
     Captions();
   });
   connect(edtRTFRegL, &QPlainTextEdit::cursorPositionChanged, this, &ConsolePage::ShowCaret);
-  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this,
-          [this] { edtRTFRegL->ShowRunning(-1); });
+  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this, [this] {
+    edtRTFRegL->ShowRunning(-1);
+    ShowCaret();  // a character behind the caret does not move it
+  });
   connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
           &ConsolePage::ShowFile);
   connect(mnuRecent, &QMenu::aboutToShow, this, &ConsolePage::ShowRecent);
@@ -215,8 +217,7 @@ void ConsolePage::ShowFile() {
 
 void ConsolePage::ShowCaret() {
   const QTextCursor caret = edtRTFRegL->textCursor();
-  const std::string length =
-      std::to_string(CharCount(caret.block().text().trimmed().toStdString()));
+  const std::string length = std::to_string(CharCount(Trim(caret.block().text().toStdString())));
   lblCaret->setText(QString::fromStdString(
       service_.Texts().Filled(text::kCaretLine, std::to_string(caret.blockNumber() + 1)) + "  ·  " +
       service_.Texts().Filled(text::kCharacters, length)));

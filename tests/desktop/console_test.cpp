@@ -111,6 +111,9 @@ TEST_F(ConsolePageTest, KeepsTextsAndKeys) {
   QTest::keyClick(editor, Qt::Key_M, Qt::ControlModifier);
   QTest::keyClicks(editor, "mb");
   EXPECT_EQ(editor->Text(), "amb");
+  editor->moveCursor(QTextCursor::Start);
+  QTest::keyClick(editor, Qt::Key_Delete);
+  EXPECT_EQ(Find<QLabel>(window, "lblCaret").text(), QString::fromUtf8("Line 1  ·  2 characters"));
   editor->SetText("x\xC2\xA0y\r\nz");
   EXPECT_EQ(editor->Text(), "x\xC2\xA0y\r\nz");
 
