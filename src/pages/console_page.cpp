@@ -36,6 +36,7 @@ ConsolePage::~ConsolePage() {
   Device().onPane = {};
   Device().onMonitor = {};
   Device().onSending = {};
+  Device().onAnswered = {};
 }
 
 QString ConsolePage::Text(int id) const {
@@ -49,6 +50,10 @@ void ConsolePage::Connect() {
     edtREGLAntwort->setVisible(on);
   };
   Device().onSending = [this](const SentLine& line) { ShowProgress(line); };
+  Device().onAnswered = [this](const SentLine& line) {
+    // The line that failed stays marked.
+    if (line.ok) edtRTFRegL->ShowRunning(-1);
+  };
   connect(chkRGLMonitor, &QCheckBox::toggled, this, [this](bool on) {
     if (on != Device().Monitor()) Device().MonitorSet(on);
   });
@@ -147,22 +152,17 @@ void ConsolePage::Send(ScriptPart::Mode mode) {
     const int start = edtRTFRegL->textCursor().selectionStart();
     part.line = static_cast<std::size_t>(edtRTFRegL->document()->findBlock(start).blockNumber());
   }
-  run_([this, part] { Shown(Device().Send(edtRTFRegL->Text(), part)); });
+  run_([this, part] { Device().Send(edtRTFRegL->Text(), part); });
 }
 
 void ConsolePage::SendSeveral() {
   run_([this] {
-    Shown(Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
+    Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
       std::vector<std::string> stations;
       if (!service_.Bus().StationsListAll(stations)) return std::vector<std::string>();
       return ChooseDevices(this, service_.Texts(), title, stations);
-    }));
+    });
   });
-}
-
-void ConsolePage::Shown(Console::Ending ending) {
-  // The line that failed stays marked.
-  if (ending != Console::Ending::kFailed) edtRTFRegL->ShowRunning(-1);
 }
 
 void ConsolePage::New() {
