@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QShortcut>
 #include <QTextBlock>
 #include <utility>
 
@@ -69,6 +70,9 @@ void ConsolePage::Connect() {
   connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
           &ConsolePage::ShowFile);
   connect(mnuRecent, &QMenu::aboutToShow, this, &ConsolePage::ShowRecent);
+  auto* save = new QShortcut(QKeySequence::Save, this);
+  save->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(save, &QShortcut::activated, this, [this] { UseTool(kSave); });
   edtRTFRegL->onMenu = [this](const QPoint& place) {
     if (free_) mnuRGL->popup(place);
   };
