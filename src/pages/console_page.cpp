@@ -80,6 +80,8 @@ void ConsolePage::Connect() {
 
 void ConsolePage::Captions() {
   for (const auto& set : captions_) set();
+  edtRTFRegL->setAccessibleName(Text(text::kScriptPane));
+  edtREGLAntwort->setAccessibleName(Text(text::kAnswerPane));
   butRGLLogFile->setToolTip(QString::fromStdString(VisibleLine(Device().Log().File())));
   ShowFile();
   ShowCaret();
