@@ -1,12 +1,14 @@
 // The page of the console, typed and clicked.
 
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <filesystem>
 #include <fstream>
 
 #include "desktop/fixture.h"
@@ -130,6 +132,18 @@ TEST_F(ConsolePageTest, KeepsTextsAndKeys) {
   EXPECT_EQ(editor->SelectedText(), "z");
   QTest::keyClick(&find, Qt::Key_Escape);
   EXPECT_FALSE(find.isVisible());
+}
+
+TEST_F(ConsolePageTest, SavesWithTheEndingThatSaysForWhatItIs) {
+  const auto file = world.desktop.folder / "setup";
+  QTest::keyClicks(editor, "ver.");
+  During<QFileDialog>([&] { QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier); },
+                      [&](QFileDialog& dialog) {
+                        const auto name = QString::fromStdString(file.string());
+                        Find<QLineEdit>(dialog, "fileNameEdit").setText(name);
+                        QMetaObject::invokeMethod(&dialog, "accept");
+                      });
+  EXPECT_TRUE(std::filesystem::exists(file.string() + ".rgl"));
 }
 
 TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {
