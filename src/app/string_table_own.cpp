@@ -459,6 +459,8 @@ constexpr TableEntry kTable[] = {
      {"Textdateien (*.txt)|*.txt|Alle Dateien (*.*)|*.*",
       "Text files (*.txt)|*.txt|All files (*.*)|*.*",
       "Fichiers texte (*.txt)|*.txt|Tous les fichiers (*.*)|*.*"}},
+    {text::kScriptPane, {"Skript", "Script", "Script"}},
+    {text::kAnswerPane, {"Antworten", "Answers", "Réponses"}},
 };
 static_assert(Ascending(kTable));
 

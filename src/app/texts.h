@@ -296,5 +296,7 @@ inline constexpr int kCharacters = Own(410);
 inline constexpr int kLineOf = Own(411);
 inline constexpr int kDiscardScript = Own(412);
 inline constexpr int kTextFiles = Own(413);
+inline constexpr int kScriptPane = Own(414);
+inline constexpr int kAnswerPane = Own(415);
 
 }  // namespace ostrel::text

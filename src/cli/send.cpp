@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "app/text.h"
 #include "app/texts.h"
 #include "cli/commands.h"
@@ -39,6 +41,7 @@ ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& js
   std::string answer;
   const int code = link.CommandExchangeCode(link.CurrentChannel(), line, answer);
   const bool ok = code == 0 && !IsErrorAnswer(answer);
+  answer = MaskedAnswer(std::move(answer), line);
   JsonObject entry;
   entry.Add("line", Masked(line)).Add("answer", answer).Add("ok", ok);
   if (code != 0) {

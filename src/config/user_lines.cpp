@@ -37,18 +37,6 @@ bool CanStandInALine(std::string_view text) {
   return true;
 }
 
-std::string Without(const std::string& text, const std::string& secret) {
-  const std::string lower = LowerAscii(text);
-  std::string rest;
-  std::size_t from = 0;
-  for (std::size_t at = lower.find(secret); at != std::string::npos;
-       at = lower.find(secret, from)) {
-    rest.append(text, from, at - from).append("***");
-    from = at + secret.size();
-  }
-  return rest.append(text, from);
-}
-
 }  // namespace
 
 namespace user_lines {
@@ -134,16 +122,6 @@ int PasswordProblem(std::string_view password) {
   const bool fits = !password.empty() && CanStandInALine(password) &&
                     password.find_first_of("\"',;:=") == std::string_view::npos;
   return fits ? 0 : text::kPasswordProblem;
-}
-
-std::string WithoutPasswords(std::string text, std::vector<std::string> passwords) {
-  // The longest first, so that nothing is left of one that begins with another.
-  std::sort(passwords.begin(), passwords.end(),
-            [](const std::string& a, const std::string& b) { return a.size() > b.size(); });
-  for (const std::string& password : passwords) {
-    if (!password.empty() && password != kNoPassword) text = Without(text, LowerAscii(password));
-  }
-  return text;
 }
 
 }  // namespace ostrel

@@ -61,8 +61,4 @@ std::vector<bool> FlagsFromAnswer(std::string_view answer);
 /// 0 when a password can stand in a line, else the message that says what it must not hold.
 int PasswordProblem(std::string_view password);
 
-/// The text with every occurrence of the passwords replaced, in whatever case: a device may repeat
-/// what it did not understand. The one that stands for none is no secret.
-std::string WithoutPasswords(std::string text, std::vector<std::string> passwords);
-
 }  // namespace ostrel

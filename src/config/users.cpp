@@ -7,6 +7,7 @@
 #include "app/texts.h"
 #include "device/rights.h"
 #include "link/answers.h"
+#include "link/line_rules.h"
 
 namespace ostrel {
 

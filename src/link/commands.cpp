@@ -37,7 +37,7 @@ bool Commands::DevQueryChecked(int channel, const std::string& line, std::string
 bool Commands::DevQueryMsg(int channel, const std::string& line, std::string& answer) {
   if (!link_.CommandExchange(channel, line, answer)) return false;
   if (!ostrel::IsErrorAnswer(answer)) return true;
-  messages_.Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
+  messages_.Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + MaskedAnswer(answer, line));
   return false;
 }
 

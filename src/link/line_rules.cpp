@@ -1,12 +1,17 @@
 #include "link/line_rules.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/text.h"
 
 namespace ostrel {
 
 namespace {
+
+constexpr std::string_view kMask = "***";
+/// None of them can be part of a password.
+constexpr std::string_view kSeparators = " \"',;:=";
 
 bool IsAlnum(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -21,6 +26,18 @@ std::size_t EndOfSecretWord(std::string_view line) {
     if (at != std::string::npos) end = std::min(end, at + word.size());
   }
   return end;
+}
+
+std::string Without(const std::string& text, const std::string& secret) {
+  const std::string lower = LowerAscii(text);
+  std::string rest;
+  std::size_t from = 0;
+  for (std::size_t at = lower.find(secret); at != std::string::npos;
+       at = lower.find(secret, from)) {
+    rest.append(text, from, at - from).append(kMask);
+    from = at + secret.size();
+  }
+  return rest.append(text, from);
 }
 
 }  // namespace
@@ -56,7 +73,35 @@ bool IsSecret(std::string_view line) {
 std::string Masked(std::string_view line) {
   const std::size_t end = EndOfSecretWord(line);
   if (end >= line.size()) return std::string(line);
-  return std::string(line.substr(0, end)) + " ***";
+  return std::string(line.substr(0, end)).append(" ").append(kMask);
+}
+
+std::string WithoutPasswords(std::string text, std::vector<std::string> passwords) {
+  // The longest first, so that nothing is left of one that begins with another.
+  std::sort(passwords.begin(), passwords.end(),
+            [](const std::string& a, const std::string& b) { return a.size() > b.size(); });
+  for (const std::string& password : passwords) {
+    if (!password.empty() && password != "0") text = Without(text, LowerAscii(password));
+  }
+  return text;
+}
+
+std::string MaskedAnswer(std::string answer, std::string_view line) {
+  const std::size_t end = EndOfSecretWord(line);
+  if (end >= line.size()) return answer;
+  std::vector<std::string> words(1);
+  for (const char c : line.substr(end)) {
+    if (kSeparators.find(c) == std::string_view::npos) {
+      words.back() += c;
+    } else {
+      words.emplace_back();
+    }
+  }
+  // Users, grants and flags.
+  std::erase_if(words, [](const std::string& word) {
+    return word.size() == 1 && (word[0] == '*' || (word[0] >= '0' && word[0] <= '9'));
+  });
+  return WithoutPasswords(std::move(answer), std::move(words));
 }
 
 }  // namespace ostrel

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "app/text.h"
 #include "app/texts.h"
@@ -38,19 +39,6 @@ std::string TimeStamp(const LocalTime& time) {
   std::snprintf(stamp.data(), stamp.size(), "[%04d-%02d-%02d  %02d:%02d:%02d]: ", time.year,
                 time.month, time.day, time.hour, time.minute, time.second);
   return stamp.data();
-}
-
-/// The answer without the password of the line, which a device may repeat.
-std::string WithoutSecret(std::string answer, const std::string& line, const std::string& shown) {
-  if (line == shown) return answer;
-  const std::string secret = line.substr(line.find_last_of(" =") + 1);
-  if (secret.empty()) return answer;
-  for (std::size_t at = answer.find(secret); at != std::string::npos;
-       at = answer.find(secret, at)) {
-    answer.replace(at, secret.size(), "***");
-    at += 3;
-  }
-  return answer;
 }
 
 std::string Ended(std::string answer) {
@@ -160,7 +148,7 @@ bool Console::SendEach(const std::string& prefix, const std::vector<ScriptLine>&
     if (onSending) onSending(sent);
     RGLAntwortAdd(TimeStamp(ports_.clock.Now()) + sent.command);
     sent.ok = Ask(command, sent.answer);
-    sent.answer = WithoutSecret(sent.answer, command, sent.command);
+    sent.answer = MaskedAnswer(std::move(sent.answer), command);
     if (onAnswered) onAnswered(sent);
     if (!sent.ok) return false;
     if (RGLCommandCursorDown) RGLCommandCursorDown();

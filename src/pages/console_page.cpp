@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QShortcut>
 #include <QTextBlock>
 #include <utility>
 
@@ -36,6 +37,7 @@ ConsolePage::~ConsolePage() {
   Device().onPane = {};
   Device().onMonitor = {};
   Device().onSending = {};
+  Device().onAnswered = {};
 }
 
 QString ConsolePage::Text(int id) const {
@@ -49,6 +51,10 @@ void ConsolePage::Connect() {
     edtREGLAntwort->setVisible(on);
   };
   Device().onSending = [this](const SentLine& line) { ShowProgress(line); };
+  Device().onAnswered = [this](const SentLine& line) {
+    // The line that failed stays marked.
+    if (line.ok) edtRTFRegL->ShowRunning(-1);
+  };
   connect(chkRGLMonitor, &QCheckBox::toggled, this, [this](bool on) {
     if (on != Device().Monitor()) Device().MonitorSet(on);
   });
@@ -57,11 +63,16 @@ void ConsolePage::Connect() {
     Captions();
   });
   connect(edtRTFRegL, &QPlainTextEdit::cursorPositionChanged, this, &ConsolePage::ShowCaret);
-  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this,
-          [this] { edtRTFRegL->ShowRunning(-1); });
+  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this, [this] {
+    edtRTFRegL->ShowRunning(-1);
+    ShowCaret();  // a character behind the caret does not move it
+  });
   connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
           &ConsolePage::ShowFile);
   connect(mnuRecent, &QMenu::aboutToShow, this, &ConsolePage::ShowRecent);
+  auto* save = new QShortcut(QKeySequence::Save, this);
+  save->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(save, &QShortcut::activated, this, [this] { UseTool(kSave); });
   edtRTFRegL->onMenu = [this](const QPoint& place) {
     if (free_) mnuRGL->popup(place);
   };
@@ -69,6 +80,8 @@ void ConsolePage::Connect() {
 
 void ConsolePage::Captions() {
   for (const auto& set : captions_) set();
+  edtRTFRegL->setAccessibleName(Text(text::kScriptPane));
+  edtREGLAntwort->setAccessibleName(Text(text::kAnswerPane));
   butRGLLogFile->setToolTip(QString::fromStdString(VisibleLine(Device().Log().File())));
   ShowFile();
   ShowCaret();
@@ -145,22 +158,17 @@ void ConsolePage::Send(ScriptPart::Mode mode) {
     const int start = edtRTFRegL->textCursor().selectionStart();
     part.line = static_cast<std::size_t>(edtRTFRegL->document()->findBlock(start).blockNumber());
   }
-  run_([this, part] { Shown(Device().Send(edtRTFRegL->Text(), part)); });
+  run_([this, part] { Device().Send(edtRTFRegL->Text(), part); });
 }
 
 void ConsolePage::SendSeveral() {
   run_([this] {
-    Shown(Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
+    Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
       std::vector<std::string> stations;
       if (!service_.Bus().StationsListAll(stations)) return std::vector<std::string>();
       return ChooseDevices(this, service_.Texts(), title, stations);
-    }));
+    });
   });
-}
-
-void ConsolePage::Shown(Console::Ending ending) {
-  // The line that failed stays marked.
-  if (ending != Console::Ending::kFailed) edtRTFRegL->ShowRunning(-1);
 }
 
 void ConsolePage::New() {
@@ -215,8 +223,7 @@ void ConsolePage::ShowFile() {
 
 void ConsolePage::ShowCaret() {
   const QTextCursor caret = edtRTFRegL->textCursor();
-  const std::string length =
-      std::to_string(CharCount(caret.block().text().trimmed().toStdString()));
+  const std::string length = std::to_string(CharCount(Trim(caret.block().text().toStdString())));
   lblCaret->setText(QString::fromStdString(
       service_.Texts().Filled(text::kCaretLine, std::to_string(caret.blockNumber() + 1)) + "  ·  " +
       service_.Texts().Filled(text::kCharacters, length)));

@@ -61,7 +61,6 @@ class ConsolePage : public Page {
   void Connect();
   void Send(ScriptPart::Mode mode);
   void SendSeveral();
-  void Shown(Console::Ending ending);
   void New();
   void Load();
   void Open(const std::string& file);

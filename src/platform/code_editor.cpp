@@ -152,6 +152,11 @@ void CodeEditor::keyPressEvent(QKeyEvent* event) {
     if (typed != QLatin1String("m")) marker_ = false;
     return event->accept();
   }
+  if (event == QKeySequence::InsertLineSeparator) {
+    // Else a line is broken where no file and no device sees a line end.
+    QKeyEvent plain(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+    return QPlainTextEdit::keyPressEvent(&plain);
+  }
   QPlainTextEdit::keyPressEvent(event);
 }
 

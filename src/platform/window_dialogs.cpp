@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <algorithm>
 #include <memory>
 
@@ -143,6 +144,15 @@ std::optional<std::string> WindowDialogs::ChooseFile(FileDialogKind kind, const 
   const bool open = kind == FileDialogKind::kOpen;
   dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
   dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  if (!open) {
+    // By the end of its name a file is known again.
+    const auto complete = [&dialog](const QString& chosen) {
+      static const QRegularExpression kEnding(QStringLiteral("\\*\\.(\\w+)"));
+      dialog.setDefaultSuffix(kEnding.match(chosen).captured(1));
+    };
+    complete(dialog.selectedNameFilter());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, complete);
+  }
   if (!RunModal(dialog) || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return dialog.selectedFiles().constFirst().toStdString();
 }

@@ -1,12 +1,14 @@
 // The page of the console, typed and clicked.
 
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <filesystem>
 #include <fstream>
 
 #include "desktop/fixture.h"
@@ -61,7 +63,7 @@ TEST_F(ConsolePageTest, SendsWhatWasTyped) {
   QTest::keyClicks(editor, "# comment");
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClicks(editor, "RegSW#");
-  QTest::keyClick(editor, Qt::Key_Return);
+  QTest::keyClick(editor, Qt::Key_Return, Qt::ShiftModifier);
   QTest::keyClicks(editor, "aa::station#");
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClicks(editor, "station#");
@@ -111,6 +113,9 @@ TEST_F(ConsolePageTest, KeepsTextsAndKeys) {
   QTest::keyClick(editor, Qt::Key_M, Qt::ControlModifier);
   QTest::keyClicks(editor, "mb");
   EXPECT_EQ(editor->Text(), "amb");
+  editor->moveCursor(QTextCursor::Start);
+  QTest::keyClick(editor, Qt::Key_Delete);
+  EXPECT_EQ(Find<QLabel>(window, "lblCaret").text(), QString::fromUtf8("Line 1  ·  2 characters"));
   editor->SetText("x\xC2\xA0y\r\nz");
   EXPECT_EQ(editor->Text(), "x\xC2\xA0y\r\nz");
 
@@ -127,6 +132,18 @@ TEST_F(ConsolePageTest, KeepsTextsAndKeys) {
   EXPECT_EQ(editor->SelectedText(), "z");
   QTest::keyClick(&find, Qt::Key_Escape);
   EXPECT_FALSE(find.isVisible());
+}
+
+TEST_F(ConsolePageTest, SavesWithTheEndingThatSaysForWhatItIs) {
+  const auto file = world.desktop.folder / "setup";
+  QTest::keyClicks(editor, "ver.");
+  During<QFileDialog>([&] { QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier); },
+                      [&](QFileDialog& dialog) {
+                        const auto name = QString::fromStdString(file.string());
+                        Find<QLineEdit>(dialog, "fileNameEdit").setText(name);
+                        QMetaObject::invokeMethod(&dialog, "accept");
+                      });
+  EXPECT_TRUE(std::filesystem::exists(file.string() + ".rgl"));
 }
 
 TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/files.h"
+#include "app/texts.h"
 #include "kit/kit.h"
 
 namespace ostrel {
@@ -104,6 +105,17 @@ TEST_F(ConsoleTest, PaneAndLogHoldEchoAndAnswerButNoPassword) {
   EXPECT_EQ(Sent(), Lines{"B1:;login 1 geheim"});
   EXPECT_EQ(pane, stamp + "B1:;login ***\r\n*** is welcome\r\n");
   EXPECT_EQ(world.dialogs.Numbers(), "1280 10263 20305 1126");
+
+  // What a device does not understand it may repeat.
+  const std::string line = "PWLrel 1 geheim=0,PWLrel 2 neu=1";
+  world.server.answers["B1:;" + line] = "<<10: " + line + " GEHEIM>>";
+  EXPECT_EQ(console.Send(line, {}), Ending::kFailed);
+  const Message& shown = *(world.dialogs.shown.end() - 2);
+  EXPECT_EQ(shown.number, text::kDeviceReplied);
+  EXPECT_NE(shown.text.find("<<10: *** 1 ***=0,"), std::string::npos) << shown.text;
+  for (const char* secret : {"geheim", "GEHEIM", "neu"}) {
+    EXPECT_EQ(shown.text.find(secret), std::string::npos) << shown.text;
+  }
 }
 
 TEST_F(ConsoleTest, WhileLinesAreSentEventsRun) {
