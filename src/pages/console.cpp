@@ -88,7 +88,7 @@ Console::Ending Console::Send(const std::string& script, const ScriptPart& part)
     return Ending::kFailed;
   }
   const Running running(running_);
-  if (!NotEmpty(script, text::kNoFileOpen) || !ports_.ready()) return Ending::kFailed;
+  if (!NotEmpty(script, text::kNoFileOpen) || !ports_.ready() || !Prefix()) return Ending::kFailed;
   if (!ScriptFits(ports_.device, fileName_)) {
     ports_.messages.Warn(text::kFileTypeDiffers);
     return Ending::kFailed;

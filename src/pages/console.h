@@ -99,9 +99,9 @@ class Console {
   Ending SaveAs(const std::string& script);
   /// Puts a script aside that was not saved, for the next run of the program; with an empty one
   /// nothing is there any more. What fails is lost.
-  void KeepUnsaved(const std::string& script) const;
+  void KeepUnsaved(const std::string& script);
   /// What was put aside, once; empty when there is nothing.
-  std::string TakeUnsaved() const;
+  std::string TakeUnsaved();
   /// Lets the user choose the file of the console log; false when he cancels.
   bool ChooseLogFile();
 
@@ -124,6 +124,7 @@ class Console {
   std::string fileName_;
   ScriptForm form_;
   bool loaded_ = false;
+  bool aside_ = false;  // a script of this run is put aside
   bool monitor_ = false;
   bool running_ = false;
 };

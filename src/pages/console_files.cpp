@@ -64,19 +64,23 @@ Console::Ending Console::SaveAs(const std::string& script) {
   return file ? Write(*file, script) : Ending::kNotConfirmed;
 }
 
-void Console::KeepUnsaved(const std::string& script) const {
+void Console::KeepUnsaved(const std::string& script) {
+  namespace fs = std::filesystem;
   std::error_code ignored;
-  const std::filesystem::path file = ports_.unsavedFile;
+  const fs::path file = ports_.unsavedFile;
   if (script.empty()) {
-    std::filesystem::remove(file, ignored);
+    // What another window put aside is not this one's.
+    if (std::exchange(aside_, false)) fs::remove(file, ignored);
     return;
   }
-  std::filesystem::create_directories(file.parent_path(), ignored);
+  fs::create_directories(file.parent_path(), ignored);
   ScriptForm form;
-  WriteScript(file.string(), script, form);
+  aside_ = WriteScript(file.string(), script, form).message == 0;
+  // Scripts may hold passwords.
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
 
-std::string Console::TakeUnsaved() const {
+std::string Console::TakeUnsaved() {
   std::string script;
   ScriptForm form;
   if (ReadScript(ports_.unsavedFile, script, form).message != 0) return {};

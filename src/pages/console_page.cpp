@@ -6,12 +6,13 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QShortcut>
 #include <QTextBlock>
+#include <QTimer>
 #include <utility>
 
 #include "app/file_choice.h"
+#include "app/files.h"
 #include "app/text.h"
 #include "app/texts.h"
 #include "pages/frmDevices.h"
@@ -19,6 +20,16 @@
 #include "platform/window_dialogs.h"
 
 namespace ostrel {
+
+namespace {
+
+/// A path for a tip, which would take "<b>" in it for markup.
+QString Plain(const std::string& path) {
+  return QStringLiteral("<span>%1</span>")
+      .arg(QString::fromStdString(VisibleLine(path)).toHtmlEscaped());
+}
+
+}  // namespace
 
 ConsolePage::ConsolePage(Service& service, Runner run)
     : service_(service), run_(std::move(run)), recent_(service.Settings()) {
@@ -73,6 +84,10 @@ void ConsolePage::Connect() {
   auto* save = new QShortcut(QKeySequence::Save, this);
   save->setContext(Qt::WidgetWithChildrenShortcut);
   connect(save, &QShortcut::activated, this, [this] { UseTool(kSave); });
+  // Questions and messages wait until the drop is over.
+  edtRTFRegL->onFile = [this](const std::string& file) {
+    QTimer::singleShot(0, this, [this, file] { Open(file); });
+  };
   edtRTFRegL->onMenu = [this](const QPoint& place) {
     if (free_) mnuRGL->popup(place);
   };
@@ -82,7 +97,7 @@ void ConsolePage::Captions() {
   for (const auto& set : captions_) set();
   edtRTFRegL->setAccessibleName(Text(text::kScriptPane));
   edtREGLAntwort->setAccessibleName(Text(text::kAnswerPane));
-  butRGLLogFile->setToolTip(QString::fromStdString(VisibleLine(Device().Log().File())));
+  butRGLLogFile->setToolTip(Plain(Device().Log().File()));
   ShowFile();
   ShowCaret();
 }
@@ -183,7 +198,7 @@ void ConsolePage::Load() {
 }
 
 void ConsolePage::Open(const std::string& file) {
-  if (!MayClose()) return;
+  if (!free_ || !MayClose()) return;
   if (const auto script = Device().Open(file)) SetScript(*script);
 }
 
@@ -204,11 +219,10 @@ void ConsolePage::Export() {
       ChooseFile(service_.Boxes(), service_.Settings(), service_.Texts(), FileDialogKind::kSave,
                  text::kSaveAs, text::kTextFiles, "RegLAnswers");
   if (!file) return;
-  QSaveFile out(QString::fromStdString(*file));
-  const QByteArray text =
-      edtREGLAntwort->toPlainText().replace(QLatin1Char('\n'), QLatin1String("\r\n")).toUtf8();
-  if (!out.open(QIODevice::WriteOnly) || out.write(text) != text.size() || !out.commit()) {
-    service_.Texts().WarnFilled(text::kFileNotWritten, VisibleLine(*file));
+  QString text = edtREGLAntwort->document()->toRawText();
+  text.replace(QChar::ParagraphSeparator, QLatin1String("\r\n"));
+  if (const int error = ReplaceBytes(*file, text.toStdString()); error != 0) {
+    service_.Texts().WarnFilled(text::kFileNotWritten, FileFault(*file, error));
   }
 }
 
@@ -218,7 +232,7 @@ void ConsolePage::ShowFile() {
                                     : QFileInfo(QString::fromStdString(name)).fileName();
   lblFile->setText(file +
                    (edtRTFRegL->document()->isModified() ? QStringLiteral(" *") : QString()));
-  lblFile->setToolTip(QString::fromStdString(VisibleLine(name)));
+  lblFile->setToolTip(Plain(name));
 }
 
 void ConsolePage::ShowCaret() {

@@ -3,6 +3,7 @@
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -171,6 +172,16 @@ void CodeEditor::contextMenuEvent(QContextMenuEvent* event) {
     onMenu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
   }
   event->accept();
+}
+
+bool CodeEditor::canInsertFromMimeData(const QMimeData* source) const {
+  return source->hasUrls() || QPlainTextEdit::canInsertFromMimeData(source);
+}
+
+void CodeEditor::insertFromMimeData(const QMimeData* source) {
+  const QString file = source->urls().value(0).toLocalFile();
+  if (file.isEmpty() || !onFile) return QPlainTextEdit::insertFromMimeData(source);
+  onFile(file.toStdString());
 }
 
 void CodeEditor::resizeEvent(QResizeEvent* event) {

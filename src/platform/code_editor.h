@@ -32,6 +32,8 @@ class CodeEditor : public QPlainTextEdit {
   /// none.
   bool Find(const QString& text, bool backward);
 
+  /// A file was dropped on the text.
+  std::function<void(const std::string& path)> onFile;
   /// Where the right mouse button was released over the text, in global coordinates.
   std::function<void(const QPoint&)> onMenu;
 
@@ -39,6 +41,8 @@ class CodeEditor : public QPlainTextEdit {
   void keyPressEvent(QKeyEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  bool canInsertFromMimeData(const QMimeData* source) const override;
+  void insertFromMimeData(const QMimeData* source) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 

@@ -161,5 +161,15 @@ TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {
   EXPECT_TRUE(close("&Yes"));
 }
 
+TEST_F(ConsolePageTest, PutsTextAsideWhenNobodyIsAsked) {
+  QTest::keyClicks(editor, "RegUn=1");
+  window.BeendenQuietly();
+  const frmMain next(service, dialogs, Scheme::kSystem);
+  const auto& again = Find<CodeEditor>(next, "edtRTFRegL");
+  EXPECT_EQ(again.Text(), "RegUn=1");
+  EXPECT_TRUE(again.document()->isModified());
+  EXPECT_TRUE(service.CommandConsole().TakeUnsaved().empty()) << "it is there once";
+}
+
 }  // namespace
 }  // namespace ostrel
