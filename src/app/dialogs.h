@@ -7,7 +7,8 @@ namespace ostrel {
 
 enum class MessageStyle { kInformation, kExclamation };
 
-enum class FileDialogKind { kOpen, kSave };
+/// kAppend is kSave where a file that exists is kept.
+enum class FileDialogKind { kOpen, kSave, kAppend };
 
 /// What a message box shows. The number is the one under which the text stands in the string table,
 /// 0 for a text without one.

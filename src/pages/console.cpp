@@ -222,7 +222,9 @@ Console::Ending Console::SendToEach(const std::vector<std::string>& stations,
                                     const ScriptLines& lines, const std::string& fileName,
                                     std::string& report) {
   const Messages& messages = ports_.messages;
-  const auto of = [&](const std::string& name, int what) {
+  const auto of = [&](std::string name, int what) {
+    // An address alone brings the colon itself.
+    if (name.ends_with(':')) name.pop_back();
     return messages.Filled(text::kDeviceColon, name) + " " + messages.Caption(what) + "\r\n";
   };
   Ending ending = Ending::kDone;

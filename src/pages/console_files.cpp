@@ -91,7 +91,7 @@ std::string Console::TakeUnsaved() {
 
 bool Console::ChooseLogFile() {
   const std::optional<std::string> file =
-      ChooseFile(ports_.dialogs, ports_.settings, ports_.messages, FileDialogKind::kSave,
+      ChooseFile(ports_.dialogs, ports_.settings, ports_.messages, FileDialogKind::kAppend,
                  text::kSelectLogFile, text::kLogFilter, kLogFolder);
   if (!file) return false;
   log_.SetFile(*file);

@@ -143,6 +143,7 @@ std::optional<std::string> WindowDialogs::ChooseFile(FileDialogKind kind, const 
                      QString::fromStdString(WindowFilter(filter)));
   const bool open = kind == FileDialogKind::kOpen;
   dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite, kind == FileDialogKind::kAppend);
   dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   if (!open) {
     // By the end of its name a file is known again.

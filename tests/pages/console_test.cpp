@@ -177,7 +177,7 @@ TEST_F(ConsoleTest, SeveralStationsInTurn) {
        "Device B1: finished\r\nDevice B2:Süd:" + type + "Device B3: finished\r\n",
        Ending::kFailed},
       {"a", {"B3:"}, {"B3:;a"}, "Device B3: finished\r\n", Ending::kDone},
-      {"a\nbad", {"B1:", "B3:"}, {"B1:;a", "B1:;bad"}, "Device B1::" + failed, Ending::kFailed},
+      {"a\nbad", {"B1:", "B3:"}, {"B1:;a", "B1:;bad"}, "Device B1:" + failed, Ending::kFailed},
       {"a", {"B9:x", "B3:"}, {}, "Device B9:x:" + failed, Ending::kFailed},
   };
   for (const auto& c : cases) {
