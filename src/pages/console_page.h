@@ -47,7 +47,7 @@ class ConsolePage : public Page {
     kCheck = 100
   };
 
-  // console_page_build.cpp
+  // build_console_page.cpp
   void Arrange();
   QBoxLayout* ToolRow(std::initializer_list<Tool> tools);
   QPushButton* AddTool(Tool tool);
