@@ -1,6 +1,7 @@
 #include "app/frmMain.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -95,7 +96,6 @@ QString frmMain::Text(int id) const {
 void frmMain::DeviceSelect() {
   Run([this] {
     const auto choose = [this](StationList& list, const std::string& before) {
-      statusBar()->clearMessage();  // it is the user who is awaited soon
       ShowConnection();
       return frmSelect::DoDialogQuick(this, service_.Texts(), list, before);
     };
@@ -108,10 +108,7 @@ void frmMain::DeviceSelect() {
 
 void frmMain::ShowConnections() {
   // As a command, since no other may use the channel that the dialog closes.
-  Run([this] {
-    statusBar()->clearMessage();
-    frmConnections::DoDialog(this, service_);
-  });
+  Run([this] { frmConnections::DoDialog(this, service_); });
 }
 
 void frmMain::Run(const std::function<void()>& operation) {
@@ -175,7 +172,10 @@ void frmMain::CurrentDevShow() {
   edtKennName->setText(QString::fromStdString(selected.KennName()));
   edtTyp->setText(QString::fromStdString(selected.Typ()));
   for (QLineEdit* edit : {edtKennName, edtTyp}) edit->setCursorPosition(0);
-  if (!selected.GetKenn()) return lblModel->clear();
+  if (!selected.GetKenn()) {
+    lblModel->setToolTip({});
+    return lblModel->clear();
+  }
   const auto part = [this](int id, const std::string& value) {
     return Text(id) + QLatin1Char(' ') + QString::fromStdString(value.empty() ? "–" : value);
   };
@@ -183,6 +183,18 @@ void frmMain::CurrentDevShow() {
                              part(text::kFirmware, service_.Device().Firmware()),
                              part(text::kSerialNumber, selected.Serial())};
   lblModel->setText(parts.join(QStringLiteral("  ·  ")));
+  // Whole where the window is narrow; what a device says is no markup.
+  lblModel->setToolTip(QStringLiteral("<span>%1</span>").arg(lblModel->text().toHtmlEscaped()));
+}
+
+bool frmMain::event(QEvent* event) {
+  // While a dialog is open it is the user who is awaited, not the device.
+  if (event->type() == QEvent::WindowBlocked && running_) {
+    if (statusBar()->currentMessage() == Text(text::kReading)) statusBar()->clearMessage();
+  } else if (event->type() == QEvent::WindowUnblocked && running_) {
+    if (statusBar()->currentMessage().isEmpty()) statusBar()->showMessage(Text(text::kReading));
+  }
+  return QMainWindow::event(event);
 }
 
 void frmMain::ShowConnection() {

@@ -48,6 +48,7 @@ class frmMain : public QMainWindow {
   void AliveTick(int intervalMs);
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 

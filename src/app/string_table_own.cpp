@@ -78,7 +78,7 @@ constexpr TableEntry kTable[] = {
     {text::kVersion, {"Version", "Version", "Version"}},
     {text::kModel, {"Modell", "Model", "Modèle"}},
     {text::kFirmware, {"Firmware", "Firmware", "Micrologiciel"}},
-    {text::kSerialNumber, {"Seriennummer", "Serial number", "Numéro de série"}},
+    {text::kSerialNumber, {"Seriennummer", "Serial number", "N° de série"}},
     {text::kTarget, {"Ziel", "Target", "Cible"}},
     {text::kKind, {"Art", "Kind", "Genre"}},
     {text::kProcess, {"Prozess", "Process", "Processus"}},

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QStatusBar>
 #include <QTreeWidget>
 #include <filesystem>
 #include <fstream>
@@ -24,6 +25,7 @@ TEST_F(WindowTest, SelectsReadsAndShowsDeviceTextsAsTheyAre) {
   const auto& model = Find<QLabel>(window, "lblModel");
   EXPECT_TRUE(model.text().contains("<b>12</b>") && model.textFormat() == Qt::PlainText)
       << model.text().toStdString();
+  EXPECT_TRUE(model.toolTip().contains("&lt;b&gt;12")) << model.toolTip().toStdString();
   ASSERT_TRUE(read.isEnabled());
   read.click();
   EXPECT_EQ(Find<QLabel>(window, "lblTapSum").text().remove(QRegularExpression("\\D")), "7140");
@@ -68,7 +70,11 @@ TEST_P(EndingTest, ClosesAnOpenQuestionWithNo) {
 TEST_F(WindowTest, DeletesAfterYesAloneAndReadsAgain) {
   Select(1);
   const auto remove = [&] { Find<QPushButton>(window, "butStatDel").click(); };
-  Answering("&No", remove);
+  During<QMessageBox>(remove, [this](QMessageBox& box) {
+    EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty()) << "it is the user who is awaited";
+    box.reject();
+  });
+  EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
   EXPECT_EQ(world.server.sent.back(), "B1:sysSN#");
   Answering("&Yes", remove);
   EXPECT_EQ(world.server.sent.back(), "B1:RegTAPSUML#");
