@@ -12,7 +12,7 @@ namespace {
 constexpr int kClients = 64;
 constexpr int kExchanges = 200;  // of each
 constexpr int kDeaths = 1000;
-constexpr int kWarmUp = 250;
+constexpr int kWarmUp = 1000;
 // What a thousand clients may leave behind. A leak of half a KiB for each shows.
 constexpr long kMaxGrowthKib = 512;
 
