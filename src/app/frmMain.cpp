@@ -22,6 +22,7 @@
 #include "link/frmConnections.h"
 #include "logs/tap_statistics_page.h"
 #include "pages/console_page.h"
+#include "platform/plain_tip.h"
 
 namespace ostrel {
 
@@ -184,7 +185,7 @@ void frmMain::CurrentDevShow() {
                              part(text::kSerialNumber, selected.Serial())};
   lblModel->setText(parts.join(QStringLiteral("  ·  ")));
   // Whole where the window is narrow; what a device says is no markup.
-  lblModel->setToolTip(QStringLiteral("<span>%1</span>").arg(lblModel->text().toHtmlEscaped()));
+  lblModel->setToolTip(PlainTip(lblModel->text()));
 }
 
 bool frmMain::event(QEvent* event) {

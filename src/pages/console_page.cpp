@@ -17,16 +17,15 @@
 #include "app/texts.h"
 #include "pages/frmDevices.h"
 #include "platform/code_editor.h"
+#include "platform/plain_tip.h"
 #include "platform/window_dialogs.h"
 
 namespace ostrel {
 
 namespace {
 
-/// A path for a tip, which would take "<b>" in it for markup.
-QString Plain(const std::string& path) {
-  return QStringLiteral("<span>%1</span>")
-      .arg(QString::fromStdString(VisibleLine(path)).toHtmlEscaped());
+QString PathTip(const std::string& path) {
+  return PlainTip(QString::fromStdString(VisibleLine(path)));
 }
 
 }  // namespace
@@ -97,7 +96,7 @@ void ConsolePage::Captions() {
   for (const auto& set : captions_) set();
   edtRTFRegL->setAccessibleName(Text(text::kScriptPane));
   edtREGLAntwort->setAccessibleName(Text(text::kAnswerPane));
-  butRGLLogFile->setToolTip(Plain(Device().Log().File()));
+  butRGLLogFile->setToolTip(PathTip(Device().Log().File()));
   ShowFile();
   ShowCaret();
 }
@@ -232,7 +231,7 @@ void ConsolePage::ShowFile() {
                                     : QFileInfo(QString::fromStdString(name)).fileName();
   lblFile->setText(file +
                    (edtRTFRegL->document()->isModified() ? QStringLiteral(" *") : QString()));
-  lblFile->setToolTip(Plain(name));
+  lblFile->setToolTip(PathTip(name));
 }
 
 void ConsolePage::ShowCaret() {
