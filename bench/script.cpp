@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "app/service.h"
-#include "link/connections.h"
 #include "platform/program_desktop.h"
 #include "system.h"
+#include "wire/connections.h"
 
 namespace ostrel::bench {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "link/connections.h"
+#include "wire/connections.h"
 
 namespace ostrel::bench {
 

@@ -5,13 +5,13 @@
 #include <iostream>
 #include <string>
 
-#include "app/messages.h"
-#include "cli/terminal_dialogs.h"
+#include "base/messages.h"
 #include "link/link.h"
 #include "platform/event_clock.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
 #include "processes.h"
+#include "terminal/terminal_dialogs.h"
 
 namespace ostrel::bench {
 

@@ -14,22 +14,22 @@
 #include <iostream>
 #include <string>
 
+#include "app/frmChooser.h"
+#include "app/frmConnection.h"
+#include "app/frmConnections.h"
 #include "app/frmMain.h"
-#include "app/texts.h"
-#include "config/frmLogin.h"
-#include "config/frmMeldLogin.h"
-#include "config/frmRechteShow.h"
+#include "base/texts.h"
+#include "config/users/frmLogin.h"
+#include "config/users/frmMeldLogin.h"
+#include "config/users/frmRechteShow.h"
 #include "link/connection_chooser.h"
-#include "link/connections.h"
-#include "link/frmChooser.h"
-#include "link/frmConnection.h"
-#include "link/frmConnections.h"
-#include "pages/frmDevices.h"
-#include "platform/code_editor.h"
+#include "pages/console/frmDevices.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
+#include "widgets/code_editor.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 namespace {

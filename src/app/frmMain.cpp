@@ -14,15 +14,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/texts.h"
-#include "config/frmRechteShow.h"
-#include "config/users_page.h"
+#include "app/frmConnections.h"
+#include "app/frmSelect.h"
+#include "base/texts.h"
+#include "config/users/frmRechteShow.h"
+#include "config/users/users_page.h"
 #include "device/clsDevice.h"
-#include "device/frmSelect.h"
-#include "link/frmConnections.h"
-#include "logs/tap_statistics_page.h"
-#include "pages/console_page.h"
-#include "platform/plain_tip.h"
+#include "logs/tap_statistics/tap_statistics_page.h"
+#include "pages/console/console_page.h"
+#include "widgets/plain_tip.h"
 
 namespace ostrel {
 

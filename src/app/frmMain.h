@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "app/service.h"
-#include "platform/page.h"
-#include "platform/scheme.h"
-#include "platform/window_dialogs.h"
+#include "widgets/page.h"
+#include "widgets/scheme.h"
+#include "widgets/window_dialogs.h"
 
 class QLabel;
 class QLineEdit;

@@ -15,8 +15,8 @@
 #include <utility>
 
 #include "app/frmMain.h"
-#include "app/texts.h"
-#include "platform/named.h"
+#include "base/texts.h"
+#include "widgets/named.h"
 
 namespace ostrel {
 

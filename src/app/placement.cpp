@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "app/number.h"
-#include "app/settings_path.h"
+#include "base/number.h"
+#include "base/settings_path.h"
 
 namespace ostrel {
 

@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "app/text.h"
-#include "app/texts.h"
-#include "app/user_files.h"
-#include "link/answers.h"
-#include "link/connections.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "base/user_files.h"
+#include "wire/answers.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

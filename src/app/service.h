@@ -8,26 +8,26 @@
 #include <string_view>
 #include <vector>
 
-#include "app/csprachen.h"
-#include "app/desktop.h"
-#include "app/dialogs.h"
-#include "app/messages.h"
+#include "app/connection_test.h"
 #include "app/model_table.h"
-#include "app/settings_store.h"
-#include "config/users.h"
+#include "base/clock.h"
+#include "base/csprachen.h"
+#include "base/desktop.h"
+#include "base/dialogs.h"
+#include "base/messages.h"
+#include "base/settings_store.h"
+#include "config/users/users.h"
 #include "device/clsDevice.h"
 #include "device/rights.h"
 #include "device/selection.h"
 #include "device/station_list.h"
 #include "device/stations.h"
-#include "link/automation.h"
-#include "link/clock.h"
 #include "link/commands.h"
-#include "link/connection_test.h"
 #include "link/link.h"
-#include "logs/clsLog.h"
-#include "logs/tap_statistics.h"
-#include "pages/console.h"
+#include "logs/service_log/clsLog.h"
+#include "logs/tap_statistics/tap_statistics.h"
+#include "pages/console/console.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

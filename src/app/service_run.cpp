@@ -3,8 +3,8 @@
 #include <array>
 
 #include "app/service.h"
-#include "app/text.h"
-#include "app/user_files.h"
+#include "base/text.h"
+#include "base/user_files.h"
 
 namespace ostrel {
 

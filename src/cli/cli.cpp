@@ -4,15 +4,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/text.h"
-#include "app/texts.h"
+#include "base/text.h"
+#include "base/texts.h"
 #include "cli/commands.h"
-#include "cli/json.h"
-#include "cli/terminal_dialogs.h"
 #include "link/connection_chooser.h"
-#include "link/connections.h"
-#include "link/line_rules.h"
-#include "pages/script.h"
+#include "pages/console/script.h"
+#include "terminal/json.h"
+#include "terminal/terminal_dialogs.h"
+#include "wire/connections.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "cli/cli.h"
-#include "cli/terminal_dialogs.h"
-#include "link/connections.h"
+#include "terminal/terminal_dialogs.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

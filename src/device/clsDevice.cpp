@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "app/number.h"
-#include "app/text.h"
-#include "app/texts.h"
-#include "link/answers.h"
+#include "base/number.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

@@ -1,8 +1,8 @@
 #include "device/rights.h"
 
-#include "app/number.h"
-#include "app/texts.h"
-#include "link/answers.h"
+#include "base/number.h"
+#include "base/texts.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "app/messages.h"
+#include "base/messages.h"
 #include "link/link.h"
 
 namespace ostrel {

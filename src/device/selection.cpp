@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/text.h"
-#include "app/texts.h"
+#include "base/text.h"
+#include "base/texts.h"
 #include "device/clsDevice.h"
-#include "link/answers.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "app/messages.h"
+#include "base/messages.h"
 
 namespace ostrel {
 

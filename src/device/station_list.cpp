@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/number.h"
-#include "app/texts.h"
-#include "link/answers.h"
+#include "base/number.h"
+#include "base/texts.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

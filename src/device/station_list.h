@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/dialogs.h"
-#include "app/messages.h"
+#include "base/dialogs.h"
+#include "base/messages.h"
 #include "device/rights.h"
 #include "device/stations.h"
 #include "link/commands.h"

@@ -1,8 +1,8 @@
 #include "device/stations.h"
 
-#include "app/text.h"
-#include "app/texts.h"
-#include "link/answers.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

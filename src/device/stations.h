@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "app/messages.h"
+#include "base/messages.h"
 #include "link/commands.h"
 #include "link/link.h"
 

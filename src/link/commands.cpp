@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "app/text.h"
-#include "app/texts.h"
-#include "link/answers.h"
-#include "link/line_rules.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "wire/answers.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 

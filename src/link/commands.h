@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/dialogs.h"
-#include "app/messages.h"
+#include "base/dialogs.h"
+#include "base/messages.h"
 #include "link/link.h"
 
 namespace ostrel {

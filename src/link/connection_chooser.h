@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "app/dialogs.h"
-#include "link/automation.h"
+#include "base/dialogs.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "app/texts.h"
-#include "link/answers.h"
+#include "base/texts.h"
 #include "link/link.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/texts.h"
-#include "link/answers.h"
-#include "link/def_timeout.h"
+#include "base/texts.h"
+#include "wire/answers.h"
+#include "wire/def_timeout.h"
 
 namespace ostrel {
 

@@ -8,12 +8,12 @@
 #include <string>
 #include <string_view>
 
-#include "app/messages.h"
-#include "app/settings_store.h"
-#include "app/texts.h"
-#include "link/automation.h"
-#include "link/clock.h"
-#include "link/codes.h"
+#include "base/clock.h"
+#include "base/messages.h"
+#include "base/settings_store.h"
+#include "base/texts.h"
+#include "wire/automation.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 

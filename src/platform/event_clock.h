@@ -2,7 +2,7 @@
 
 #include <QTimer>
 
-#include "link/clock.h"
+#include "base/clock.h"
 
 namespace ostrel {
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "link/codes.h"
 #include "platform/event_pump.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "link/automation.h"
 #include "platform/registry_settings.h"
 #include "server/comm_server.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

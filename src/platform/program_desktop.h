@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/desktop.h"
+#include "base/desktop.h"
 
 namespace ostrel {
 

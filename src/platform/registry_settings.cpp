@@ -3,7 +3,7 @@
 #include <QStandardPaths>
 #include <QStringList>
 
-#include "app/settings_path.h"
+#include "base/settings_path.h"
 
 namespace ostrel {
 

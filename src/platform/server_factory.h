@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "link/automation.h"
 #include "platform/server_proxy.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

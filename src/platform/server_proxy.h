@@ -8,8 +8,8 @@
 #include <map>
 #include <string>
 
-#include "link/automation.h"
-#include "link/codes.h"
+#include "wire/automation.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 

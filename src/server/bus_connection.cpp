@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "link/answers.h"
-#include "link/codes.h"
-#include "link/line_rules.h"
 #include "server/line_text.h"
+#include "wire/answers.h"
+#include "wire/codes.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 namespace {

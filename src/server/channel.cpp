@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "link/codes.h"
 #include "server/line_text.h"
 #include "server/reply_framer.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 int Channel::NextExchange() {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "link/automation.h"
-#include "link/codes.h"
+#include "wire/automation.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/text.h"
-#include "link/codes.h"
+#include "base/text.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 namespace {

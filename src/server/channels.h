@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "link/automation.h"
-#include "link/connections.h"
 #include "server/bus_connection.h"
 #include "server/channel.h"
 #include "server/port_maker.h"
+#include "wire/automation.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

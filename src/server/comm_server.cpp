@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "link/codes.h"
-#include "link/def_timeout.h"
 #include "server/line_text.h"
+#include "wire/codes.h"
+#include "wire/def_timeout.h"
 
 namespace ostrel {
 namespace {

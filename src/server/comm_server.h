@@ -4,9 +4,9 @@
 #include <functional>
 #include <string_view>
 
-#include "app/settings_store.h"
-#include "link/automation.h"
+#include "base/settings_store.h"
 #include "server/channels.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

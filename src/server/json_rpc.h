@@ -7,8 +7,8 @@
 #include <string_view>
 #include <variant>
 
-#include "link/automation.h"
 #include "server/channel.h"
+#include "wire/automation.h"
 
 namespace ostrel {
 

@@ -1,7 +1,7 @@
 #include "server/line_text.h"
 
-#include "app/text.h"
-#include "link/line_rules.h"
+#include "base/text.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 std::optional<std::string> ToLatin1(std::string_view utf8) {

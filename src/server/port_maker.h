@@ -5,10 +5,10 @@
 #include <string>
 #include <utility>
 
-#include "link/connections.h"
 #include "server/line_port.h"
 #include "server/serial_port.h"
 #include "simulator/faulty_line.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

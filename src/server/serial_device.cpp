@@ -17,7 +17,7 @@
 #include <system_error>
 #include <vector>
 
-#include "link/codes.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 namespace {

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "link/connections.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

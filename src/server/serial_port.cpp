@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "link/codes.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 namespace {

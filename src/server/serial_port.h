@@ -4,9 +4,9 @@
 #include <map>
 #include <string>
 
-#include "link/connections.h"
 #include "server/line_port.h"
 #include "server/serial_device.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

@@ -3,7 +3,7 @@
 #include <QNetworkProxy>
 #include <utility>
 
-#include "link/codes.h"
+#include "wire/codes.h"
 
 namespace ostrel {
 namespace {

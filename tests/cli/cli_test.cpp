@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <sstream>
 
-#include "app/text.h"
-#include "cli/json.h"
+#include "base/text.h"
 #include "kit/kit.h"
+#include "terminal/json.h"
 
 namespace ostrel {
 namespace {

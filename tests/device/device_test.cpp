@@ -4,13 +4,13 @@
 #include <map>
 #include <set>
 
-#include "app/texts.h"
+#include "base/texts.h"
 #include "device/clsDevice.h"
 #include "device/selection.h"
 #include "device/station_list.h"
 #include "device/stations.h"
 #include "kit/kit.h"
-#include "link/answers.h"
+#include "wire/answers.h"
 
 namespace ostrel {
 namespace {

@@ -4,7 +4,7 @@
 #include <QJsonObject>
 #include <future>
 
-#include "app/settings_store.h"
+#include "base/settings_store.h"
 #include "end_to_end/programs.h"
 #include "platform/registry_settings.h"
 

@@ -2,7 +2,7 @@
 
 #include <QJsonArray>
 
-#include "app/files.h"
+#include "base/files.h"
 #include "end_to_end/programs.h"
 
 namespace ostrel {

@@ -20,8 +20,8 @@
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
-#include "platform/window_dialogs.h"
 #include "server/socket_path.h"
+#include "widgets/window_dialogs.h"
 
 namespace ostrel {
 namespace {

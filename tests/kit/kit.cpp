@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "app/settings_path.h"
-#include "app/text.h"
+#include "base/settings_path.h"
+#include "base/text.h"
 
 namespace ostrel::kit {
 

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "app/desktop.h"
-#include "app/dialogs.h"
 #include "app/service.h"
-#include "app/settings_store.h"
-#include "link/automation.h"
-#include "link/clock.h"
+#include "base/clock.h"
+#include "base/desktop.h"
+#include "base/dialogs.h"
+#include "base/settings_store.h"
+#include "wire/automation.h"
 
 namespace ostrel::kit {
 

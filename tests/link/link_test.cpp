@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "app/texts.h"
+#include "base/texts.h"
 #include "kit/kit.h"
 #include "link/commands.h"
 

@@ -14,8 +14,8 @@
 
 #include "kit/kit.h"
 #include "kit/scripted_device.h"
-#include "link/connections.h"
 #include "server/rpc_server.h"
+#include "wire/connections.h"
 
 namespace ostrel {
 

@@ -2,10 +2,10 @@
 
 #include <QJsonDocument>
 
-#include "link/line_rules.h"
 #include "server/json_rpc.h"
 #include "server/line_text.h"
 #include "server/request_reader.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 namespace {

@@ -1,0 +1,128 @@
+#include "app/connection_test.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "base/text.h"
+#include "base/texts.h"
+#include "link/link.h"
+#include "wire/answers.h"
+#include "wire/codes.h"
+#include "wire/connections.h"
+
+namespace ostrel {
+
+namespace {
+
+/// The result is told in one text; nothing appears on the way to it.
+class NoDialogs : public Dialogs {
+ public:
+  void Show(const Message&) override {}
+  std::optional<std::string> AskText(const InputRequest&) override { return std::nullopt; }
+  bool AskYesNo(const std::string&) override { return false; }
+  std::optional<std::string> ChooseFile(FileDialogKind, const std::string&, const std::string&,
+                                        const std::string&) override {
+    return std::nullopt;
+  }
+  void SetBusy(bool) override {}
+  void ToClipboard(const std::string&, const std::string&) override {}
+};
+
+struct Help {
+  int code;
+  int textId;
+};
+
+constexpr Help kHelps[] = {
+    {code::kTimeout, text::kHelpSilent},          {code::kPortFailure, text::kHelpPermission},
+    {code::kReceiveError, text::kHelpDisturbed},  {code::kTooBig, text::kHelpTooBig},
+    {code::kOnlineTaken, text::kHelpOnline},      {code::kOnlineActive, text::kHelpOnline},
+    {code::kPortInUse, text::kHelpAdapter},       {code::kNoSuchConnection, text::kHelpName},
+    {code::kPortTaken, text::kHelpPortShared},    {code::kServerGone, text::kHelpServer},
+    {code::kCannotConnect, text::kHelpHost},      {code::kFaultyConnection, text::kHelpData},
+    {code::kServerNotStarted, text::kHelpServer},
+};
+
+TestStep StepOf(LinkState state) {
+  if (state == LinkState::kNoServer) return TestStep::kServer;
+  return state == LinkState::kServer ? TestStep::kOpen : TestStep::kAnswer;
+}
+
+int FirstLineId(TestStep step) {
+  switch (step) {
+    case TestStep::kServer:
+      return text::kTestNoServer;
+    case TestStep::kOpen:
+      return text::kTestNotOpen;
+    case TestStep::kAnswer:
+      return text::kTestNoAnswer;
+    case TestStep::kDone:
+      break;
+  }
+  return text::kTestPassed;
+}
+
+std::string Exchanged(const std::string& answer, const Messages& messages) {
+  const std::string shown = answer.empty() ? messages.Text(text::kEmptyAnswer) : Visible(answer);
+  const std::string note =
+      IsErrorAnswer(answer) ? "\n" + messages.Text(text::kErrorAnswer) : std::string();
+  return std::string("\n") + ConnectionTest::kLine + " → " + shown + note;
+}
+
+}  // namespace
+
+ConnectionTest::ConnectionTest(AutomationFactory& factory, SettingsStore& settings, Clock& clock,
+                               std::filesystem::path programFolder)
+    : factory_(factory),
+      settings_(settings),
+      clock_(clock),
+      programFolder_(std::move(programFolder)) {}
+
+ConnectionTestResult ConnectionTest::Run(const std::string& name) {
+  const Connections connections(settings_);
+  ConnectionTestResult result;
+  result.connection = name.empty() ? connections.Current() : name;
+  result.code = text::kExchangeUnderWay;
+  if (running_ != nullptr) return result;
+
+  NoDialogs dialogs;
+  const Messages messages(dialogs);
+  Link link(factory_, settings_, clock_, dialogs, messages, programFolder_);
+  link.LoadSettings();
+  link.OfferChooser(false);
+  running_ = &link;
+  result.step = StepOf(link.ConnectionOpen(result.connection));
+  result.code = link.LastError().Code();
+  if (result.step == TestStep::kAnswer) {
+    result.code = link.CommandExchangeCode(link.CurrentChannel(), kLine, result.answer);
+    if (result.code == 0) result.step = TestStep::kDone;
+  }
+  // What the wait itself found out, as a time-out, was raised by nobody.
+  if (result.code == link.LastError().Code()) result.description = link.LastError().description;
+  running_ = nullptr;
+  return result;
+}
+
+void ConnectionTest::GiveUp() {
+  if (running_ != nullptr) running_->GiveUp();
+}
+
+std::string ConnectionHelp(int code, const Messages& messages) {
+  const auto found = std::find_if(std::begin(kHelps), std::end(kHelps),
+                                  [code](const Help& help) { return help.code == code; });
+  return found == std::end(kHelps) ? std::string() : messages.Text(found->textId);
+}
+
+std::string ConnectionTestText(const ConnectionTestResult& result, const Messages& messages) {
+  std::string text = messages.Filled(FirstLineId(result.step), VisibleLine(result.connection));
+  if (result.Ok()) return text + Exchanged(result.answer, messages);
+  text += "\n" + std::to_string(result.code) + ": " + messages.Shown(result.code);
+  for (const std::string& more :
+       {Visible(result.description), ConnectionHelp(result.code, messages)}) {
+    if (!more.empty()) text += "\n" + more;
+  }
+  return text;
+}
+
+}  // namespace ostrel

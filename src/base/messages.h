@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/dialogs.h"
+
+namespace ostrel {
+
+/// German ids of the string table: the first block (n = 0..660), the second (n = 0..323), and the
+/// texts that have no number in either.
+constexpr int First(int n) {
+  return 1000 + n;
+}
+constexpr int Second(int n) {
+  return 10000 + n;
+}
+constexpr int Own(int n) {
+  return 20000 + n;
+}
+
+/// The message loader: texts by German id in the language whose factor is set.
+class Messages {
+ public:
+  explicit Messages(Dialogs& dialogs) : dialogs_(dialogs) {}
+
+  /// 0 German, 1 English, 2 French; other factors have no texts.
+  void SetFactor(int factor) { factor_ = factor; }
+  int Factor() const { return factor_; }
+
+  /// The text; empty when the table has none for the id or the factor.
+  std::string Text(int id) const { return Text(id, factor_); }
+  static std::string Text(int id, int factor);
+  /// The text as a message shows it: the characters "\n" that some texts hold begin a line.
+  std::string Shown(int id) const;
+  /// What a control shows: the text, English where the language has none, so that whoever got into
+  /// such a language finds the way out of it.
+  std::string Caption(int id) const;
+  /// The caption with its first "%s" replaced.
+  std::string Filled(int id, std::string_view value) const;
+  /// The same with its first two.
+  std::string Filled(int id, std::string_view first, std::string_view second) const;
+
+  /// Shows the text as an information, with `added` behind it as it stands.
+  void Show(int id, std::string_view added = {}) const;
+  /// The same for what went wrong.
+  void Warn(int id, std::string_view added = {}) const;
+  /// The same with the first "%s" of the text replaced.
+  void WarnFilled(int id, std::string_view value) const;
+  /// Asks the caption, since nobody can answer an empty question; false for everything but Yes.
+  bool Ask(int id) const;
+
+ private:
+  Dialogs& dialogs_;
+  int factor_ = 0;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,30 @@
+#include "base/number.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace ostrel {
+
+double ReadNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  // std::from_chars would also take a second sign, "inf" and "nan".
+  const bool number = !text.empty() && (text[0] == '.' || (text[0] >= '0' && text[0] <= '9'));
+  if (!number) return 0;
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec != std::errc()) return 0;
+  return negative ? -value : value;
+}
+
+std::int32_t ReadInteger(std::string_view text) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const double bounded =
+      std::clamp(std::round(ReadNumber(text)), double(Limits::min()), double(Limits::max()));
+  return static_cast<std::int32_t>(bounded);
+}
+
+}  // namespace ostrel

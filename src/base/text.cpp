@@ -1,0 +1,78 @@
+#include "base/text.h"
+
+namespace ostrel {
+
+namespace {
+
+bool StartsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
+}  // namespace
+
+std::string_view Trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return lower;
+}
+
+std::size_t CharCount(std::string_view text) {
+  std::size_t count = 0;
+  for (const char byte : text) count += StartsCharacter(byte) ? 1 : 0;
+  return count;
+}
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded(text);
+  const std::size_t count = CharCount(text);
+  if (count < width) padded.append(width - count, ' ');
+  return padded;
+}
+
+std::string Fitted(std::string_view text, std::size_t width) {
+  std::size_t end = 0;
+  for (std::size_t count = 0; end < text.size(); ++end) {
+    if (StartsCharacter(text[end]) && count++ == width) break;
+  }
+  return Padded(text.substr(0, end), width);
+}
+
+std::string VisibleLine(std::string_view text) {
+  std::string visible;
+  for (std::size_t n = 0; n < text.size(); ++n) {
+    const auto byte = static_cast<unsigned char>(text[n]);
+    const auto next = n + 1 < text.size() ? static_cast<unsigned char>(text[n + 1]) : 0;
+    if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {
+      visible += "\uFFFD";  // the control characters above 127 steer terminals as well
+      ++n;
+    } else if (byte >= 32 && byte != 127) {
+      visible += text[n];
+    } else if (byte == 127) {
+      visible += "\u2421";
+    } else {
+      visible += "\xE2\x90";  // the pictures of the control characters, U+2400..U+241F
+      visible += static_cast<char>(0x80 + byte);
+    }
+  }
+  return visible;
+}
+
+std::string Visible(std::string_view text) {
+  std::string visible;
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    const bool carriageReturn = end > 0 && text[end - 1] == '\r';
+    visible += VisibleLine(text.substr(0, carriageReturn ? end - 1 : end)) + '\n';
+    text.remove_prefix(end + 1);
+  }
+  return visible + VisibleLine(text);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,127 @@
+#include "config/users/user_lines.h"
+
+#include <algorithm>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "wire/answers.h"
+
+namespace ostrel {
+
+namespace {
+
+std::string Flag(bool excepted) {
+  return excepted ? "1" : "0";
+}
+
+std::string SettingsItem(int user, const UserRecord& record, const std::string& password) {
+  return "passwort* " + std::to_string(user) + " " + password + "=" +
+         std::to_string(record.timeout) + " " + std::to_string(record.grant);
+}
+
+/// ASCII without control characters and blank, and the printable rest of ISO 8859-1 as UTF-8.
+bool CanStandInALine(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte < 0x80) {
+      if (byte <= ' ' || byte == 0x7f) return false;
+      continue;
+    }
+    if ((byte != 0xc2 && byte != 0xc3) || ++at == text.size()) return false;
+    const auto next = static_cast<unsigned char>(text[at]);
+    if (next < 0x80 || next > 0xbf) return false;
+    // U+0080..U+009F are control characters, U+00A0 is a blank.
+    if (byte == 0xc2 && next <= 0xa0) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+namespace user_lines {
+
+std::string WhoAmI(const std::string& prefix) {
+  return prefix + "whoami";
+}
+
+std::string AllUsers(const std::string& prefix) {
+  return prefix + ";fori 0..5,i,passwort- .,!,!,!,ni";
+}
+
+std::string LogIn(const std::string& prefix, int user, const std::string& password) {
+  return prefix + "login " + std::to_string(user) + " " + password;
+}
+
+std::string LogOut(const std::string& prefix) {
+  return prefix + "logout";
+}
+
+std::string SetPassword(const std::string& prefix, int user, const std::string& current,
+                        const std::string& fresh) {
+  return prefix + "passwort " + std::to_string(user) + " " + current + "=" + fresh + " " + fresh;
+}
+
+std::string SetUser(const std::string& prefix, int user, const UserRecord& record,
+                    const UserRecord& administrator, const std::string& password) {
+  std::string line = prefix;
+  if (user == 0) line += SettingsItem(kAdministrator, administrator, password) + ",";
+  return line + SettingsItem(user, record, password);
+}
+
+std::string Unprotect(const std::string& prefix, const std::string& password) {
+  return prefix + "passwort 1 " + password + "=0 0";
+}
+
+std::string FeatureNumber(const std::string& prefix) {
+  return prefix + ",VER?-,^,if,VER- QOL,else,0,eif,!";
+}
+
+std::string Exceptions(const std::string& prefix) {
+  return prefix + "pwlrelease# *";
+}
+
+std::string SetExceptions(const std::string& prefix, const PortExceptions& ports,
+                          const std::string& password) {
+  std::string line = prefix + ",PWLrel 1 " + password + "=" + Flag(ports.com1) + ",PWLrel 2 " +
+                     password + "=" + Flag(ports.com2);
+  if (ports.com4) line += ",PWLrel 4 " + password + "=" + Flag(*ports.com4);
+  return line;
+}
+
+}  // namespace user_lines
+
+std::optional<int> UserFromAnswer(const std::string& answer) {
+  const std::string number = ValueAfter(LowerAscii(answer), "user");
+  if (number.empty() || number.front() < '0' || number.front() > '9') return std::nullopt;
+  return ReadInteger(number);
+}
+
+std::optional<std::array<UserRecord, kUserCount>> UsersFromAnswer(std::string answer) {
+  std::array<UserRecord, kUserCount> users;
+  const auto next = [&answer] { return ReadInteger(NextLine(answer)); };
+  for (UserRecord& user : users) {
+    user.passwordSet = next() != 0;
+    user.grant = std::clamp(next(), 0, kHighestGrant);
+    if (Trim(answer).empty()) return std::nullopt;
+    user.timeout = std::clamp(next(), 0, kMostMinutes);
+  }
+  return users;
+}
+
+std::vector<bool> FlagsFromAnswer(std::string_view answer) {
+  std::vector<bool> flags;
+  for (std::size_t at = answer.find('='); at != std::string_view::npos;
+       at = answer.find('=', at + 1)) {
+    flags.push_back(ReadInteger(answer.substr(at + 1)) != 0);
+  }
+  return flags;
+}
+
+int PasswordProblem(std::string_view password) {
+  const bool fits = !password.empty() && CanStandInALine(password) &&
+                    password.find_first_of("\"',;:=") == std::string_view::npos;
+  return fits ? 0 : text::kPasswordProblem;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "base/clock.h"
+
+namespace ostrel {
+
+/// The service log: a text file that gets a stamped line an entry while it is active. The file is
+/// opened for each entry; what cannot be written is lost without a word.
+class clsLog {
+ public:
+  explicit clsLog(const Clock& clock) : clock_(clock) {}
+
+  void Active(bool active) { active_ = active; }
+  bool Active() const { return active_; }
+  const std::filesystem::path& FileName() const { return fileName_; }
+  void Init(std::filesystem::path fileName) { fileName_ = std::move(fileName); }
+  /// Appends one line: local time in brackets, two blanks, the text, CR LF.
+  void SaveLog(std::string_view text) const;
+
+ private:
+  const Clock& clock_;
+  bool active_ = false;
+  std::filesystem::path fileName_;
+};
+
+}  // namespace ostrel

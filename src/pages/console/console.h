@@ -1,0 +1,132 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/dialogs.h"
+#include "base/messages.h"
+#include "base/settings_store.h"
+#include "device/clsDevice.h"
+#include "device/selection.h"
+#include "link/commands.h"
+#include "link/link.h"
+#include "pages/console/console_log.h"
+#include "pages/console/script.h"
+#include "pages/console/script_file.h"
+
+namespace ostrel {
+
+/// What the console works on.
+struct ConsolePorts {
+  Link& link;
+  Commands& commands;
+  const Selection& selection;
+  const clsDevice& device;
+  const Messages& messages;
+  Dialogs& dialogs;
+  SettingsStore& settings;
+  Clock& clock;
+  /// Whether a device is selected and its link stands; says why not.
+  std::function<bool()> ready;
+  /// Makes the station with this address the selected device; says why not.
+  std::function<bool(const std::string& address)> makeCurrent;
+  std::string unsavedFile = {};  // where a script is put aside
+};
+
+/// A command line of a script on its way.
+struct SentLine {
+  std::size_t number = 0, total = 0;  // of the lines that are sent, counted from 1
+  int row = 0;                        // in the script, counted from 1
+  std::string command;                // as it is shown: passwords masked
+  std::string answer;                 // empty until it is there
+  bool ok = false;                    // there is an answer, and none that is an error
+};
+
+/// The command console: scripts of device commands, checked, sent and read. Scripts are texts whose
+/// lines CR LF separates. While lines are sent events run; what would send more then is refused.
+class Console {
+ public:
+  enum class Ending { kDone, kNotConfirmed, kFailed };
+
+  explicit Console(ConsolePorts ports) : ports_(std::move(ports)) {}
+
+  /// Where the answer pane's text goes; it comes with its CR LF.
+  std::function<void(const std::string& text)> onPane;
+  /// The monitor switch was set.
+  std::function<void(bool on)> onMonitor;
+  /// Before a line is sent, and when its exchange is over.
+  std::function<void(const SentLine&line)> onSending, onAnswered;
+  /// Nothing hangs on it.
+  std::function<void()> RGLCommandCursorDown = [] {};
+
+  /// Adds a text to the answer pane, and to the console log while the monitor switch is on.
+  void RGLAntwortAdd(const std::string& text);
+  void MonitorSet(bool on);
+  bool Monitor() const { return monitor_; }
+  ConsoleLog& Log() { return log_; }
+
+  /// False when the script has errors; they are shown.
+  bool LineCheck(const std::string& script) const;
+  /// The same, and says so when there are none.
+  void SyntaxCheck(const std::string& script) const;
+
+  /// Asks, then sends a part of the script to the selected device. What went wrong is shown.
+  Ending Send(const std::string& script, const ScriptPart& part);
+  /// Asks, then reads programs and menus of the selected device; `replace` gets the new script.
+  Ending ReadFromDevice(const std::function<void(const std::string& script)>& replace);
+  /// Lets stations be chosen from a list under the title; none when the user cancels. A station is
+  /// its name and, behind a ";", what else the list shows.
+  using StationsChooser = std::function<std::vector<std::string>(const std::string& title)>;
+  /// Sends the script to several stations in turn and shows a report.
+  Ending SendToStations(const std::string& script, const StationsChooser& choose);
+  /// Hands command lines to a station without messages, pane or log.
+  bool SendQuietly(const std::string& prefix, const ScriptLines& lines);
+
+  /// The script's file; empty until one was loaded or saved.
+  const std::string& FileName() const { return fileName_; }
+  bool ScriptLoaded() const { return loaded_; }
+  /// Reads a script from a named file. What went wrong is shown.
+  std::optional<std::string> Open(const std::string& fileName);
+  /// The same from a file that the user chooses.
+  std::optional<std::string> Load();
+  /// The script has no file from now on.
+  void New();
+  /// Writes the script to its file, or to one that the user chooses.
+  Ending Save(const std::string& script);
+  Ending SaveAs(const std::string& script);
+  /// Puts a script aside that was not saved, for the next run of the program; with an empty one
+  /// nothing is there any more. What fails is lost.
+  void KeepUnsaved(const std::string& script);
+  /// What was put aside, once; empty when there is nothing.
+  std::string TakeUnsaved();
+  /// Lets the user choose the file of the console log; false when he cancels.
+  bool ChooseLogFile();
+
+ private:
+  /// The address of the selected device for lines that may change something.
+  std::optional<std::string> Prefix() const { return ports_.selection.GetKennSel(); }
+  std::string DeviceName() const { return ports_.selection.GetKennName().value_or(""); }
+  bool Ask(const std::string& line, std::string& answer);
+  Ending SendConfirmed(const ScriptLines& lines);
+  bool SendLines(const std::string& prefix, const ScriptLines& lines);
+  bool SendEach(const std::string& prefix, const std::vector<ScriptLine>& lines);
+  std::optional<std::string> ReadScriptText();
+  Ending SendToEach(const std::vector<std::string>& stations, const ScriptLines& lines,
+                    const std::string& fileName, std::string& report);
+  Ending Write(const std::string& fileName, const std::string& script);
+  bool NotEmpty(const std::string& script, int message) const;
+
+  ConsolePorts ports_;
+  ConsoleLog log_;
+  std::string fileName_;
+  ScriptForm form_;
+  bool loaded_ = false;
+  bool aside_ = false;  // a script of this run is put aside
+  bool monitor_ = false;
+  bool running_ = false;
+};
+
+}  // namespace ostrel

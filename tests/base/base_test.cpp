@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/placement.h"
+#include "base/csprachen.h"
+#include "base/file_choice.h"
+#include "base/settings_path.h"
+#include "base/string_table.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "kit/kit.h"
+#include "wire/codes.h"
+
+namespace ostrel {
+namespace {
+
+TEST(Texts, EveryEntryIsWholeInThreeLanguages) {
+  const auto holders = [](std::string_view text) {
+    return std::count(text.begin(), text.end(), '%');
+  };
+  int lowest = 1000;
+  for (const auto block : {FirstBlock(), SecondBlock(), OwnBlock()}) {
+    for (const TableEntry& entry : block) {
+      for (const std::string_view text : entry.texts) {
+        EXPECT_FALSE(text.empty()) << entry.id;
+        EXPECT_EQ(holders(text), holders(entry.texts[0])) << text;
+      }
+      // A factor never reaches from one block into another.
+      EXPECT_GE(entry.id, lowest);
+      EXPECT_LT(entry.id, lowest + 1000);
+    }
+    lowest = lowest == 1000 ? 10000 : 20000;
+  }
+}
+
+TEST(Texts, ByIdAndFactor) {
+  const struct {
+    int id, factor;
+    const char* text;
+  } cases[] = {
+      {10012, 0, "Zeitüberschreitung! Das Gerät hat nicht geantwortet."},
+      {10012, 1, "Timeout! Device did not reply."},
+      {1283, 1, "You tried to get an answer without sending a command before."},
+      {10012, 3, ""},
+      {1000, 9, ""},
+      {11012, 0, ""},
+      {10012, -1, ""},
+      {0, 0, ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Messages::Text(c.id, c.factor), c.text) << c.id;
+}
+
+TEST(Languages, StartUpChoice) {
+  const struct {
+    const char *shared, *program, *code;
+    int factor;
+  } cases[] = {
+      {"", "", "deu", 0},    {"300", "", "deu", 0}, {"1", "", "eng", 1},   {"2", "", "deu", 0},
+      {"fra", "", "fra", 2}, {"ENG", "", "eng", 1}, {"", "1", "eng", 1},   {"0", "1", "deu", 0},
+      {"xyz", "", "deu", 0}, {"esp", "", "deu", 0}, {"spa", "", "deu", 0}, {"pol", "", "pol", 3},
+      {"1x", "", "deu", 0},
+  };
+  for (const auto& c : cases) {
+    kit::World world;
+    std::filesystem::create_directory(world.desktop.folder / "polski");
+    if (*c.shared != 0) world.settings.WriteShared(keys::kServerMisc, "language", c.shared);
+    if (*c.program != 0) world.settings.WriteProgram("ZubServer", "Misc", "Language", c.program);
+    Messages messages(world.dialogs);
+    CSprachen sprachen(world.settings, messages, world.desktop.folder);
+    sprachen.UserIndex_Test();
+    EXPECT_EQ(sprachen.Current(), c.code) << c.shared << "/" << c.program;
+    EXPECT_EQ(messages.Factor(), c.factor) << c.shared << "/" << c.program;
+  }
+}
+
+TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
+  kit::World world;
+  Messages messages(world.dialogs);
+  messages.SetFactor(3);
+  EXPECT_EQ(messages.Caption(text::kYes), "&Yes");
+  messages.Warn(code::kTimeout, "\nx");
+  EXPECT_EQ(world.dialogs.shown[0].text, "\nx");
+  EXPECT_EQ(world.dialogs.shown[0].number, 10012);
+  messages.Ask(text::kDeleteStatistics);
+  EXPECT_EQ(world.dialogs.asked.back(), Messages::Text(text::kDeleteStatistics, 1));
+}
+
+TEST(Languages, TableAndFolders) {
+  kit::World world;
+  Messages messages(world.dialogs);
+  CSprachen sprachen(world.settings, messages, world.desktop.folder);
+  EXPECT_EQ(sprachen.Count(), 10);
+  sprachen.SetLanguage("rus");
+  EXPECT_EQ(sprachen.Charset(), 204);
+  sprachen.SetLanguage("eng");
+  EXPECT_EQ(sprachen.LanguagePath(), (world.desktop.folder / "english" / "").string());
+  sprachen.SaveLanguage();
+  EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "language", ""), "eng");
+  std::filesystem::remove(world.desktop.folder / "english");
+  EXPECT_EQ(sprachen.LanguagePath(), (world.desktop.folder / "deutsch" / "").string());
+  EXPECT_EQ(sprachen.Current(), "deu");
+  sprachen.Activate_Test("xyz", 1);
+  ASSERT_EQ(world.dialogs.shown.size(), 1u);
+  EXPECT_EQ(world.dialogs.shown[0].text, "Achtung: Nicht erlaubte Sprache angefordert: xyz");
+}
+
+TEST(SettingsPath, OneSpelling) {
+  EXPECT_EQ(SettingsPath(R"(Software\\a\)", "v"), R"(Software\a\v)");
+  EXPECT_EQ(SettingsPath("a", ""), "a");
+  EXPECT_EQ(SubKeyOf(R"(a\B\)", R"(A\b\Name\Kind)"), "Name");
+  EXPECT_EQ(SubKeyOf("a", R"(a\value)"), "");
+  EXPECT_EQ(SubKeyOf("a", R"(ab\c\d)"), "");
+}
+
+TEST(Placement, OfAWindow) {
+  kit::MemorySettings settings;
+  EXPECT_FALSE(LoadPlacement(settings, "Service", "frmMain"));
+  SavePlacement(settings, "Service", "frmMain", {-8, 20, 1000, 700}, false);
+  SavePlacement(settings, "Service", "frmMain", {1, 2, 3, 4}, true);
+  EXPECT_EQ(settings.ReadShared(R"(Software\vantrel\Ostrel\Service\Persistence)", "frmMainX", ""),
+            "-8");
+  const std::optional<Placement> placement = LoadPlacement(settings, "service", "frmMain");
+  ASSERT_TRUE(placement);
+  EXPECT_EQ(placement->width, 1000);
+}
+
+TEST(FileChoice, RemembersTheFolder) {
+  kit::World world;
+  Messages messages(world.dialogs);
+  world.dialogs.files = {"/data/export/a.csv"};
+  const auto choose = [&] {
+    return ChooseFile(world.dialogs, world.settings, messages, FileDialogKind::kOpen,
+                      text::kStatistics, text::kType, "XFLog");
+  };
+  EXPECT_EQ(choose(), "/data/export/a.csv");
+  EXPECT_EQ(choose(), std::nullopt) << "cancelled";
+  EXPECT_EQ(world.dialogs.asked.back(), "Statistik|Typ|/data/export");
+}
+
+TEST(TextWidth, CountsCharacters) {
+  EXPECT_EQ(CharCount("Süd"), 3u);
+  EXPECT_EQ(Fitted("Süd-West", 3) + "|", "Süd|");
+  EXPECT_EQ(Fitted("Süd", 5) + "|", "Süd  |");
+  EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
+  const std::pair<std::string, const char*> cases[] = {
+      {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
+  };
+  for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
+  EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");
+}
+
+}  // namespace
+}  // namespace ostrel
