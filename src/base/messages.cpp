@@ -64,9 +64,29 @@ void Messages::Warn(int id, std::string_view added) const {
                  .style = MessageStyle::kExclamation});
 }
 
+std::string Messages::Shown(const Error& error) const {
+  return Shown(error.code).append(error.detail.empty() ? "" : "\n" + error.detail);
+}
+
+void Messages::Warn(const Error& error) const {
+  if (error.told || error.code == 0) return;
+  dialogs_.Show({.number = error.code,
+                 .text = Shown(error),
+                 .title = {},
+                 .style = MessageStyle::kExclamation});
+}
+
 void Messages::WarnFilled(int id, std::string_view value) const {
   dialogs_.Show(
       {.number = id, .text = Filled(id, value), .title = {}, .style = MessageStyle::kExclamation});
+}
+
+void Messages::WarnFilled(const Error& error, std::string_view value) const {
+  dialogs_.Show(
+      {.number = error.code,
+       .text = Filled(error.code, value).append(error.detail.empty() ? "" : "\n" + error.detail),
+       .title = {},
+       .style = MessageStyle::kExclamation});
 }
 
 bool Messages::Ask(int id) const {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/dialogs.h"
+#include "base/error.h"
 
 namespace ostrel {
 
@@ -45,8 +46,14 @@ class Messages {
   void Show(int id, std::string_view added = {}) const;
   /// The same for what went wrong.
   void Warn(int id, std::string_view added = {}) const;
+  /// The same for an error, with its detail below; nothing where there is none, or it was told.
+  void Warn(const Error& error) const;
+  /// The text of an error as it is shown.
+  std::string Shown(const Error& error) const;
   /// The same with the first "%s" of the text replaced.
   void WarnFilled(int id, std::string_view value) const;
+  /// The same for an error, with its detail below.
+  void WarnFilled(const Error& error, std::string_view value) const;
   /// Asks the caption, since nobody can answer an empty question; false for everything but Yes.
   bool Ask(int id) const;
 

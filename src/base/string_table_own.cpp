@@ -71,6 +71,10 @@ constexpr TableEntry kTable[] = {
       "Numéro de la liaison (vide = annuler) : "}},
 
     // Captions of windows and tables.
+    {text::kOtherSelection,
+     {"Inzwischen wurde ein anderes Gerät ausgewählt; es wurde nichts gesendet.",
+      "Another device was selected meanwhile; nothing was sent.",
+      "Un autre appareil a été sélectionné entre-temps ; rien n'a été envoyé."}},
     {text::kTapPosition, {"Stufe", "Tap position", "Prise"}},
     {text::kCounter, {"Stufungen", "Tap changes", "Changements"}},
     {text::kAddress, {"Adresse", "Address", "Adresse"}},

@@ -99,6 +99,7 @@ inline constexpr int kNoSuchConnection = Own(18);
 inline constexpr int kServerRunning = Own(19);
 inline constexpr int kReselectAnswering = Own(20);
 inline constexpr int kChooseNumber = Own(21);
+inline constexpr int kOtherSelection = Own(22);
 
 // Captions of windows and tables.
 inline constexpr int kTapPosition = Own(100);

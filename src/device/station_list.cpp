@@ -35,113 +35,105 @@ StationList::StationList(Link& link, Commands& commands, Dialogs& dialogs, const
       messages_(messages),
       rights_(std::move(rights)) {}
 
-void StationList::Tell(int code) const {
-  messages_.Warn(code, code == text::kDeviceReplied ? "\n" + reply_ : std::string());
+bool StationList::Usable(const Error& error) {
+  return !error || error.code == text::kStationsIncomplete || error.code == text::kDeviceReplied;
 }
 
-bool StationList::Usable(int code) {
-  return code == 0 || code == text::kStationsIncomplete || code == text::kDeviceReplied;
+Answer StationList::Ask(const std::string& line) {
+  return link_.CommandExchangeCode(link_.CurrentChannel(), line);
 }
 
-int StationList::Ask(const std::string& line, std::string& answer) {
-  return link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
-}
-
-int StationList::Fill(const std::string& wanted) {
+Error StationList::Fill(const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
   std::string current;
   bool limited = true;
-  int code = AskCurrent(current);
-  if (code == 0) code = AskRights(limited);
-  if (code == 0) code = AskStations(limited, current);
+  Error error = AskCurrent(current);
+  if (!error) error = AskRights(limited);
+  if (!error) error = AskStations(limited, current);
   preselected_ = FirstRow(rows_, 0, [](const Station& row) { return row.current; });
   preselected_ =
       FirstRow(rows_, preselected_, [&](const Station& row) { return row.address == wanted; });
-  return code;
+  return error;
 }
 
-int StationList::AskCurrent(std::string& address) {
-  std::string answer;
-  const std::string line = std::string("AA:dirn_") + (link_.SecondGeneration() ? "" : "\r\n");
-  const int code = Ask(line, answer);
-  if (code == 0 && !IsErrorAnswer(answer)) address = AddressPart(answer);
-  return code == 0 && answer.empty() ? code::kTimeout : code;
+Error StationList::AskCurrent(std::string& address) {
+  const Answer answer = Ask(std::string("AA:dirn_") + (link_.SecondGeneration() ? "" : "\r\n"));
+  if (!answer.Ok()) return answer.error;
+  if (answer.text.empty()) return {code::kTimeout, {}};
+  if (!IsErrorAnswer(answer.text)) address = AddressPart(answer.text);
+  return {};
 }
 
-int StationList::AskGrant(int& level) {
-  const int code = GrantGet(link_, "aa:", level);
+Error StationList::AskGrant(int& level) {
+  const Answer answer = Ask(std::string("aa:").append(kGrantLine));
   // What is no number is level 0.
-  return code == text::kDeviceReplied ? 0 : code;
+  if (answer.Ok()) level = ReadInteger(answer.text);
+  return answer.error;
 }
 
-int StationList::AskRights(bool& limited) {
+Error StationList::AskRights(bool& limited) {
   int level = 0;
-  if (const int code = AskGrant(level); code != 0) return code;
+  if (Error error = AskGrant(level)) return error;
   limited = IsLimited(level);
-  if (level == kFullGrant) return 0;
+  if (level == kFullGrant) return {};
   if (level >= 3) {
     std::string direct;
-    if (!commands_.DevQueryMsg(link_.CurrentChannel(), "aa:dirs-,!", direct)) return kEnded;
-    if (ReadInteger(direct) == 1) return 0;
+    if (!commands_.DevQueryMsg(link_.CurrentChannel(), "aa:dirs-,!", direct)) {
+      return Error::Told();
+    }
+    if (ReadInteger(direct) == 1) return {};
   }
-  if (!rights_(level)) return kEnded;
+  if (!rights_(level)) return Error::Told();
   // Whoever logged in meanwhile may see more.
-  const int code = AskGrant(level);
+  Error error = AskGrant(level);
   limited = IsLimited(level);
-  return code;
+  return error;
 }
 
-int StationList::AskStations(bool limited, const std::string& current) {
-  std::string answer;
+Error StationList::AskStations(bool limited, const std::string& current) {
   const std::string asked = limited ? "AA:dirn_" : "all,station&#";
-  if (const int code = Ask(asked + R"(,!+";", ver.+)", answer); code != 0) return code;
-  if (IsErrorAnswer(answer)) {
-    reply_ = answer;
-    return text::kDeviceReplied;
-  }
-  return Take(std::move(answer), current);
+  Answer answer = Ask(asked + R"(,!+";", ver.+)");
+  if (!answer.Ok()) return answer.error;
+  if (IsErrorAnswer(answer.text)) return {text::kDeviceReplied, answer.text};
+  return Take(std::move(answer.text), current);
 }
 
-int StationList::Take(std::string answer, const std::string& current) {
+Error StationList::Take(std::string answer, const std::string& current) {
   while (!answer.empty()) {
     Station station = StationFromLine(NextLine(answer));
     // Nothing can be sent to a row without an address.
     if (station.address.empty()) continue;
-    if (rows_.size() == kMost) return text::kStationsIncomplete;
+    if (rows_.size() == kMost) return {text::kStationsIncomplete, {}};
     station.current = !current.empty() && station.address == current;
     rows_.push_back(std::move(station));
   }
-  return 0;
+  return {};
 }
 
-int StationList::FillShort(bool names, const std::string& wanted) {
+Error StationList::FillShort(bool names, const std::string& wanted) {
   const BusyPointer busy(dialogs_);
   rows_.clear();
   preselected_ = 0;
-  std::string answer;
   const std::string first = "!\"AA:" + messages_.Caption(text::kDirect) + "\"";
-  int code = Ask(first + (names ? ",dirn" : ",dir"), answer);
-  if (code != 0) {
-    link_.ServerErrorReport({kObjectErrorBase + code, {}}, false);
-    return kEnded;
+  Answer answer = Ask(first + (names ? ",dirn" : ",dir"));
+  if (!answer.Ok()) {
+    commands_.ServerErrorReport(kObjectErrorBase + answer.error.code, answer.error.detail, false);
+    return Error::Told();
   }
-  if (commands_.IsErrorAnswer(answer, true)) return kEnded;
-  code = Take(std::move(answer), {});
+  if (commands_.IsErrorAnswer(answer.text, true)) return Error::Told();
+  Error error = Take(std::move(answer.text), {});
   preselected_ = FirstRow(rows_, 0, [&](const Station& row) { return row.KennName() == wanted; });
-  return code;
+  return error;
 }
 
-int StationList::ConnectionChange() {
-  const int code = link_.ConnectionSwitch();
-  if (code == 0) return Fill({});
-  if (code == text::kNoneRestored) return code;
-  const ServerError& error = link_.LastError();
-  if (code != Link::kNoneChosen) {
-    messages_.Warn(code, error.Code() == code ? error.Detail() : std::string());
-  }
-  return kUnchanged;
+std::optional<Error> StationList::ConnectionChange() {
+  const Error error = link_.ConnectionSwitch();
+  if (!error) return Fill({});
+  if (error.code == text::kNoneRestored) return error;
+  messages_.Warn(error);
+  return std::nullopt;
 }
 
 }  // namespace ostrel

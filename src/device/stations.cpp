@@ -25,14 +25,16 @@ Station StationFromLine(std::string line) {
   return station;
 }
 
-int Stations::Ask(const std::string& line, std::string& answer) {
-  return link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
+Answer Stations::Ask(const std::string& line) {
+  return link_.CommandExchangeCode(link_.CurrentChannel(), line);
 }
 
-int Stations::StationCurrentGet(std::string& station, std::string& typeString) {
-  if (const int code = Ask("aa:dirn_", station); code != 0) return code;
+Error Stations::StationCurrentGet(std::string& station, std::string& typeString) {
+  Answer answer = Ask("aa:dirn_");
+  if (!answer.Ok()) return answer.error;
+  station = std::move(answer.text);
   const std::string address = AddressPart(station);
-  if (station.find(':') == std::string::npos) return text::kDeviceReplied;
+  if (station.find(':') == std::string::npos) return {text::kDeviceReplied, {}};
   if (Trim(station) == address) {
     std::string name;
     if (commands_.DevQueryChecked(link_.CurrentChannel(), address + "station#", name)) {
@@ -40,13 +42,13 @@ int Stations::StationCurrentGet(std::string& station, std::string& typeString) {
     }
   }
   typeString = commands_.DevVersionGet(address);
-  return 0;
+  return {};
 }
 
 bool Stations::StationsListAll(std::vector<std::string>& list) {
   std::string answer;
   const std::string line = R"(all,station&#,!+";  ", ver.+)";
-  if (!link_.CommandExchange(link_.CurrentChannel(), line, answer)) return false;
+  if (!commands_.CommandExchange(link_.CurrentChannel(), line, answer)) return false;
   while (!answer.empty()) {
     const std::string popped = NextLine(answer);
     const std::string_view station = Trim(popped);
@@ -55,20 +57,29 @@ bool Stations::StationsListAll(std::vector<std::string>& list) {
   return true;
 }
 
-int Stations::VersionGet(const std::string& address, std::string& typeString,
-                         std::string& firmware) {
-  std::string answer;
-  const int code = Ask(address + "ver.", answer);
-  if (code != 0 || IsErrorAnswer(answer)) return code;
-  typeString = TypeFromVerAnswer(answer);
-  firmware = FirmwareFromVerAnswer(answer);
-  return 0;
+Error Stations::VersionGet(const std::string& address, std::string& typeString,
+                           std::string& firmware) {
+  const Answer answer = Ask(address + "ver.");
+  if (!answer.Ok() || IsErrorAnswer(answer.text)) return answer.error;
+  typeString = TypeFromVerAnswer(answer.text);
+  firmware = FirmwareFromVerAnswer(answer.text);
+  return {};
 }
 
-int Stations::NameGet(const std::string& address, std::string& kennName) {
-  const int code = Ask(address + "dirn_", kennName);
-  const bool named = !IsErrorAnswer(kennName) && !AddressPart(kennName).empty();
-  return code != 0 || named ? code : text::kNoDeviceAnswers;
+Error Stations::NameGet(const std::string& address, std::string& kennName) {
+  Answer answer = Ask(address + "dirn_");
+  if (!answer.Ok()) return answer.error;
+  if (IsErrorAnswer(answer.text) || AddressPart(answer.text).empty()) {
+    return {text::kNoDeviceAnswers, {}};
+  }
+  kennName = std::move(answer.text);
+  return {};
+}
+
+Error Stations::SerialGet(const std::string& address, std::string& serial) {
+  const Answer answer = Ask(address + "sysSN#");
+  serial = IsErrorAnswer(answer.text) ? std::string() : TrimAnswer(answer.text);
+  return answer.error;
 }
 
 }  // namespace ostrel

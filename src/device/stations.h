@@ -33,21 +33,22 @@ class Stations {
  public:
   Stations(Link& link, Commands& commands) : link_(link), commands_(commands) {}
 
-  /// Address and name of the physically connected station, and its type string. 0 or a code; 1280
-  /// for an answer without an address.
-  int StationCurrentGet(std::string& station, std::string& typeString);
+  /// Address and name of the physically connected station, and its type string. 1280 for an answer
+  /// without an address.
+  Error StationCurrentGet(std::string& station, std::string& typeString);
   /// The lines of the answer to "all stations", without empty ones and comments ("#"). Shows the
   /// message of a failure.
   bool StationsListAll(std::vector<std::string>& list);
-  /// Type string and firmware version text of a station; as they were when it refuses to tell. 0 or
-  /// a code.
-  int VersionGet(const std::string& address, std::string& typeString, std::string& firmware);
-  /// Address and name of the station with this address. 0 or a code; text::kNoDeviceAnswers when
-  /// none answers there.
-  int NameGet(const std::string& address, std::string& kennName);
+  /// Type string and firmware version text of a station; as they were when it refuses to tell.
+  Error VersionGet(const std::string& address, std::string& typeString, std::string& firmware);
+  /// Address and name of the station with this address. text::kNoDeviceAnswers when none answers
+  /// there.
+  Error NameGet(const std::string& address, std::string& kennName);
+  /// The serial number; empty when the device refuses to tell.
+  Error SerialGet(const std::string& address, std::string& serial);
 
  private:
-  int Ask(const std::string& line, std::string& answer);
+  Answer Ask(const std::string& line);
 
   Link& link_;
   Commands& commands_;

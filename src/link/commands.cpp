@@ -16,9 +16,32 @@ constexpr int kOnlinePauseMs = 250;
 
 }  // namespace
 
+bool Commands::CommandExchange(int channel, const std::string& line, std::string& answer) {
+  Answer got = link_.CommandExchangeCode(channel, line);
+  if (!got.Ok()) messages_.Warn(got.error);
+  if (got.Ok()) answer = std::move(got.text);
+  return got.Ok();
+}
+
+void Commands::ServerErrorReport(int number, const std::string& description, bool quiet) const {
+  if (number < 0) {
+    const int code = number - kObjectErrorBase;
+    const std::string text = messages_.Shown(code);
+    const bool known = code >= 10011 && code <= 10038;
+    dialogs_.Show({.number = code,
+                   .text = known ? text
+                                 : messages_.Text(text::kError) + " " + std::to_string(code) +
+                                       ": " + (description.empty() ? text : description),
+                   .title = messages_.Text(text::kError),
+                   .style = MessageStyle::kExclamation});
+  } else if (number > 0 && !quiet) {
+    messages_.Warn(text::kRuntimeError, "\nNr. " + std::to_string(number) + " = " + description);
+  }
+}
+
 bool Commands::DevCmd(int channel, const std::string& line) {
   std::string dropped;
-  return link_.CommandExchange(channel, line, dropped);
+  return CommandExchange(channel, line, dropped);
 }
 
 bool Commands::DevCmdQuiet(int channel, const std::string& line) {
@@ -27,7 +50,9 @@ bool Commands::DevCmdQuiet(int channel, const std::string& line) {
 }
 
 bool Commands::DevQuery(int channel, const std::string& line, std::string& answer) {
-  return link_.CommandExchangeCode(channel, line, answer) == 0;
+  Answer got = link_.CommandExchangeCode(channel, line);
+  if (got.Ok()) answer = std::move(got.text);
+  return got.Ok();
 }
 
 bool Commands::DevQueryChecked(int channel, const std::string& line, std::string& answer) {
@@ -35,7 +60,7 @@ bool Commands::DevQueryChecked(int channel, const std::string& line, std::string
 }
 
 bool Commands::DevQueryMsg(int channel, const std::string& line, std::string& answer) {
-  if (!link_.CommandExchange(channel, line, answer)) return false;
+  if (!CommandExchange(channel, line, answer)) return false;
   if (!ostrel::IsErrorAnswer(answer)) return true;
   messages_.Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + MaskedAnswer(answer, line));
   return false;
@@ -43,14 +68,17 @@ bool Commands::DevQueryMsg(int channel, const std::string& line, std::string& an
 
 bool Commands::OnlineQueryChecked(int channel, const std::string& line, std::string& answer,
                                   bool showError, std::optional<int> waitMs) {
-  return link_.OnlineExchange(channel, line, answer, showError, waitMs) &&
-         !ostrel::IsErrorAnswer(answer);
+  Answer got = link_.OnlineExchange(channel, line, waitMs);
+  if (showError && got.error.code == text::kOnlineNecessary) messages_.Warn(got.error);
+  if (got.Ok()) answer = std::move(got.text);
+  return got.Ok() && !ostrel::IsErrorAnswer(answer);
 }
 
 bool Commands::AnswerWaitMsg(int channel, std::string& answer) {
-  const int code = link_.AnswerWait(channel, answer);
-  if (code >= 1) messages_.Warn(code);
-  return code == 0;
+  Answer got = link_.AnswerWait(channel);
+  if (!got.Ok()) messages_.Warn(got.error);
+  if (got.Ok()) answer = std::move(got.text);
+  return got.Ok();
 }
 
 bool Commands::IsErrorAnswer(const std::string& answer, bool showMessage) const {
@@ -106,13 +134,13 @@ void Commands::StationAddressRestore(const std::string& address) {
 std::string Commands::DevVersionGet(const std::string& address) {
   const int channel = link_.CurrentChannel();
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const int code = link_.CommandSend(channel, address + "ver.");
-    if (code == code::kOnlineActive) {
+    const Error error = link_.CommandSend(channel, address + "ver.");
+    if (error.code == code::kOnlineActive) {
       link_.WaitMs(kOnlinePauseMs);
       continue;
     }
     std::string answer;
-    if (code != 0 || !AnswerWaitMsg(channel, answer)) return {};
+    if (error || !AnswerWaitMsg(channel, answer)) return {};
     return ostrel::IsErrorAnswer(answer) ? std::string() : TypeFromVerAnswer(answer);
   }
   return {};

@@ -17,6 +17,12 @@ class Commands {
   Commands(Link& link, Dialogs& dialogs, const Messages& messages)
       : link_(link), dialogs_(dialogs), messages_(messages) {}
 
+  /// Sends and waits; shows the message of a failure.
+  bool CommandExchange(int channel, const std::string& line, std::string& answer);
+  /// Turns an error that the server object (a negative number) or the system raised into a message;
+  /// `quiet` swallows what does not come from the server.
+  void ServerErrorReport(int number, const std::string& description, bool quiet) const;
+
   /// True when the exchange succeeded; the answer is dropped. Shows the message of a failure.
   bool DevCmd(int channel, const std::string& line);
   bool DevCmdQuiet(int channel, const std::string& line);

@@ -27,12 +27,12 @@ std::string Unframed(std::string answer, const std::string& line) {
 
 }  // namespace
 
-int Link::CommandSend(int channel, const std::string& line) {
-  if (busy_ || calls_ > 0) return text::kExchangeUnderWay;
+Error Link::CommandSend(int channel, const std::string& line) {
+  if (busy_ || calls_ > 0) return {text::kExchangeUnderWay, {}};
   DropEarlier(channel);
-  if (!server_) return lastError_.Code();
-  if (lost_ != 0 && holdsWhenLost && holdsWhenLost()) return lost_;
-  return Call("CSend", {channel, line}).Ok() ? 0 : lastError_.Code();
+  if (!server_) return lastError_;
+  if (lost_ != 0 && holdsWhenLost && holdsWhenLost()) return {lost_, {}};
+  return Call("CSend", {channel, line}).Ok() ? Error() : lastError_;
 }
 
 /// What an earlier exchange left behind, an answer or its failure, is not the next one's. Behind an
@@ -44,60 +44,60 @@ void Link::DropEarlier(int channel) {
   Call("CStatus", {channel});
 }
 
-int Link::AnswerWait(int channel, std::string& answer) {
-  if (busy_) return text::kExchangeUnderWay;
+Answer Link::AnswerWait(int channel) {
+  if (busy_) return {{text::kExchangeUnderWay, {}}, {}};
   busy_ = true;
-  const int code = Poll(channel, answer);
+  Answer answer = Poll(channel);
   busy_ = false;
-  return code;
+  return answer;
 }
 
-int Link::Poll(int channel, std::string& answer) {
+Answer Link::Poll(int channel) {
+  const auto failed = [](int code) { return Answer{{code, {}}, {}}; };
   AutomationResult status = Call("CStatus", {channel});
-  if (!status.Ok()) return lastError_.Code();
-  if (status.Int() == status::kNothingSent) return code::kNoCommand;
+  if (!status.Ok()) return {lastError_, {}};
+  if (status.Int() == status::kNothingSent) return failed(code::kNoCommand);
   const std::int64_t start = clock_.TickMs() / 1000;
   for (;;) {
     const AutomationResult online = Call("COnlineEnabled", {channel});
-    if (!online.Ok()) return lastError_.Code();
-    if (online.Bool()) return code::kOnlineActive;
-    if (clock_.TickMs() / 1000 - start > defTimeout_) return code::kTimeout;
+    if (!online.Ok()) return {lastError_, {}};
+    if (online.Bool()) return failed(code::kOnlineActive);
+    if (clock_.TickMs() / 1000 - start > defTimeout_) return failed(code::kTimeout);
     clock_.ProcessEvents();
-    if (givenUp_) return text::kExchangeGivenUp;
+    if (givenUp_) return failed(text::kExchangeGivenUp);
     status = Call("CStatus", {channel});
-    if (!status.Ok()) return lastError_.Code();
+    if (!status.Ok()) return {lastError_, {}};
     if (status.Int() != status::kReady) continue;
     const AutomationResult received = Call("CReceive", {channel});
-    answer = received.Text();
-    return received.Ok() ? 0 : lastError_.Code();
+    if (!received.Ok()) return {lastError_, {}};
+    return {{}, received.Text()};
   }
 }
 
-bool Link::CommandExchange(int channel, const std::string& line, std::string& answer) {
-  const int code = CommandExchangeCode(channel, line, answer);
-  if (code != 0) messages_.Warn(code);
-  return code == 0;
+Answer Link::CommandExchangeCode(int channel, const std::string& line) {
+  if (Error error = CommandSend(channel, line)) return {std::move(error), {}};
+  return AnswerWait(channel);
 }
 
-int Link::CommandExchangeCode(int channel, const std::string& line, std::string& answer) {
-  const int code = CommandSend(channel, line);
-  return code != 0 ? code : AnswerWait(channel, answer);
-}
-
-bool Link::OnlineExchange(int channel, const std::string& line, std::string& answer, bool showError,
-                          std::optional<int> waitMs) {
-  if (!Call("COnlineEnabled", {channel}).Bool()) {
-    if (showError) messages_.Warn(text::kOnlineNecessary);
-    return false;
-  }
+Answer Link::OnlineExchange(int channel, const std::string& line, std::optional<int> waitMs) {
+  if (!Call("COnlineEnabled", {channel}).Bool()) return {{text::kOnlineNecessary, {}}, {}};
   Call("CSend", {channel, std::string("\r")});
   Call("CReceive", {channel});
-  if (!Call("CSend", {channel, line + "\r"}).Ok()) return false;
+  if (Error error = BytesSend(channel, line + "\r")) return {std::move(error), {}};
   WaitMs(waitMs.value_or(kOnlineWaitMs));
+  Answer answer = BytesReceive(channel);
+  if (answer.Ok()) answer.text = Unframed(std::move(answer.text), line);
+  return answer;
+}
+
+Error Link::BytesSend(int channel, const std::string& bytes) {
+  return Call("CSend", {channel, bytes}).Ok() ? Error() : lastError_;
+}
+
+Answer Link::BytesReceive(int channel) {
   const AutomationResult received = Call("CReceive", {channel});
-  if (!received.Ok()) return false;
-  answer = Unframed(received.Text(), line);
-  return true;
+  if (!received.Ok()) return {lastError_, {}};
+  return {{}, received.Text()};
 }
 
 void Link::WaitMs(std::int64_t milliseconds) {

@@ -22,43 +22,36 @@ bool MeansLost(int code) {
   return std::find(std::begin(kLosses), std::end(kLosses), code) != std::end(kLosses);
 }
 
-}  // namespace
-
-int ServerError::Code() const {
+/// The code of an object error; any other number as it is.
+int CodeOf(int number) {
   const int code = number - kObjectErrorBase;
   return number < 0 && code >= 0 && code <= 0xFFFF ? code : number;
 }
 
-std::string ServerError::Detail() const {
-  return description.empty() ? std::string() : "\n" + description;
-}
+}  // namespace
 
-Link::Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
-           const Messages& messages, std::filesystem::path programFolder)
+Link::Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock,
+           std::filesystem::path programFolder)
     : factory_(factory),
       settings_(settings),
       clock_(clock),
-      dialogs_(dialogs),
-      messages_(messages),
       programFolder_(std::move(programFolder)) {}
 
 Link::~Link() {
   ConnectionClose();
 }
 
-void Link::LoadSettings() {
+bool Link::LoadSettings() {
   const AnswerTimeout timeout = ReadDefTimeout(settings_);
   defTimeout_ = timeout.seconds;
   const std::string text = std::to_string(defTimeout_);
-  if (timeout.corrected) {
-    messages_.Warn(text::kOutOfRange, "\n" + messages_.Filled(text::kUsedInstead, text));
-  }
   settings_.WriteShared(keys::kServerMisc, "DefTimeout_s", text);
   settings_.WriteProgram("ZubServer", "Misc", "DefTimeout_s", text);
   testMode_ = settings_.ReadShared(keys::kServerMisc, "Testmode", "0") == "9";
+  return !timeout.corrected;
 }
 
-bool Link::CommServerCreate() {
+Error Link::CommServerCreate() {
   std::error_code ignored;
   const bool inProcess = std::filesystem::exists(programFolder_ / "OstrelTESK.dll", ignored) &&
                          settings_.ReadShared(keys::kServerMisc, "UsePriorServer", "0") == "0";
@@ -68,35 +61,36 @@ bool Link::CommServerCreate() {
   for (int attempt = 0; attempt < (inProcess ? 1 : kAttempts) && !givenUp_; ++attempt) {
     AutomationFactory::Created created = factory_.Create(className);
     server_ = std::move(created.object);
-    if (server_) return true;
+    if (server_) return {};
     reason = created.description;
   }
-  lastError_ = {kObjectErrorBase + code::kServerNotStarted, reason};
-  messages_.Warn(code::kServerNotStarted, "\n" + reason + "\nClassname: " + className);
-  return false;
+  return {code::kServerNotStarted, reason + "\nClassname: " + className};
 }
 
-LinkState Link::ConnectionOpen(std::string name, int frame, int kind) {
+Error Link::ConnectionOpen(std::string name, int frame, int kind) {
   // Also finds out that the server is gone; then everything starts afresh.
   if (server_) Call("COpenLocked", {});
-  if (state_ == LinkState::kNoServer && CommServerCreate()) state_ = LinkState::kServer;
-  if (state_ == LinkState::kServer) {
-    int opened = ChannelOpen(name, kind);
-    while (opened < 0 && ChooseConnection(name)) opened = ChannelOpen(name, kind);
-    if (opened >= 0) {
-      channel_ = opened;
-      state_ = LinkState::kChannel;
-    }
+  if (state_ == LinkState::kNoServer) {
+    if (Error error = CommServerCreate()) return error;
+    state_ = LinkState::kServer;
   }
-  if (state_ == LinkState::kChannel && frame >= 0) Put("CFrame", frame);
-  return state_;
+  if (state_ == LinkState::kServer) {
+    Opened opened = ChannelOpen(name, kind);
+    while (opened.error && ChooseConnection(name, opened.error)) opened = ChannelOpen(name, kind);
+    // The chooser told, too.
+    opened.error.told = opened.error && state_ == LinkState::kServer && offerChooser_;
+    if (opened.error) return opened.error;
+    channel_ = opened.channel;
+    state_ = LinkState::kChannel;
+  }
+  if (frame >= 0) Put("CFrame", frame);
+  return state_ == LinkState::kChannel ? Error() : lastError_;
 }
 
-bool Link::ChooseConnection(std::string& name) {
+bool Link::ChooseConnection(std::string& name, const Error& why) {
   // A server that is gone has no connections to choose from.
   if (!server_ || !offerChooser_ || givenUp_) return false;
-  const int code = lastError_.Code();
-  name = AskChooser(name, code, messages_.Shown(code) + lastError_.Detail());
+  name = AskChooser(name, why.code, explain ? explain(why) : why.detail);
   return !name.empty();
 }
 
@@ -105,75 +99,71 @@ std::string Link::AskChooser(const std::string& name, int code, const std::strin
   return chooser_ ? chooser_->Call("Select", {name, code, reason}).Text() : std::string();
 }
 
-int Link::ChannelOpen(const std::string& name, int kind) {
+Link::Opened Link::ChannelOpen(const std::string& name, int kind) {
   const bool locked = Call("COpenLocked", {}).Bool();
-  if (locked) lastError_ = {kObjectErrorBase + code::kServerGone, {}};
-  if (locked || !server_) return -1;
+  if (locked) return {{code::kServerGone, {}}};
+  if (!server_) return {lastError_};
   const AutomationResult result = Call("COpen", {name, kind});
-  if (!result.Ok()) return -1;
-  if (result.Int() < 0) lastError_ = {kObjectErrorBase - result.Int(), {}};
-  return std::max(result.Int(), -1);
+  if (!result.Ok()) return {lastError_};
+  if (result.Int() < 0) return {{-result.Int(), {}}};
+  return {{}, result.Int()};
 }
 
-int Link::ChannelReopen(const std::string& name) {
-  const int opened = ChannelOpen(name);
-  if (opened < 0) return -std::max(lastError_.Code(), 1);
-  const AutomationResult framed = Use([opened](AutomationObject& server) {
-    return server.Put("CFrame", {opened}, frame::kFramed);
+Link::Opened Link::ChannelReopen(const std::string& name) {
+  Opened opened = ChannelOpen(name);
+  if (opened.error) return opened;
+  const AutomationResult framed = Use([&opened](AutomationObject& server) {
+    return server.Put("CFrame", {opened.channel}, frame::kFramed);
   });
   if (framed.Ok()) return opened;
-  const int code = lastError_.Code();
-  Call("CClose", {opened});
-  return -code;
+  const Error error = lastError_;
+  ChannelClose(opened.channel);
+  return {error};
 }
 
-bool Link::ConnectionReselect() {
-  std::string answer;
-  const int asked = CommandExchangeCode(channel_, "AA:dirn", answer);
-  const bool answers = asked == 0 && !IsErrorAnswer(answer);
-  if (answers && !messages_.Ask(text::kReselectAnswering)) return false;
+void Link::ChannelClose(int channel) {
+  Call("CClose", {channel});
+}
+
+Error Link::ConnectionReselect(const std::function<bool()>& confirm) {
+  const Answer asked = CommandExchangeCode(channel_, "AA:dirn");
+  if (asked.Ok() && !IsErrorAnswer(asked.text) && !confirm()) return Error::Told();
   // A server that is gone, an exchange under way, a program that ends: nothing to open anew.
-  if (state_ != LinkState::kChannel || busy_ || calls_ > 0 || givenUp_) {
-    if (!givenUp_) messages_.Warn(asked != 0 ? asked : lastError_.Code());
-    return false;
+  if (givenUp_) return Error::Told();
+  if (state_ != LinkState::kChannel || busy_ || calls_ > 0) {
+    return asked.error ? asked.error : lastError_;
   }
-  if (Call("COnlineEnabled", {channel_}).Bool()) {
-    messages_.Warn(code::kOnlineActive);
-    return false;
-  }
+  if (Call("COnlineEnabled", {channel_}).Bool()) return {code::kOnlineActive, {}};
   const std::string name = ConnectionName();
-  Call("CClose", {channel_});
+  ChannelClose(channel_);
   if (server_) state_ = LinkState::kServer;
-  const bool taken = ChannelTake(name);
-  if (!taken) messages_.Warn(lastError_.Code(), lastError_.Detail());
-  return taken;
+  return ChannelTake(name);
 }
 
-bool Link::ChannelTake(const std::string& name) {
-  const int opened = ChannelReopen(name);
-  if (opened < 0) return false;
-  channel_ = opened;
+Error Link::ChannelTake(const std::string& name) {
+  const Opened opened = ChannelReopen(name);
+  if (opened.error) return opened.error;
+  channel_ = opened.channel;
   state_ = LinkState::kChannel;
-  return true;
+  return {};
 }
 
-int Link::ConnectionSwitch() {
-  if (busy_ || calls_ > 0) return text::kExchangeUnderWay;
+Error Link::ConnectionSwitch() {
+  if (busy_ || calls_ > 0) return {text::kExchangeUnderWay, {}};
   const std::string before = ConnectionName();
   if (state_ == LinkState::kChannel && Call("COnlineEnabled", {channel_}).Bool()) {
-    return code::kOnlineActive;
+    return {code::kOnlineActive, {}};
   }
   const std::string chosen = AskChooser(before, 0, {});
-  if (givenUp_ || chosen.empty()) return kNoneChosen;
-  if (state_ == LinkState::kChannel) Call("CClose", {channel_});
+  if (givenUp_ || chosen.empty()) return Error::Told();
+  if (state_ == LinkState::kChannel) ChannelClose(channel_);
   if (server_) state_ = LinkState::kServer;
   // The server may have gone by now, and the channel with it: a new one is as good.
-  if (!server_ && CommServerCreate()) state_ = LinkState::kServer;
-  if (ChannelTake(chosen)) return 0;
-  const ServerError error = lastError_;
-  const bool restored = !before.empty() && ChannelTake(before);
-  lastError_ = error;
-  return restored ? error.Code() : text::kNoneRestored;
+  if (!server_ && !CommServerCreate()) state_ = LinkState::kServer;
+  const Error error = ChannelTake(chosen);
+  if (!error) return {};
+  const bool restored = !before.empty() && !ChannelTake(before);
+  return restored ? error : Error{text::kNoneRestored, {}};
 }
 
 bool Link::SecondGeneration() const {
@@ -230,25 +220,6 @@ void Link::KeepAliveTick(const std::string& text) {
   }
 }
 
-void Link::ServerErrorReport(const ServerError& error, bool quiet) const {
-  const int code = error.Code();
-  if (error.number < 0) {
-    Message message{.number = code,
-                    .text = {},
-                    .title = messages_.Text(text::kError),
-                    .style = MessageStyle::kExclamation};
-    const std::string text = messages_.Shown(code);
-    message.text = code >= 10011 && code <= 10038
-                       ? text
-                       : messages_.Text(text::kError) + " " + std::to_string(code) + ": " +
-                             (error.description.empty() ? text : error.description);
-    dialogs_.Show(message);
-  } else if (error.number > 0 && !quiet) {
-    messages_.Warn(text::kRuntimeError,
-                   "\nNr. " + std::to_string(error.number) + " = " + error.description);
-  }
-}
-
 AutomationResult Link::Call(std::string_view member, const Values& arguments) {
   return Use([&](AutomationObject& server) { return server.Call(member, arguments); });
 }
@@ -274,8 +245,8 @@ AutomationResult Link::Use(const std::function<AutomationResult(AutomationObject
 }
 
 void Link::Raised(const AutomationResult& result) {
-  lastError_ = {result.error, result.description};
-  const int code = lastError_.Code();
+  const int code = CodeOf(result.error);
+  lastError_ = {code, result.description};
   if (state_ == LinkState::kChannel && MeansLost(code)) {
     const bool before = std::exchange(lost_, code) != 0;
     if (!before && onLost) onLost(code);

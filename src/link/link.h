@@ -9,9 +9,8 @@
 #include <string_view>
 
 #include "base/clock.h"
-#include "base/messages.h"
+#include "base/error.h"
 #include "base/settings_store.h"
-#include "base/texts.h"
 #include "wire/automation.h"
 #include "wire/codes.h"
 
@@ -19,23 +18,13 @@ namespace ostrel {
 
 enum class LinkState { kNoServer = 0, kServer = 1, kChannel = 2 };
 
-/// An error that a call of the server raised.
-struct ServerError {
-  int number = 0;  // as raised; 0 = none
-  std::string description;
-  /// The message number: the code of an object error, any other number as it is.
-  int Code() const;
-  /// The description as a line of its own below the message; empty when there is none.
-  std::string Detail() const;
-};
-
 /// The program's side of the communication server: the server object, the channel on which commands
 /// go out, and the exchange of one line for one answer. Waits let events run, so what a timer wants
 /// to send meanwhile is refused with text::kExchangeUnderWay.
 class Link {
  public:
-  Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock, Dialogs& dialogs,
-       const Messages& messages, std::filesystem::path programFolder);
+  Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock,
+       std::filesystem::path programFolder);
   ~Link();
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
@@ -61,32 +50,38 @@ class Link {
   /// Whether a lost link refuses to send, with the error that lost it; without it, it sends.
   std::function<bool()> holdsWhenLost;
 
-  /// Reads "DefTimeout_s" (corrected to 1..15 with messages, written back) and "Testmode".
-  void LoadSettings();
+  /// Reads "DefTimeout_s" (limited to 1..15, written back) and "Testmode". False when the time-out
+  /// had to be corrected.
+  bool LoadSettings();
 
   /// Whether the user may choose another connection when one does not open; yes at first.
   void OfferChooser(bool offer) { offerChooser_ = offer; }
+  /// What the chooser tells the user of a failure; without it, the server's words.
+  std::function<std::string(const Error& error)> explain;
 
-  /// Creates the server object; a failure shows message 10065.
-  bool CommServerCreate();
+  /// Creates the server object, in up to five attempts.
+  Error CommServerCreate();
   /// Opens a channel on the connection (empty = the server's current one), through the chooser
-  /// until one opens or the user cancels; then sets its frame mode unless that is negative.
-  LinkState ConnectionOpen(std::string name, int frame = 2, int kind = 2);
-  /// One attempt to open; the channel, or -1. LastError tells why.
-  int ChannelOpen(const std::string& name, int kind = 2);
-  /// A command channel on a named connection: its number, or minus the code of the error.
-  int ChannelReopen(const std::string& name);
+  /// until one opens or the user cancels; then sets its frame mode unless that is negative. An
+  /// error that the chooser has told is marked so.
+  Error ConnectionOpen(std::string name, int frame = 2, int kind = 2);
+  struct Opened {
+    Error error;
+    int channel = -1;
+  };
+  /// One attempt to open.
+  Opened ChannelOpen(const std::string& name, int kind = 2);
+  /// A command channel on a named connection.
+  Opened ChannelReopen(const std::string& name);
+  void ChannelClose(int channel);
   /// Closes the channel and opens a new one on its connection; asks before while a station still
-  /// answers. Refused with 10019 while an online channel is open. False when the channel is not a
-  /// new one; why is shown.
-  bool ConnectionReselect();
-  /// What ConnectionSwitch gives when the user chose no connection.
-  static constexpr int kNoneChosen = -1;
-  /// Lets the user choose a connection and opens the channel there instead. 0 when it is open;
-  /// 10019 while an online channel is; the code of the failure when the previous connection was
-  /// opened again, which LastError describes; text::kNoneRestored when there is no channel any
-  /// more.
-  int ConnectionSwitch();
+  /// answers. Refused with 10019 while an online channel is open. Without an error the channel is a
+  /// new one.
+  Error ConnectionReselect(const std::function<bool()>& confirm);
+  /// Lets the user choose a connection and opens the channel there instead. 10019 while an online
+  /// channel is open; told where none was chosen; the failure where the previous connection was
+  /// opened again; text::kNoneRestored where there is no channel any more.
+  Error ConnectionSwitch();
   /// Closes the channel and gives up the server object.
   void ConnectionClose();
   /// The name of the connection on which the channel runs; empty when there is none.
@@ -100,17 +95,19 @@ class Link {
   /// Whether the server runs inside this program; it wants no line end behind a line.
   bool SecondGeneration() const;
 
-  /// Sends one line after dropping an answer that nobody fetched. 0 or a code.
-  int CommandSend(int channel, const std::string& line);
-  /// Waits for the answer and fetches it. 0 or a code.
-  int AnswerWait(int channel, std::string& answer);
-  /// Sends and waits; shows the message of a failure.
-  bool CommandExchange(int channel, const std::string& line, std::string& answer);
-  /// Sends and waits, silently; 0 or a code.
-  int CommandExchangeCode(int channel, const std::string& line, std::string& answer);
-  /// An exchange on a transparent channel, where nothing frames the answer.
-  bool OnlineExchange(int channel, const std::string& line, std::string& answer, bool showError,
-                      std::optional<int> waitMs = std::nullopt);
+  /// Sends one line after dropping an answer that nobody fetched.
+  Error CommandSend(int channel, const std::string& line);
+  /// Waits for the answer and fetches it.
+  Answer AnswerWait(int channel);
+  /// Sends and waits.
+  Answer CommandExchangeCode(int channel, const std::string& line);
+  /// An exchange on a transparent channel, where nothing frames the answer; text::kOnlineNecessary
+  /// where there is none.
+  Answer OnlineExchange(int channel, const std::string& line,
+                        std::optional<int> waitMs = std::nullopt);
+  /// Bytes on a transparent channel, as they stand; what came in is often nothing.
+  Error BytesSend(int channel, const std::string& bytes);
+  Answer BytesReceive(int channel);
   /// Lets events run for this long.
   void WaitMs(std::int64_t milliseconds);
 
@@ -118,11 +115,6 @@ class Link {
   void KeepAliveTick(const std::string& text);
   std::function<void()> onTerminate;
 
-  /// Turns a raised error into a message; `quiet` swallows what does not come from the server.
-  void ServerErrorReport(const ServerError& error, bool quiet) const;
-
-  /// The error that the last failed operation met.
-  const ServerError& LastError() const { return lastError_; }
   /// Makes the wait that is going on, and every later one, end with text::kExchangeGivenUp, until
   /// that is taken back.
   void GiveUp(bool givenUp = true) { givenUp_ = givenUp; }
@@ -133,17 +125,15 @@ class Link {
   AutomationResult Put(std::string_view property, int value);
   AutomationResult Use(const std::function<AutomationResult(AutomationObject&)>& member);
   void Raised(const AutomationResult& result);
-  bool ChooseConnection(std::string& name);
+  bool ChooseConnection(std::string& name, const Error& why);
   std::string AskChooser(const std::string& name, int code, const std::string& reason);
-  bool ChannelTake(const std::string& name);
+  Error ChannelTake(const std::string& name);
   void DropEarlier(int channel);
-  int Poll(int channel, std::string& answer);
+  Answer Poll(int channel);
 
   AutomationFactory& factory_;
   SettingsStore& settings_;
   Clock& clock_;
-  Dialogs& dialogs_;
-  const Messages& messages_;
   std::filesystem::path programFolder_;
 
   std::unique_ptr<AutomationObject> server_;
@@ -161,7 +151,7 @@ class Link {
   int calls_ = 0;                    // of the server that have not returned yet
   bool givenUp_ = false;
   bool offerChooser_ = true;
-  ServerError lastError_;
+  Error lastError_;  // that a call raised
 };
 
 }  // namespace ostrel

@@ -41,50 +41,49 @@ bool CanStandInALine(std::string_view text) {
 
 namespace user_lines {
 
-std::string WhoAmI(const std::string& prefix) {
-  return prefix + "whoami";
+std::string WhoAmI() {
+  return "whoami";
 }
 
-std::string AllUsers(const std::string& prefix) {
-  return prefix + ";fori 0..5,i,passwort- .,!,!,!,ni";
+std::string AllUsers() {
+  return ";fori 0..5,i,passwort- .,!,!,!,ni";
 }
 
-std::string LogIn(const std::string& prefix, int user, const std::string& password) {
-  return prefix + "login " + std::to_string(user) + " " + password;
+std::string LogIn(int user, const std::string& password) {
+  return std::string("login ") + std::to_string(user) + " " + password;
 }
 
-std::string LogOut(const std::string& prefix) {
-  return prefix + "logout";
+std::string LogOut() {
+  return "logout";
 }
 
-std::string SetPassword(const std::string& prefix, int user, const std::string& current,
-                        const std::string& fresh) {
-  return prefix + "passwort " + std::to_string(user) + " " + current + "=" + fresh + " " + fresh;
+std::string SetPassword(int user, const std::string& current, const std::string& fresh) {
+  return std::string("passwort ") + std::to_string(user) + " " + current + "=" + fresh + " " +
+         fresh;
 }
 
-std::string SetUser(const std::string& prefix, int user, const UserRecord& record,
-                    const UserRecord& administrator, const std::string& password) {
-  std::string line = prefix;
+std::string SetUser(int user, const UserRecord& record, const UserRecord& administrator,
+                    const std::string& password) {
+  std::string line;
   if (user == 0) line += SettingsItem(kAdministrator, administrator, password) + ",";
   return line + SettingsItem(user, record, password);
 }
 
-std::string Unprotect(const std::string& prefix, const std::string& password) {
-  return prefix + "passwort 1 " + password + "=0 0";
+std::string Unprotect(const std::string& password) {
+  return std::string("passwort 1 ") + password + "=0 0";
 }
 
-std::string FeatureNumber(const std::string& prefix) {
-  return prefix + ",VER?-,^,if,VER- QOL,else,0,eif,!";
+std::string FeatureNumber() {
+  return ",VER?-,^,if,VER- QOL,else,0,eif,!";
 }
 
-std::string Exceptions(const std::string& prefix) {
-  return prefix + "pwlrelease# *";
+std::string Exceptions() {
+  return "pwlrelease# *";
 }
 
-std::string SetExceptions(const std::string& prefix, const PortExceptions& ports,
-                          const std::string& password) {
-  std::string line = prefix + ",PWLrel 1 " + password + "=" + Flag(ports.com1) + ",PWLrel 2 " +
-                     password + "=" + Flag(ports.com2);
+std::string SetExceptions(const PortExceptions& ports, const std::string& password) {
+  std::string line = ",PWLrel 1 " + password + "=" + Flag(ports.com1) + ",PWLrel 2 " + password +
+                     "=" + Flag(ports.com2);
   if (ports.com4) line += ",PWLrel 4 " + password + "=" + Flag(*ports.com4);
   return line;
 }

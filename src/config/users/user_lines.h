@@ -29,25 +29,23 @@ struct PortExceptions {
   std::optional<bool> com4;
 };
 
-/// The lines to a device's user management. `prefix` is the address of the station with its ":".
+/// The lines to a device's user management. The address of the station goes before them.
 namespace user_lines {
 
-std::string WhoAmI(const std::string& prefix);
-std::string AllUsers(const std::string& prefix);
-std::string LogIn(const std::string& prefix, int user, const std::string& password);
-std::string LogOut(const std::string& prefix);
+std::string WhoAmI();
+std::string AllUsers();
+std::string LogIn(int user, const std::string& password);
+std::string LogOut();
 /// With the password until now of this user or the administrator's.
-std::string SetPassword(const std::string& prefix, int user, const std::string& current,
-                        const std::string& fresh);
+std::string SetPassword(int user, const std::string& current, const std::string& fresh);
 /// Grant and minutes of one user. Those of the guest stand behind the administrator's own.
-std::string SetUser(const std::string& prefix, int user, const UserRecord& record,
-                    const UserRecord& administrator, const std::string& password);
-std::string Unprotect(const std::string& prefix, const std::string& password);
+std::string SetUser(int user, const UserRecord& record, const UserRecord& administrator,
+                    const std::string& password);
+std::string Unprotect(const std::string& password);
 /// Answered by a number; from 130 on there is a COM4.
-std::string FeatureNumber(const std::string& prefix);
-std::string Exceptions(const std::string& prefix);
-std::string SetExceptions(const std::string& prefix, const PortExceptions& ports,
-                          const std::string& password);
+std::string FeatureNumber();
+std::string Exceptions();
+std::string SetExceptions(const PortExceptions& ports, const std::string& password);
 
 }  // namespace user_lines
 

@@ -17,97 +17,85 @@ constexpr int kCom4Number = 130;
 
 }  // namespace
 
-Users::Users(Link& link, Commands& commands, const Selection& selection, Dialogs& dialogs,
-             const Messages& messages)
-    : link_(link),
-      commands_(commands),
-      selection_(selection),
-      dialogs_(dialogs),
-      messages_(messages) {}
-
 std::string Users::UserName(int user) const {
   if (user < 0 || user >= kUserCount) return std::to_string(user);
-  return messages_.Caption(text::kUserGuest + user);
+  return desk_.texts.Caption(text::kUserGuest + user);
 }
 
 void Users::DeviceChanged() {
   state_ = {};
-  administrators_.clear();
+  administratorsPassword_.clear();
 }
 
-bool Users::Exchange(const std::string& line, std::string& answer,
-                     const std::vector<std::string>& passwords, bool settingPassword) {
-  const int code = link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
-  if (code != 0) {
+std::optional<std::string> Users::Exchange(const Reading& station, const std::string& line,
+                                           const std::vector<std::string>& passwords,
+                                           bool settingPassword) {
+  Answer answer = station.Try(line);
+  if (!answer.Ok()) {
     // Why there is no connection stands below.
-    const std::string why = "\n" + messages_.Shown(code);
-    const std::string none = "\n" + messages_.Shown(text::kNoConnectionToDevice);
+    const std::string why = "\n" + desk_.texts.Shown(answer.error);
+    const std::string none = "\n" + desk_.texts.Shown(text::kNoConnectionToDevice);
     if (settingPassword) {
-      messages_.Warn(text::kPasswordNotChanged, none + why);
+      desk_.texts.Warn(text::kPasswordNotChanged, none + why);
     } else {
-      messages_.Warn(text::kNoConnectionToDevice, why);
+      desk_.texts.Warn(text::kNoConnectionToDevice, why);
     }
-    return false;
+    return std::nullopt;
   }
-  if (!IsErrorAnswer(answer) && !IsRefusal(answer)) return true;
-  messages_.Warn(text::kDeviceReplied, "\n" + WithoutPasswords(answer, passwords));
-  return false;
+  if (!IsErrorAnswer(answer.text) && !IsRefusal(answer.text)) return std::move(answer.text);
+  desk_.texts.Warn(text::kDeviceReplied, "\n" + WithoutPasswords(answer.text, passwords));
+  return std::nullopt;
 }
 
-std::optional<std::string> Users::Reading() const {
-  const std::optional<std::string> prefix = selection_.GetKenn();
-  if (!prefix) messages_.Warn(text::kNoDeviceSelected);
-  return prefix;
-}
-
-std::optional<std::string> Users::Writing() {
-  if (!Reading()) return std::nullopt;
-  const std::optional<std::string> prefix = selection_.GetKennSel();
-  if (!prefix) return std::nullopt;
+std::optional<Writing> Users::ToChange() {
+  std::optional<Writing> device = desk_.session.ToWrite();
   // Which passwords there are decides what is asked, and the settings of the administrator are sent
   // along with the guest's.
-  if (state_.users[kAdministrator]) return prefix;
-  if (ReadUsers(*prefix)) return prefix;
-  messages_.Warn(text::kTransferCancelled);
+  if (!device || state_.users[kAdministrator] || ReadUsers(*device)) return device;
+  desk_.texts.Warn(text::kTransferCancelled);
   return std::nullopt;
 }
 
 bool Users::PWReadAll() {
-  const std::optional<std::string> prefix = Reading();
-  if (!prefix) return false;
-  const BusyPointer busy(dialogs_);
-  if (!ReadLogin() || !ReadUsers(*prefix)) return false;
+  const std::optional<Reading> device = desk_.session.ToRead();
+  if (!device) return false;
+  const BusyPointer busy(desk_.dialogs);
+  if (!ReadLogin(*device) || !ReadUsers(*device)) return false;
   if (!*state_.protects) return true;
-  const std::optional<bool> com4 = HasCom4(*prefix);
-  return com4 && ReadPorts(*prefix, *com4);
+  const std::optional<bool> com4 = HasCom4(*device);
+  return com4 && ReadPorts(*device, *com4);
 }
 
 bool Users::ReadLogin() {
-  const std::optional<std::string> prefix = Reading();
-  std::string answer;
-  if (!prefix || !Exchange(user_lines::WhoAmI(*prefix), answer)) return false;
-  state_.user = UserFromAnswer(answer);
-  if (!state_.user) {
-    messages_.Warn(text::kDeviceReplied, "\n" + answer);
-    return false;
-  }
-  return GrantRead(*prefix).has_value();
+  const std::optional<Reading> device = desk_.session.ToRead();
+  return device && ReadLogin(*device);
 }
 
-std::optional<int> Users::GrantRead(const std::string& prefix) {
-  std::string answer;
-  if (!Exchange(GrantLine(prefix), answer)) return std::nullopt;
-  const int level = ReadInteger(answer);
-  if (Concerns(prefix)) state_.grant = level;
+bool Users::ReadLogin(const Reading& device) {
+  const std::optional<std::string> answer = Exchange(device, user_lines::WhoAmI());
+  if (!answer) return false;
+  state_.user = UserFromAnswer(*answer);
+  if (!state_.user) {
+    desk_.texts.Warn(text::kDeviceReplied, "\n" + *answer);
+    return false;
+  }
+  return GrantRead(device).has_value();
+}
+
+std::optional<int> Users::GrantRead(const Reading& station) {
+  const std::optional<std::string> answer = Exchange(station, std::string(kGrantLine));
+  if (!answer) return std::nullopt;
+  const int level = ReadInteger(*answer);
+  if (Concerns(station)) state_.grant = level;
   return level;
 }
 
-bool Users::ReadUsers(const std::string& prefix) {
-  std::string answer;
-  if (!Exchange(user_lines::AllUsers(prefix), answer)) return false;
-  const auto users = UsersFromAnswer(answer);
+bool Users::ReadUsers(const Reading& device) {
+  const std::optional<std::string> answer = Exchange(device, user_lines::AllUsers());
+  if (!answer) return false;
+  const auto users = UsersFromAnswer(*answer);
   if (!users) {
-    messages_.Warn(text::kDeviceReplied, "\n" + answer);
+    desk_.texts.Warn(text::kDeviceReplied, "\n" + *answer);
     return false;
   }
   const UserRecord& administrator = (*users)[kAdministrator];
@@ -121,20 +109,18 @@ bool Users::ReadUsers(const std::string& prefix) {
   return true;
 }
 
-std::optional<bool> Users::HasCom4(const std::string& prefix) {
-  std::string answer;
-  if (!commands_.DevQueryMsg(link_.CurrentChannel(), user_lines::FeatureNumber(prefix), answer)) {
-    return std::nullopt;
-  }
-  return ReadNumber(answer) >= kCom4Number;
+std::optional<bool> Users::HasCom4(const Reading& device) {
+  const std::optional<std::string> answer = device.Ask(user_lines::FeatureNumber());
+  if (!answer) return std::nullopt;
+  return ReadNumber(*answer) >= kCom4Number;
 }
 
-bool Users::ReadPorts(const std::string& prefix, bool com4) {
-  std::string answer;
-  if (!Exchange(user_lines::Exceptions(prefix), answer)) return false;
-  const std::vector<bool> flags = FlagsFromAnswer(answer);
+bool Users::ReadPorts(const Reading& device, bool com4) {
+  const std::optional<std::string> answer = Exchange(device, user_lines::Exceptions());
+  if (!answer) return false;
+  const std::vector<bool> flags = FlagsFromAnswer(*answer);
   if (flags.size() < 2) {
-    messages_.Warn(text::kDeviceReplied, "\n" + answer);
+    desk_.texts.Warn(text::kDeviceReplied, "\n" + *answer);
     return false;
   }
   PortExceptions ports{.com1 = flags[0], .com2 = flags[1], .com4 = {}};
@@ -143,45 +129,46 @@ bool Users::ReadPorts(const std::string& prefix, bool com4) {
   return true;
 }
 
-bool Users::Concerns(const std::string& prefix) const {
-  return LowerAscii(prefix) == LowerAscii(selection_.GetKenn().value_or(""));
+bool Users::Concerns(const Reading& station) const {
+  const std::string selected = desk_.session.Selected().GetKenn().value_or("");
+  return LowerAscii(station.Address()) == LowerAscii(selected);
 }
 
-Users::Outcome Users::LogIn(int user) {
-  const std::optional<std::string> prefix = Reading();
-  if (!prefix) return Outcome::kFailed;
+Ending Users::LogIn(int user) {
+  const std::optional<Writing> device = desk_.session.ToWrite();
+  if (!device) return Ending::kFailed;
   std::string password;
-  const Outcome asked = AskPassword({.title = UserName(user),
-                                     .prompt = messages_.Caption(text::kUserPassword),
-                                     .value = {},
-                                     .password = true},
-                                    password);
-  if (asked != Outcome::kDone) return asked;
-  return LogIn(*prefix, user, password) ? Outcome::kDone : Outcome::kFailed;
+  const Ending asked = AskPassword({.title = UserName(user),
+                                    .prompt = desk_.texts.Caption(text::kUserPassword),
+                                    .value = {},
+                                    .password = true},
+                                   password);
+  if (asked != Ending::kDone) return asked;
+  return LogIn(*device, user, password) ? Ending::kDone : Ending::kFailed;
 }
 
-bool Users::LogIn(const std::string& prefix, int user, const std::string& password) {
+bool Users::LogIn(const Writing& station, int user, const std::string& password) {
   if (const int problem = PasswordProblem(password); problem != 0) {
-    messages_.Warn(problem);
+    desk_.texts.Warn(problem);
     return false;
   }
-  std::string answer;
-  if (!Exchange(user_lines::LogIn(prefix, user, password), answer, {password})) return false;
-  if (!Concerns(prefix)) return true;
+  if (!Exchange(station, user_lines::LogIn(user, password), {password})) return false;
+  if (!Concerns(station)) return true;
   state_.user = user;
   state_.grant.reset();
-  administrators_ = user == kAdministrator ? password : std::string();
+  administratorsPassword_ = user == kAdministrator ? password : std::string();
   return true;
 }
 
 bool Users::LogOut() {
-  const std::optional<std::string> prefix = Reading() ? selection_.GetKennSel() : std::nullopt;
-  if (!prefix || !commands_.DevCmd(link_.CurrentChannel(), user_lines::LogOut(*prefix))) {
-    return false;
-  }
+  const std::optional<Writing> device = desk_.session.ToWrite();
+  if (!device) return false;
+  const Answer answer = device->Try(user_lines::LogOut());
+  desk_.texts.Warn(answer.error);
+  if (!answer.Ok()) return false;
   state_.user.reset();
   state_.grant.reset();
-  administrators_.clear();
+  administratorsPassword_.clear();
   return true;
 }
 

@@ -5,12 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "base/dialogs.h"
-#include "base/messages.h"
 #include "config/users/user_lines.h"
-#include "device/selection.h"
-#include "link/commands.h"
-#include "link/link.h"
+#include "device/desk.h"
 
 namespace ostrel {
 
@@ -27,10 +23,7 @@ struct UserState {
 /// stand in no message; every failure is shown.
 class Users {
  public:
-  enum class Outcome { kDone, kCancelled, kFailed };
-
-  Users(Link& link, Commands& commands, const Selection& selection, Dialogs& dialogs,
-        const Messages& messages);
+  explicit Users(const Desk& desk) : desk_(desk) {}
 
   const UserState& State() const { return state_; }
   /// "User 1 (Admin)"; the number itself where there is no such user.
@@ -44,49 +37,47 @@ class Users {
   /// Reads who is logged in and the grant alone.
   bool ReadLogin();
   /// Reads the grant of a station; nothing after a failure, which is shown.
-  std::optional<int> GrantRead(const std::string& prefix);
+  std::optional<int> GrantRead(const Reading& station);
 
   /// Asks for the user's password and logs him in at the selected device.
-  Outcome LogIn(int user);
-  /// The same with a password that was asked for, at the station with this prefix.
-  bool LogIn(const std::string& prefix, int user, const std::string& password);
+  Ending LogIn(int user);
+  /// The same with a password that was asked for, at this station.
+  bool LogIn(const Writing& station, int user, const std::string& password);
   /// False when the line was not sent.
   bool LogOut();
 
   /// Asks for what is needed, and for a confirmation before a password is removed.
-  Outcome SetPassword(int user);
+  Ending SetPassword(int user);
   /// Grant level 0..5 and minutes 0..65535 until the logout, 0 = never.
-  Outcome SetUser(int user, int grant, int minutes);
-  Outcome Unprotect();
+  Ending SetUser(int user, int grant, int minutes);
+  Ending Unprotect();
   /// A COM4 that is absent stays as it is.
-  Outcome SetPorts(PortExceptions ports);
+  Ending SetPorts(PortExceptions ports);
 
  private:
-  bool Exchange(const std::string& line, std::string& answer,
-                const std::vector<std::string>& passwords = {}, bool settingPassword = false);
-  std::optional<std::string> Reading() const;
-  std::optional<std::string> Writing();
-  bool ReadUsers(const std::string& prefix);
-  bool ReadPorts(const std::string& prefix, bool com4);
-  std::optional<bool> HasCom4(const std::string& prefix);
+  std::optional<std::string> Exchange(const Reading& station, const std::string& line,
+                                      const std::vector<std::string>& passwords = {},
+                                      bool settingPassword = false);
+  bool ReadLogin(const Reading& device);
+  /// To change the device, once its users are known.
+  std::optional<Writing> ToChange();
+  bool ReadUsers(const Reading& device);
+  bool ReadPorts(const Reading& device, bool com4);
+  std::optional<bool> HasCom4(const Reading& device);
   bool NeedsAdministrator();
 
-  Outcome AskPassword(const InputRequest& request, std::string& password);
-  Outcome AskAdministrators(std::string& password);
-  Outcome AskNew(int user, std::string& password);
+  Ending AskPassword(const InputRequest& request, std::string& password);
+  Ending AskAdministrators(std::string& password);
+  Ending AskNew(int user, std::string& password);
   bool ConfirmRemoval(int user);
-  bool Concerns(const std::string& prefix) const;
+  bool Concerns(const Reading& station) const;
   /// Sends a line that changes settings, and says so when it was done.
-  Outcome Send(const std::string& line, const std::vector<std::string>& passwords,
-               bool settingPassword = false);
+  Ending Send(const Writing& device, const std::string& line,
+              const std::vector<std::string>& passwords, bool settingPassword = false);
 
-  Link& link_;
-  Commands& commands_;
-  const Selection& selection_;
-  Dialogs& dialogs_;
-  const Messages& messages_;
+  Desk desk_;
   UserState state_;
-  std::string administrators_;  // password, as last accepted; empty = not known, or he logged out
+  std::string administratorsPassword_;  // as last accepted; empty = not known, or he logged out
 };
 
 }  // namespace ostrel

@@ -5,77 +5,76 @@
 
 namespace ostrel {
 
-Users::Outcome Users::AskPassword(const InputRequest& request, std::string& password) {
-  const std::optional<std::string> typed = dialogs_.AskText(request);
-  if (!typed) return Outcome::kCancelled;
+Ending Users::AskPassword(const InputRequest& request, std::string& password) {
+  const std::optional<std::string> typed = desk_.dialogs.AskText(request);
+  if (!typed) return Ending::kNotConfirmed;
   if (const int problem = PasswordProblem(*typed); problem != 0) {
-    messages_.Warn(problem);
-    return Outcome::kFailed;
+    desk_.texts.Warn(problem);
+    return Ending::kFailed;
   }
   password = *typed;
-  return Outcome::kDone;
+  return Ending::kDone;
 }
 
-Users::Outcome Users::AskAdministrators(std::string& password) {
-  return AskPassword({.title = messages_.Caption(text::kMasterPassword),
-                      .prompt = messages_.Caption(text::kEnterAdminPassword),
-                      .value = administrators_,
+Ending Users::AskAdministrators(std::string& password) {
+  return AskPassword({.title = desk_.texts.Caption(text::kMasterPassword),
+                      .prompt = desk_.texts.Caption(text::kEnterAdminPassword),
+                      .value = administratorsPassword_,
                       .password = true},
                      password);
 }
 
-Users::Outcome Users::AskNew(int user, std::string& password) {
+Ending Users::AskNew(int user, std::string& password) {
   const auto ask = [&](int id, std::string& typed) {
-    return AskPassword({.title = UserName(user) + " – " + messages_.Caption(text::kNewPassword),
-                        .prompt = messages_.Caption(id),
+    return AskPassword({.title = UserName(user) + " – " + desk_.texts.Caption(text::kNewPassword),
+                        .prompt = desk_.texts.Caption(id),
                         .value = {},
                         .password = true},
                        typed);
   };
-  for (std::string again;; messages_.Warn(text::kPasswordsDiffer)) {
-    Outcome outcome = ask(text::kNewPassword, password);
-    if (outcome == Outcome::kDone) outcome = ask(text::kConfirmPassword, again);
-    if (outcome != Outcome::kDone || again == password) return outcome;
+  for (std::string again;; desk_.texts.Warn(text::kPasswordsDiffer)) {
+    Ending outcome = ask(text::kNewPassword, password);
+    if (outcome == Ending::kDone) outcome = ask(text::kConfirmPassword, again);
+    if (outcome != Ending::kDone || again == password) return outcome;
   }
 }
 
 bool Users::ConfirmRemoval(int user) {
-  if (user == kAdministrator) return messages_.Ask(text::kAccessableByAnyone);
-  return dialogs_.AskYesNo(messages_.Filled(text::kRemovePassword, UserName(user)));
+  if (user == kAdministrator) return desk_.texts.Ask(text::kAccessableByAnyone);
+  return desk_.dialogs.AskYesNo(desk_.texts.Filled(text::kRemovePassword, UserName(user)));
 }
 
 bool Users::NeedsAdministrator() {
   if (*state_.protects) return false;
-  messages_.Warn(text::kNoAdminPassword);
+  desk_.texts.Warn(text::kNoAdminPassword);
   return true;
 }
 
-Users::Outcome Users::Send(const std::string& line, const std::vector<std::string>& passwords,
-                           bool settingPassword) {
-  std::string answer;
-  if (!Exchange(line, answer, passwords, settingPassword)) return Outcome::kFailed;
-  messages_.Show(text::kTransferFinished);
-  return Outcome::kDone;
+Ending Users::Send(const Writing& device, const std::string& line,
+                   const std::vector<std::string>& passwords, bool settingPassword) {
+  if (!Exchange(device, line, passwords, settingPassword)) return Ending::kFailed;
+  desk_.texts.Show(text::kTransferFinished);
+  return Ending::kDone;
 }
 
-Users::Outcome Users::SetPassword(int user) {
-  const std::optional<std::string> prefix = Writing();
-  if (!prefix || (user != kAdministrator && NeedsAdministrator())) return Outcome::kFailed;
+Ending Users::SetPassword(int user) {
+  const std::optional<Writing> device = ToChange();
+  if (!device || (user != kAdministrator && NeedsAdministrator())) return Ending::kFailed;
   std::string current(kNoPassword);
   std::string fresh;
-  Outcome outcome = *state_.protects ? AskAdministrators(current) : Outcome::kDone;
-  if (outcome == Outcome::kDone) outcome = AskNew(user, fresh);
-  if (outcome != Outcome::kDone) return outcome;
+  Ending outcome = *state_.protects ? AskAdministrators(current) : Ending::kDone;
+  if (outcome == Ending::kDone) outcome = AskNew(user, fresh);
+  if (outcome != Ending::kDone) return outcome;
   const bool removed = fresh == kNoPassword;
-  if (removed && !ConfirmRemoval(user)) return Outcome::kCancelled;
+  if (removed && !ConfirmRemoval(user)) return Ending::kNotConfirmed;
 
-  outcome = Send(user_lines::SetPassword(*prefix, user, current, fresh), {current, fresh}, true);
-  if (outcome != Outcome::kDone) return outcome;
+  outcome = Send(*device, user_lines::SetPassword(user, current, fresh), {current, fresh}, true);
+  if (outcome != Ending::kDone) return outcome;
   if (auto& record = state_.users[static_cast<std::size_t>(user)]; record) {
     record->passwordSet = !removed;
   }
   if (user == kAdministrator) {
-    administrators_ = removed ? std::string() : fresh;
+    administratorsPassword_ = removed ? std::string() : fresh;
     // The device decides anew who is logged in when its protection begins or ends.
     if (*state_.protects == removed) state_.user = state_.grant = std::nullopt;
     state_.protects = !removed;
@@ -83,58 +82,58 @@ Users::Outcome Users::SetPassword(int user) {
   return outcome;
 }
 
-Users::Outcome Users::SetUser(int user, int grant, int minutes) {
-  const std::optional<std::string> prefix = Writing();
-  if (!prefix || NeedsAdministrator()) return Outcome::kFailed;
+Ending Users::SetUser(int user, int grant, int minutes) {
+  const std::optional<Writing> device = ToChange();
+  if (!device || NeedsAdministrator()) return Ending::kFailed;
   std::string password;
-  Outcome outcome = AskAdministrators(password);
-  if (outcome != Outcome::kDone) return outcome;
+  Ending outcome = AskAdministrators(password);
+  if (outcome != Ending::kDone) return outcome;
   const std::size_t index = static_cast<std::size_t>(user);
   UserRecord record = state_.users[index].value_or(UserRecord{});
   record.grant = grant;
   record.timeout = minutes;
   outcome =
-      Send(user_lines::SetUser(*prefix, user, record, *state_.users[kAdministrator], password),
+      Send(*device, user_lines::SetUser(user, record, *state_.users[kAdministrator], password),
            {password});
-  if (outcome == Outcome::kDone && state_.users[index]) state_.users[index] = record;
+  if (outcome == Ending::kDone && state_.users[index]) state_.users[index] = record;
   return outcome;
 }
 
-Users::Outcome Users::Unprotect() {
-  const std::optional<std::string> prefix = Writing();
-  if (!prefix) return Outcome::kFailed;
-  if (!messages_.Ask(text::kAccessableByAnyone)) return Outcome::kCancelled;
+Ending Users::Unprotect() {
+  const std::optional<Writing> device = ToChange();
+  if (!device) return Ending::kFailed;
+  if (!desk_.texts.Ask(text::kAccessableByAnyone)) return Ending::kNotConfirmed;
   std::string password(kNoPassword);
-  Outcome outcome = *state_.protects ? AskAdministrators(password) : Outcome::kDone;
-  if (outcome != Outcome::kDone) return outcome;
-  outcome = Send(user_lines::Unprotect(*prefix, password), {password});
-  if (outcome == Outcome::kDone) DeviceChanged();
+  Ending outcome = *state_.protects ? AskAdministrators(password) : Ending::kDone;
+  if (outcome != Ending::kDone) return outcome;
+  outcome = Send(*device, user_lines::Unprotect(password), {password});
+  if (outcome == Ending::kDone) DeviceChanged();
   return outcome;
 }
 
-Users::Outcome Users::SetPorts(PortExceptions ports) {
-  const std::optional<std::string> prefix = Writing();
-  if (!prefix || NeedsAdministrator()) return Outcome::kFailed;
-  if (!ports.com2 && !dialogs_.AskYesNo(messages_.Caption(text::kExceptForScada) + "\n" +
-                                        messages_.Caption(text::kSendAnyway))) {
-    return Outcome::kCancelled;
+Ending Users::SetPorts(PortExceptions ports) {
+  const std::optional<Writing> device = ToChange();
+  if (!device || NeedsAdministrator()) return Ending::kFailed;
+  if (!ports.com2 && !desk_.dialogs.AskYesNo(desk_.texts.Caption(text::kExceptForScada) + "\n" +
+                                             desk_.texts.Caption(text::kSendAnyway))) {
+    return Ending::kNotConfirmed;
   }
   std::string password;
-  Outcome outcome = AskAdministrators(password);
-  if (outcome != Outcome::kDone) return outcome;
-  const std::optional<bool> com4 = HasCom4(*prefix);
+  Ending outcome = AskAdministrators(password);
+  if (outcome != Ending::kDone) return outcome;
+  const std::optional<bool> com4 = HasCom4(*device);
   if (com4 && ports.com4 && !*com4) {
-    messages_.Warn(text::kFirmwareTooOld);
-    return Outcome::kFailed;
+    desk_.texts.Warn(text::kFirmwareTooOld);
+    return Ending::kFailed;
   }
   const bool keeps = com4 && *com4 && !ports.com4;
-  if (!com4 || (keeps && !ReadPorts(*prefix, true))) {
-    messages_.Warn(text::kTransferCancelled);
-    return Outcome::kFailed;
+  if (!com4 || (keeps && !ReadPorts(*device, true))) {
+    desk_.texts.Warn(text::kTransferCancelled);
+    return Ending::kFailed;
   }
   if (keeps) ports.com4 = state_.ports->com4;
-  outcome = Send(user_lines::SetExceptions(*prefix, ports, password), {password});
-  if (outcome == Outcome::kDone) state_.ports = ports;
+  outcome = Send(*device, user_lines::SetExceptions(ports, password), {password});
+  if (outcome == Ending::kDone) state_.ports = ports;
   return outcome;
 }
 

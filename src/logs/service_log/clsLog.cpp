@@ -5,6 +5,8 @@
 #include <fstream>
 #include <string>
 
+#include "base/user_files.h"
+
 namespace ostrel {
 
 namespace {
@@ -18,6 +20,22 @@ std::string Stamp(const LocalTime& now) {
 }
 
 }  // namespace
+
+void clsLog::Open(const SettingsStore& settings, const std::filesystem::path& documents) {
+  Init(ServiceLogFile(documents));
+  Active(settings.ReadShared(keys::kServiceMisc, "ServiceLog", "0") != "0");
+}
+
+void clsLog::Switch(SettingsStore& settings, bool on) {
+  settings.WriteShared(keys::kServiceMisc, "ServiceLog", on ? "1" : "0");
+  Active(on);
+}
+
+void clsLog::Active(bool active) {
+  active_ = active;
+  std::error_code ignored;
+  if (active) std::filesystem::create_directories(fileName_.parent_path(), ignored);
+}
 
 void clsLog::SaveLog(std::string_view text) const {
   if (!active_) return;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/clock.h"
+#include "base/settings_store.h"
 
 namespace ostrel {
 
@@ -14,7 +15,13 @@ class clsLog {
  public:
   explicit clsLog(const Clock& clock) : clock_(clock) {}
 
-  void Active(bool active) { active_ = active; }
+  /// Takes the file below the user's documents, and whether it is active from the settings. Its
+  /// folder is made when it is switched on.
+  void Open(const SettingsStore& settings, const std::filesystem::path& documents);
+  /// Switches the log, now and for later runs.
+  void Switch(SettingsStore& settings, bool on);
+
+  void Active(bool active);
   bool Active() const { return active_; }
   const std::filesystem::path& FileName() const { return fileName_; }
   void Init(std::filesystem::path fileName) { fileName_ = std::move(fileName); }

@@ -20,33 +20,15 @@ std::int32_t Counter(std::string_view text) {
   return std::max(number < 0 ? number + 65536 : number, 0);
 }
 
-/// Another time-out while it lives.
-class TimeoutFor {
- public:
-  TimeoutFor(Link& link, int seconds) : link_(link), earlier_(link.ChannelTimeoutSet(seconds)) {}
-  ~TimeoutFor() { link_.ChannelTimeoutSet(earlier_); }
-  TimeoutFor(const TimeoutFor&) = delete;
-  TimeoutFor& operator=(const TimeoutFor&) = delete;
-
- private:
-  Link& link_;
-  int earlier_;
-};
-
 }  // namespace
 
-TapStatistics::TapStatistics(Link& link, Commands& commands, const Selection& selection,
-                             Dialogs& dialogs, const Messages& messages)
-    : link_(link),
-      commands_(commands),
-      selection_(selection),
-      dialogs_(dialogs),
-      messages_(messages) {
+TapStatistics::TapStatistics(const Desk& desk) : desk_(desk) {
   RangeFromFirmware();
 }
 
 void TapStatistics::RangeFromFirmware() {
-  const bool large = ReadNumber(selection_.GetFW().value_or("")) >= kLargeRangeFirmware;
+  const bool large =
+      ReadNumber(desk_.session.Selected().GetFW().value_or("")) >= kLargeRangeFirmware;
   const int first = large ? -60 : -40;
   const std::size_t count = large ? 120 : 80;
   if (data_.first == first && data_.counters.size() == count) return;
@@ -61,53 +43,39 @@ void TapStatistics::DeviceChanged() {
 }
 
 bool TapStatistics::Read() {
-  const std::optional<std::string> prefix = selection_.GetKenn();
-  if (!prefix) {
-    messages_.Warn(text::kNoDeviceSelected);
-    return false;
-  }
-  const BusyPointer busy(dialogs_);
+  const std::optional<Reading> device = desk_.session.ToRead();
+  if (!device) return false;
+  const BusyPointer busy(desk_.dialogs);
   RangeFromFirmware();
   std::fill(data_.counters.begin(), data_.counters.end(), 0);
   data_.counted = false;
-  const TimeoutFor timeout(link_, kReadingTimeoutSeconds);
-  return ReadAll(*prefix);
+  const Reading::TimeoutFor timeout = device->Timeout(kReadingTimeoutSeconds);
+  return ReadAll(*device);
 }
 
-bool TapStatistics::ReadAll(const std::string& prefix) {
+bool TapStatistics::ReadAll(const Reading& device) {
   const std::string range = std::to_string(data_.first) + "," + std::to_string(data_.Last());
-  std::string answer;
-  if (!commands_.DevQueryMsg(link_.CurrentChannel(),
-                             prefix + ";" + range + ",fori,RegTAPSTAT# 1 i,ni", answer)) {
-    return false;
-  }
-  for (std::int32_t& counter : data_.counters) counter = Counter(NextLine(answer));
+  std::optional<std::string> answer = device.Ask(";" + range + ",fori,RegTAPSTAT# 1 i,ni");
+  if (!answer) return false;
+  for (std::int32_t& counter : data_.counters) counter = Counter(NextLine(*answer));
   data_.counted = true;
-  const bool totals = ReadTotal(prefix + "RegTAPSUM#", data_.total) &&
-                      ReadTotal(prefix + "RegTAPSUML#", data_.underLoad);
+  const bool totals = ReadTotal(device, "RegTAPSUM#", data_.total) &&
+                      ReadTotal(device, "RegTAPSUML#", data_.underLoad);
   data_.totalled = data_.totalled || totals;
   return totals;
 }
 
-bool TapStatistics::ReadTotal(const std::string& line, std::int32_t& total) {
-  std::string answer;
-  if (!commands_.DevQueryMsg(link_.CurrentChannel(), line, answer)) return false;
-  total = Counter(answer);
-  return true;
+bool TapStatistics::ReadTotal(const Reading& device, std::string_view line, std::int32_t& total) {
+  const std::optional<std::string> answer = device.Ask(line);
+  if (answer) total = Counter(*answer);
+  return answer.has_value();
 }
 
-TapStatistics::Clearing TapStatistics::Clear() {
-  if (!selection_.GetKenn()) {
-    messages_.Warn(text::kNoDeviceSelected);
-    return Clearing::kFailed;
-  }
-  const std::optional<std::string> prefix = selection_.GetKennSel();
-  if (!prefix) return Clearing::kFailed;
-  if (!messages_.Ask(text::kDeleteStatistics)) return Clearing::kRefused;
-  std::string answer;
-  const bool done =
-      commands_.DevQueryMsg(link_.CurrentChannel(), *prefix + "RegTAPSTATCL*=0", answer);
-  return done ? Clearing::kDone : Clearing::kFailed;
+Ending TapStatistics::Clear() {
+  const std::optional<Writing> device = desk_.session.ToWrite();
+  if (!device) return Ending::kFailed;
+  if (!desk_.texts.Ask(text::kDeleteStatistics)) return Ending::kNotConfirmed;
+  return device->Send("RegTAPSTATCL*=0") ? Ending::kDone : Ending::kFailed;
 }
 
 }  // namespace ostrel

@@ -1,14 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
-#include "base/dialogs.h"
-#include "base/messages.h"
-#include "device/selection.h"
-#include "link/commands.h"
-#include "link/link.h"
+#include "device/desk.h"
 
 namespace ostrel {
 
@@ -27,8 +23,7 @@ struct TapCounters {
 /// The tap-changer statistics of the selected device.
 class TapStatistics {
  public:
-  TapStatistics(Link& link, Commands& commands, const Selection& selection, Dialogs& dialogs,
-                const Messages& messages);
+  explicit TapStatistics(const Desk& desk);
 
   /// Takes the range of positions from the device's firmware; a new range starts with zeros.
   void RangeFromFirmware();
@@ -38,20 +33,15 @@ class TapStatistics {
   /// is 0 (counters) or as before (totals).
   bool Read();
   /// Asks, then clears the statistics on the device. kDone also means: read again to see it.
-  enum class Clearing { kDone, kRefused, kFailed };
-  Clearing Clear();
+  Ending Clear();
 
   const TapCounters& Counters() const { return data_; }
 
  private:
-  bool ReadAll(const std::string& prefix);
-  bool ReadTotal(const std::string& line, std::int32_t& total);
+  bool ReadAll(const Reading& device);
+  bool ReadTotal(const Reading& device, std::string_view line, std::int32_t& total);
 
-  Link& link_;
-  Commands& commands_;
-  const Selection& selection_;
-  Dialogs& dialogs_;
-  const Messages& messages_;
+  Desk desk_;
   TapCounters data_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "pages/console/console.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -51,7 +52,7 @@ void Console::RGLAntwortAdd(const std::string& text) {
   if (onPane) onPane(text + std::string(kLineEnd));
   if (!monitor_) return;
   const std::string fault = log_.Append(text);
-  if (!fault.empty()) ports_.messages.WarnFilled(text::kLogNotWritten, fault);
+  if (!fault.empty()) desk_.texts.WarnFilled(text::kLogNotWritten, fault);
 }
 
 void Console::MonitorSet(bool on) {
@@ -62,40 +63,35 @@ void Console::MonitorSet(bool on) {
 bool Console::LineCheck(const std::string& script) const {
   const ScriptCheck check = CheckScript(WithCrLf(script));
   if (!check.Ok()) {
-    ports_.messages.Warn(text::kScriptErrors, "\n" + check.List(ports_.messages, kMostRowsShown));
+    desk_.texts.Warn(text::kScriptErrors, "\n" + check.List(desk_.texts, kMostRowsShown));
   }
   return check.Ok();
 }
 
 void Console::SyntaxCheck(const std::string& script) const {
-  if (LineCheck(script)) ports_.messages.Show(text::kNoErrors);
+  if (LineCheck(script)) desk_.texts.Show(text::kNoErrors);
 }
 
 bool Console::NotEmpty(const std::string& script, int message) const {
   const bool empty = Trim(script).empty();
-  if (empty) ports_.messages.Warn(message);
+  if (empty) desk_.texts.Warn(message);
   return !empty;
 }
 
-bool Console::Ask(const std::string& line, std::string& answer) {
-  answer.clear();
-  return ports_.commands.DevQueryMsg(ports_.link.CurrentChannel(), line, answer);
-}
-
-Console::Ending Console::Send(const std::string& script, const ScriptPart& part) {
+Ending Console::Send(const std::string& script, const ScriptPart& part) {
   if (running_) {
-    ports_.messages.Warn(text::kExchangeUnderWay);
+    desk_.texts.Warn(text::kExchangeUnderWay);
     return Ending::kFailed;
   }
   const Running running(running_);
-  if (!NotEmpty(script, text::kNoFileOpen) || !ports_.ready() || !Prefix()) return Ending::kFailed;
-  if (!ScriptFits(ports_.device, fileName_)) {
-    ports_.messages.Warn(text::kFileTypeDiffers);
+  if (!NotEmpty(script, text::kNoFileOpen) || !desk_.session.ToWrite()) return Ending::kFailed;
+  if (!ScriptFits(desk_.session.Device(), fileName_)) {
+    desk_.texts.Warn(text::kFileTypeDiffers);
     return Ending::kFailed;
   }
   if (!LineCheck(script)) return Ending::kFailed;
-  const Messages& messages = ports_.messages;
-  if (!ports_.dialogs.AskYesNo(messages.Filled(
+  const Messages& messages = desk_.texts;
+  if (!desk_.dialogs.AskYesNo(messages.Filled(
           text::kSendToDevice, messages.Caption(text::kRegLCommands), DeviceName()))) {
     return Ending::kNotConfirmed;
   }
@@ -106,37 +102,39 @@ Console::Ending Console::Send(const std::string& script, const ScriptPart& part)
   return SendConfirmed(ExtractCommands(SelectPart(WithCrLf(script), whole), all ? 0 : part.line));
 }
 
-Console::Ending Console::SendConfirmed(const ScriptLines& lines) {
+Ending Console::SendConfirmed(const ScriptLines& lines) {
   if (lines.lines.empty()) {
-    ports_.messages.Warn(text::kNothingToSend);
+    desk_.texts.Warn(text::kNothingToSend);
     return Ending::kFailed;
   }
-  const std::optional<std::string> prefix = Prefix();
-  if (!prefix) return Ending::kFailed;
-  if (!SendLines(*prefix, lines)) {
-    ports_.messages.Warn(text::kSendingCancelled);
+  // Anew, since events ran while the user was asked.
+  const std::optional<Writing> device = desk_.session.ToWrite();
+  if (!device) return Ending::kFailed;
+  if (!SendLines(*device, lines)) {
+    desk_.texts.Warn(text::kSendingCancelled);
     return Ending::kFailed;
   }
-  ports_.messages.Show(text::kSuccessful);
+  desk_.texts.Show(text::kSuccessful);
   return Ending::kDone;
 }
 
-bool Console::SendLines(const std::string& prefix, const ScriptLines& lines) {
-  const BusyPointer busy(ports_.dialogs);
-  if (!lines.longLine) return SendEach(prefix + ";", lines.lines);
+bool Console::SendLines(const Writing& device, const ScriptLines& lines) {
+  const BusyPointer busy(desk_.dialogs);
+  if (!lines.longLine) return SendEach(device, device.Address() + ";", lines.lines);
 
-  std::string answer;
-  if (!Ask("dirn_", answer)) return false;
-  const std::string before = AddressPart(answer);
+  const std::optional<std::string> current = device.AskBare("dirn_");
+  if (!current) return false;
+  const std::string before = AddressPart(*current);
   if (before.empty()) {
     // Without an address there would be no way back.
-    ports_.messages.Warn(text::kDeviceReplied, "\ndirn_\n" + answer);
+    desk_.texts.Warn(text::kDeviceReplied, "\ndirn_\n" + *current);
     return false;
   }
-  return Ask(prefix + ":", answer) && SendEach({}, lines.lines) && Ask(before + ":", answer);
+  return device.Send(":") && SendEach(device, {}, lines.lines) && device.AskBare(before + ":");
 }
 
-bool Console::SendEach(const std::string& prefix, const std::vector<ScriptLine>& lines) {
+bool Console::SendEach(const Writing& device, const std::string& prefix,
+                       const std::vector<ScriptLine>& lines) {
   SentLine sent;
   sent.total = lines.size();
   for (const ScriptLine& line : lines) {
@@ -146,9 +144,10 @@ bool Console::SendEach(const std::string& prefix, const std::vector<ScriptLine>&
     sent.command = Masked(command);
     sent.answer.clear();
     if (onSending) onSending(sent);
-    RGLAntwortAdd(TimeStamp(ports_.clock.Now()) + sent.command);
-    sent.ok = Ask(command, sent.answer);
-    sent.answer = MaskedAnswer(std::move(sent.answer), command);
+    RGLAntwortAdd(TimeStamp(desk_.clock.Now()) + sent.command);
+    Answer answer = device.TryBare(command);
+    sent.ok = device.Passes(answer, command);
+    sent.answer = MaskedAnswer(std::move(answer.text), command);
     if (onAnswered) onAnswered(sent);
     if (!sent.ok) return false;
     if (RGLCommandCursorDown) RGLCommandCursorDown();
@@ -157,71 +156,73 @@ bool Console::SendEach(const std::string& prefix, const std::vector<ScriptLine>&
   return true;
 }
 
-bool Console::SendQuietly(const std::string& prefix, const ScriptLines& lines) {
-  return ports_.commands.DevSendLines(prefix + ";", lines.Text(), {}, false, true);
+bool Console::SendQuietly(const Writing& device, const ScriptLines& lines) {
+  return std::all_of(lines.lines.begin(), lines.lines.end(), [&](const ScriptLine& line) {
+    const Answer answer = device.Try(";" + line.text);
+    return answer.Ok() && !IsErrorAnswer(answer.text);
+  });
 }
 
-Console::Ending Console::ReadFromDevice(
-    const std::function<void(const std::string& script)>& replace) {
+Ending Console::ReadFromDevice(const std::function<void(const std::string& script)>& replace) {
   if (running_) {
-    ports_.messages.Warn(text::kExchangeUnderWay);
+    desk_.texts.Warn(text::kExchangeUnderWay);
     return Ending::kFailed;
   }
   const Running running(running_);
-  if (!ports_.ready()) return Ending::kFailed;
-  if (!ports_.dialogs.AskYesNo(ports_.messages.Filled(text::kReadScript, DeviceName()))) {
+  if (!desk_.session.ToRead()) return Ending::kFailed;
+  if (!desk_.dialogs.AskYesNo(desk_.texts.Filled(text::kReadScript, DeviceName()))) {
     return Ending::kNotConfirmed;
   }
-  const std::optional<std::string> script = ReadScriptText();
+  const std::optional<Reading> device = desk_.session.ToRead();
+  const std::optional<std::string> script = device ? ReadScriptText(*device) : std::nullopt;
   if (!script) return Ending::kFailed;
   // The file that was open holds another script, which a save must not replace.
   fileName_.clear();
   form_ = {};
   replace(*script);
-  ports_.messages.Show(text::kSuccessful);
+  desk_.texts.Show(text::kSuccessful);
   return Ending::kDone;
 }
 
-std::optional<std::string> Console::ReadScriptText() {
-  const BusyPointer busy(ports_.dialogs);
+std::optional<std::string> Console::ReadScriptText(const Reading& device) {
+  const BusyPointer busy(desk_.dialogs);
   const std::string name = DeviceName();
-  const std::string prefix = AddressPart(name);
-  std::string answer;
-  if (!Ask(prefix + "ver", answer)) return std::nullopt;
-  std::string script = "# Quelle: " + name + ", " + Ended(answer);
+  const std::optional<std::string> version = device.Ask("ver");
+  if (!version) return std::nullopt;
+  std::string script = "# Quelle: " + name + ", " + Ended(*version);
   for (const std::string_view command : kReadCommands) {
-    if (!Ask(prefix + std::string(command), answer)) return std::nullopt;
-    script += Ended(answer);
+    const std::optional<std::string> answer = device.Ask(command);
+    if (!answer) return std::nullopt;
+    script += Ended(*answer);
   }
   return script;
 }
 
-Console::Ending Console::SendToStations(const std::string& script, const StationsChooser& choose) {
+Ending Console::SendToStations(const std::string& script, const StationsChooser& choose) {
   if (running_) {
-    ports_.messages.Warn(text::kExchangeUnderWay);
+    desk_.texts.Warn(text::kExchangeUnderWay);
     return Ending::kFailed;
   }
   const Running running(running_);
   if (!NotEmpty(script, text::kNothingToSend) || !LineCheck(script)) return Ending::kFailed;
   const ScriptLines lines = ExtractCommands(WithCrLf(script));
   if (lines.lines.empty()) {
-    ports_.messages.Warn(text::kNothingToSend);
+    desk_.texts.Warn(text::kNothingToSend);
     return Ending::kFailed;
   }
-  const std::vector<std::string> stations = choose(ports_.messages.Caption(text::kSelectDevices));
+  const std::vector<std::string> stations = choose(desk_.texts.Caption(text::kSelectDevices));
   if (stations.empty()) return Ending::kNotConfirmed;
   MonitorSet(true);
   std::string report;
   // While lines are sent another file may be opened.
   const Ending ending = SendToEach(stations, lines, std::string(fileName_), report);
-  ports_.dialogs.Show({.number = 0, .text = report, .title = {}, .style = {}});
+  desk_.dialogs.Show({.number = 0, .text = report, .title = {}, .style = {}});
   return ending;
 }
 
-Console::Ending Console::SendToEach(const std::vector<std::string>& stations,
-                                    const ScriptLines& lines, const std::string& fileName,
-                                    std::string& report) {
-  const Messages& messages = ports_.messages;
+Ending Console::SendToEach(const std::vector<std::string>& stations, const ScriptLines& lines,
+                           const std::string& fileName, std::string& report) {
+  const Messages& messages = desk_.texts;
   const auto of = [&](std::string name, int what) {
     // An address alone brings the colon itself.
     if (name.ends_with(':')) name.pop_back();
@@ -230,18 +231,18 @@ Console::Ending Console::SendToEach(const std::vector<std::string>& stations,
   Ending ending = Ending::kDone;
   for (const std::string& item : stations) {
     const std::string name = LeftOf(item, ";");
-    const std::optional<std::string> prefix =
-        ports_.makeCurrent(AddressPart(name)) ? Prefix() : std::nullopt;
-    if (prefix && !ScriptFits(ports_.device, fileName)) {
+    const bool selected = desk_.session.DeviceSelectByAddress(AddressPart(name));
+    const std::optional<Writing> device = selected ? desk_.session.ToWrite() : std::nullopt;
+    if (device && !ScriptFits(desk_.session.Device(), fileName)) {
       report += of(name, text::kFileTypeDiffers);
       ending = Ending::kFailed;
       continue;
     }
-    if (!prefix || !SendLines(*prefix, lines)) {
+    if (!device || !SendLines(*device, lines)) {
       report += of(name, text::kSendingCancelled);
       return Ending::kFailed;
     }
-    report += messages.Filled(text::kDeviceFinished, *prefix) + "\r\n";
+    report += messages.Filled(text::kDeviceFinished, device->Address()) + "\r\n";
   }
   return ending;
 }

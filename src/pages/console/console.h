@@ -1,40 +1,17 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "base/clock.h"
-#include "base/dialogs.h"
-#include "base/messages.h"
-#include "base/settings_store.h"
-#include "device/clsDevice.h"
-#include "device/selection.h"
-#include "link/commands.h"
-#include "link/link.h"
+#include "device/desk.h"
 #include "pages/console/console_log.h"
 #include "pages/console/script.h"
 #include "pages/console/script_file.h"
 
 namespace ostrel {
-
-/// What the console works on.
-struct ConsolePorts {
-  Link& link;
-  Commands& commands;
-  const Selection& selection;
-  const clsDevice& device;
-  const Messages& messages;
-  Dialogs& dialogs;
-  SettingsStore& settings;
-  Clock& clock;
-  /// Whether a device is selected and its link stands; says why not.
-  std::function<bool()> ready;
-  /// Makes the station with this address the selected device; says why not.
-  std::function<bool(const std::string& address)> makeCurrent;
-  std::string unsavedFile = {};  // where a script is put aside
-};
 
 /// A command line of a script on its way.
 struct SentLine {
@@ -49,9 +26,7 @@ struct SentLine {
 /// lines CR LF separates. While lines are sent events run; what would send more then is refused.
 class Console {
  public:
-  enum class Ending { kDone, kNotConfirmed, kFailed };
-
-  explicit Console(ConsolePorts ports) : ports_(std::move(ports)) {}
+  explicit Console(const Desk& desk) : desk_(desk) {}
 
   /// Where the answer pane's text goes; it comes with its CR LF.
   std::function<void(const std::string& text)> onPane;
@@ -59,8 +34,8 @@ class Console {
   std::function<void(bool on)> onMonitor;
   /// Before a line is sent, and when its exchange is over.
   std::function<void(const SentLine&line)> onSending, onAnswered;
-  /// Nothing hangs on it.
-  std::function<void()> RGLCommandCursorDown = [] {};
+  /// A line was answered, so that the next one's turn comes.
+  std::function<void()> RGLCommandCursorDown;
 
   /// Adds a text to the answer pane, and to the console log while the monitor switch is on.
   void RGLAntwortAdd(const std::string& text);
@@ -82,8 +57,8 @@ class Console {
   using StationsChooser = std::function<std::vector<std::string>(const std::string& title)>;
   /// Sends the script to several stations in turn and shows a report.
   Ending SendToStations(const std::string& script, const StationsChooser& choose);
-  /// Hands command lines to a station without messages, pane or log.
-  bool SendQuietly(const std::string& prefix, const ScriptLines& lines);
+  /// Hands command lines to the device without messages, pane or log; stops at the first failure.
+  bool SendQuietly(const Writing& device, const ScriptLines& lines);
 
   /// The script's file; empty until one was loaded or saved.
   const std::string& FileName() const { return fileName_; }
@@ -106,20 +81,19 @@ class Console {
   bool ChooseLogFile();
 
  private:
-  /// The address of the selected device for lines that may change something.
-  std::optional<std::string> Prefix() const { return ports_.selection.GetKennSel(); }
-  std::string DeviceName() const { return ports_.selection.GetKennName().value_or(""); }
-  bool Ask(const std::string& line, std::string& answer);
+  std::string DeviceName() const { return desk_.session.Selected().GetKennName().value_or(""); }
   Ending SendConfirmed(const ScriptLines& lines);
-  bool SendLines(const std::string& prefix, const ScriptLines& lines);
-  bool SendEach(const std::string& prefix, const std::vector<ScriptLine>& lines);
-  std::optional<std::string> ReadScriptText();
+  bool SendLines(const Writing& device, const ScriptLines& lines);
+  bool SendEach(const Writing& device, const std::string& prefix,
+                const std::vector<ScriptLine>& lines);
+  std::optional<std::string> ReadScriptText(const Reading& device);
   Ending SendToEach(const std::vector<std::string>& stations, const ScriptLines& lines,
                     const std::string& fileName, std::string& report);
   Ending Write(const std::string& fileName, const std::string& script);
   bool NotEmpty(const std::string& script, int message) const;
+  std::filesystem::path UnsavedFile() const;
 
-  ConsolePorts ports_;
+  Desk desk_;
   ConsoleLog log_;
   std::string fileName_;
   ScriptForm form_;

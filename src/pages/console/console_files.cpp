@@ -5,6 +5,7 @@
 
 #include "base/file_choice.h"
 #include "base/texts.h"
+#include "base/user_files.h"
 #include "pages/console/console.h"
 
 namespace ostrel {
@@ -22,7 +23,7 @@ std::optional<std::string> Console::Open(const std::string& fileName) {
   ScriptForm form;
   const FileOutcome outcome = ReadScript(fileName, script, form);
   if (outcome.message != 0) {
-    ports_.messages.WarnFilled(outcome.message, outcome.detail);
+    desk_.texts.WarnFilled(outcome.message, outcome.detail);
     return std::nullopt;
   }
   fileName_ = fileName;
@@ -33,41 +34,45 @@ std::optional<std::string> Console::Open(const std::string& fileName) {
 
 std::optional<std::string> Console::Load() {
   const std::optional<std::string> file =
-      ChooseFile(ports_.dialogs, ports_.settings, ports_.messages, FileDialogKind::kOpen,
-                 text::kOpenFile, text::kScriptFilter, kScriptFolder);
+      ChooseFile(desk_.dialogs, desk_.settings, desk_.texts, FileDialogKind::kOpen, text::kOpenFile,
+                 text::kScriptFilter, kScriptFolder);
   return file ? Open(*file) : std::nullopt;
 }
 
-Console::Ending Console::Write(const std::string& fileName, const std::string& script) {
+Ending Console::Write(const std::string& fileName, const std::string& script) {
   const ScriptForm::Encoding before = form_.encoding;
   const FileOutcome outcome = WriteScript(fileName, script, form_);
   if (outcome.message != 0) {
-    ports_.messages.WarnFilled(outcome.message, outcome.detail);
+    desk_.texts.WarnFilled(outcome.message, outcome.detail);
     return Ending::kFailed;
   }
   fileName_ = fileName;
   loaded_ = true;
-  if (form_.encoding != before) ports_.messages.Show(text::kSavedAsUtf8);
+  if (form_.encoding != before) desk_.texts.Show(text::kSavedAsUtf8);
   return Ending::kDone;
 }
 
-Console::Ending Console::Save(const std::string& script) {
+Ending Console::Save(const std::string& script) {
   if (fileName_.empty()) return SaveAs(script);
   return NotEmpty(script, text::kNoFileOpen) ? Write(fileName_, script) : Ending::kFailed;
 }
 
-Console::Ending Console::SaveAs(const std::string& script) {
+Ending Console::SaveAs(const std::string& script) {
   if (!NotEmpty(script, text::kNoFileOpen)) return Ending::kFailed;
   const std::optional<std::string> file =
-      ChooseFile(ports_.dialogs, ports_.settings, ports_.messages, FileDialogKind::kSave,
-                 text::kSaveAs, text::kScriptFilter, kScriptFolder);
+      ChooseFile(desk_.dialogs, desk_.settings, desk_.texts, FileDialogKind::kSave, text::kSaveAs,
+                 text::kScriptFilter, kScriptFolder);
   return file ? Write(*file, script) : Ending::kNotConfirmed;
+}
+
+std::filesystem::path Console::UnsavedFile() const {
+  return UnsavedScriptFile(desk_.computer.DocumentsFolder());
 }
 
 void Console::KeepUnsaved(const std::string& script) {
   namespace fs = std::filesystem;
   std::error_code ignored;
-  const fs::path file = ports_.unsavedFile;
+  const fs::path file = UnsavedFile();
   if (script.empty()) {
     // What another window put aside is not this one's.
     if (std::exchange(aside_, false)) fs::remove(file, ignored);
@@ -83,20 +88,20 @@ void Console::KeepUnsaved(const std::string& script) {
 std::string Console::TakeUnsaved() {
   std::string script;
   ScriptForm form;
-  if (ReadScript(ports_.unsavedFile, script, form).message != 0) return {};
+  if (ReadScript(UnsavedFile().string(), script, form).message != 0) return {};
   std::error_code ignored;
-  std::filesystem::remove(ports_.unsavedFile, ignored);
+  std::filesystem::remove(UnsavedFile(), ignored);
   return script;
 }
 
 bool Console::ChooseLogFile() {
   const std::optional<std::string> file =
-      ChooseFile(ports_.dialogs, ports_.settings, ports_.messages, FileDialogKind::kAppend,
+      ChooseFile(desk_.dialogs, desk_.settings, desk_.texts, FileDialogKind::kAppend,
                  text::kSelectLogFile, text::kLogFilter, kLogFolder);
   if (!file) return false;
   log_.SetFile(*file);
-  ports_.settings.WriteProgram("Ostrel", "Dirs", kLogFile,
-                               std::filesystem::path(*file).filename().string());
+  desk_.settings.WriteProgram("Ostrel", "Dirs", kLogFile,
+                              std::filesystem::path(*file).filename().string());
   return true;
 }
 
