@@ -44,18 +44,20 @@ asan: packages-build
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 
-# All at once. What they learn stays in build/fuzz/corpus; an input that fails is kept beside it.
+# Every tests/fuzz/*_fuzz.cpp for FUZZ_SECONDS, JOBS at once. What they learn stays in
+# build/fuzz/corpus; an input that fails is kept beside it.
+FUZZED = $(patsubst tests/fuzz/%_fuzz.cpp,%,$(wildcard tests/fuzz/*_fuzz.cpp))
 fuzz: packages-check
 	cmake --preset fuzz > /dev/null
 	cmake --build --preset fuzz -j $(JOBS)
-	@printf '%s\n' request_reader reply_framer language | xargs -P 3 -I NAME sh -c ' \
+	@printf '%s\n' $(FUZZED) | xargs -P $(JOBS) -I NAME sh -c ' \
 	  mkdir -p build/fuzz/corpus/NAME && \
 	  echo "fuzzing NAME for $(FUZZ_SECONDS) s, log in build/fuzz/NAME.log" && \
 	  ASAN_OPTIONS=quarantine_size_mb=16 build/fuzz/bin/NAME_fuzz \
 	    -max_total_time=$(FUZZ_SECONDS) -timeout=10 -artifact_prefix=build/fuzz/NAME- \
-	    build/fuzz/corpus/NAME tests/fuzz/corpus/NAME \
+	    build/fuzz/corpus/NAME $$(find tests/fuzz/corpus -maxdepth 1 -name NAME) \
 	    > build/fuzz/NAME.log 2>&1 || { tail -n 40 build/fuzz/NAME.log; exit 1; }'
-	@grep -H "^Done" build/fuzz/*.log
+	@grep -H "^Done" $(FUZZED:%=build/fuzz/%.log)
 
 # The pictures of docs/, which show the forms as they are now.
 pictures: packages-check packages-run all
