@@ -4,7 +4,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "base/texts.h"
+#include "config/users/users_texts.h"
 #include "wire/answers.h"
 
 namespace ostrel {

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "base/texts.h"
+#include "pages/console/console_texts.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
 

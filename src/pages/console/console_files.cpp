@@ -6,6 +6,7 @@
 #include "base/file_choice.h"
 #include "base/texts.h"
 #include "pages/console/console.h"
+#include "pages/console/console_texts.h"
 
 namespace ostrel {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "base/texts.h"
+#include "pages/console/console_texts.h"
 
 namespace ostrel {
 

@@ -8,6 +8,7 @@
 
 #include "base/files.h"
 #include "base/texts.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/script.h"
 
 namespace ostrel {
