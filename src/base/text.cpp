@@ -1,8 +1,14 @@
 #include "base/text.h"
 
+#include <algorithm>
+
 namespace ostrel {
 
 namespace {
+
+char Lower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
 
 bool StartsCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
@@ -18,10 +24,13 @@ std::string_view Trim(std::string_view text) {
 
 std::string LowerAscii(std::string_view text) {
   std::string lower(text);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  for (char& letter : lower) letter = Lower(letter);
   return lower;
+}
+
+bool SameText(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
 std::size_t CharCount(std::string_view text) {

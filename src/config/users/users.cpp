@@ -144,7 +144,7 @@ bool Users::ReadPorts(const std::string& prefix, bool com4) {
 }
 
 bool Users::Concerns(const std::string& prefix) const {
-  return LowerAscii(prefix) == LowerAscii(selection_.GetKenn().value_or(""));
+  return SameText(prefix, selection_.GetKenn().value_or(""));
 }
 
 Users::Outcome Users::LogIn(int user) {
