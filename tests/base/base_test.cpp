@@ -148,7 +148,7 @@ TEST(TextWidth, CountsCharacters) {
   EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
   const std::pair<std::string, const char*> cases[] = {
       {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
-      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},    {"\xe2\x1b", "\xe2␛"},
   };
   for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
   EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");
