@@ -2,8 +2,6 @@
 
 #include "pages/console/console.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "base/text.h"
@@ -34,13 +32,6 @@ class Running {
  private:
   bool& flag_;
 };
-
-std::string TimeStamp(const LocalTime& time) {
-  std::array<char, 64> stamp{};
-  std::snprintf(stamp.data(), stamp.size(), "[%04d-%02d-%02d  %02d:%02d:%02d]: ", time.year,
-                time.month, time.day, time.hour, time.minute, time.second);
-  return stamp.data();
-}
 
 std::string Ended(std::string answer) {
   return answer.ends_with(kLineEnd) ? answer : answer.append(kLineEnd);
@@ -147,7 +138,7 @@ bool Console::SendEach(const std::string& prefix, const std::vector<ScriptLine>&
     sent.command = Masked(command);
     sent.answer.clear();
     if (onSending) onSending(sent);
-    RGLAntwortAdd(TimeStamp(ports_.clock.Now()) + sent.command);
+    RGLAntwortAdd("[" + TimeStamp(ports_.clock.Now()) + "]: " + sent.command);
     sent.ok = Ask(command, sent.answer);
     sent.answer = MaskedAnswer(std::move(sent.answer), command);
     if (onAnswered) onAnswered(sent);
