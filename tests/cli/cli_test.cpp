@@ -233,6 +233,7 @@ TEST(Json, EscapesAndInvalidBytes) {
       {"\r\n\t\x01\x7f", R"("\r\n\t\u0001\u007f")"},
       {"ü€😀", "\"ü€😀\""},
       {"\xff\xc3", "\"\uFFFD\uFFFD\""},
+      {"\xed\xa0\x80", "\"\uFFFD\uFFFD\uFFFD\""},
       {std::string(1, 0), R"("\u0000")"},
   };
   for (const auto& [text, json] : cases) EXPECT_EQ(JsonString(text), json);

@@ -1,5 +1,6 @@
 #include "base/texts.h"
 #include "cli/commands.h"
+#include "config/users/users_texts.h"
 #include "device/rights.h"
 #include "terminal/json.h"
 
