@@ -2,7 +2,6 @@
 
 #include "pages/console/console.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -158,10 +157,7 @@ bool Console::SendEach(const Writing& device, const std::string& prefix,
 }
 
 bool Console::SendQuietly(const Writing& device, const ScriptLines& lines) {
-  return std::all_of(lines.lines.begin(), lines.lines.end(), [&](const ScriptLine& line) {
-    const Answer answer = device.Try(";" + line.text);
-    return answer.Ok() && !IsErrorAnswer(answer.text);
-  });
+  return device.SendBlock(lines.Text());
 }
 
 Ending Console::ReadFromDevice(const std::function<void(const std::string& script)>& replace) {
