@@ -1,7 +1,9 @@
+#include "terminal/choose_connection.h"
+
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
-#include "cli/commands.h"
+#include "terminal/table.h"
 
 namespace ostrel {
 
@@ -16,7 +18,7 @@ std::string ChooseInTerminal(const std::vector<Connection>& connections,
     rows.push_back({marked ? "*" : " ", std::to_string(rows.size()), connection.name,
                     connection.kind, connection.Target()});
   }
-  PrintTable(err, rows);
+  WriteTable(err, rows);
   for (std::string input;;) {
     err << messages.Caption(text::kChooseNumber) << std::flush;
     if (!std::getline(in, input)) return {};

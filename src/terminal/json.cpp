@@ -67,4 +67,8 @@ JsonObject& JsonObject::AddRaw(std::string_view key, std::string_view json) {
   return *this;
 }
 
+JsonObject JsonError(int number, std::string_view message) {
+  return JsonObject().Add("number", number).Add("message", message);
+}
+
 }  // namespace ostrel

@@ -138,6 +138,7 @@ bool Console::SendEach(const Writing& device, const std::string& prefix,
     RGLAntwortAdd("[" + TimeStamp(desk_.clock.Now()) + "]: " + sent.command);
     Answer answer = device.TryBare(command);
     sent.ok = device.Passes(answer, command);
+    sent.error = answer.error;
     sent.answer = MaskedAnswer(std::move(answer.text), command);
     if (onAnswered) onAnswered(sent);
     if (!sent.ok) return false;
