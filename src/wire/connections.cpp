@@ -14,10 +14,6 @@ namespace {
 constexpr std::string_view kSimulator = "Simulator";
 constexpr std::string_view kCurrent = "CurrentConnection";
 
-bool Same(std::string_view left, std::string_view right) {
-  return LowerAscii(left) == LowerAscii(right);
-}
-
 int IntOr(std::string_view text, int fallback) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -111,7 +107,9 @@ std::vector<Connection> Connections::List() const {
   for (const std::string& name : settings_.SharedSubKeys(keys::kConnections)) {
     list.push_back(Load(settings_, name));
   }
-  const auto taken = [](const Connection& connection) { return Same(connection.name, kSimulator); };
+  const auto taken = [](const Connection& connection) {
+    return SameText(connection.name, kSimulator);
+  };
   if (std::none_of(list.begin(), list.end(), taken)) list.insert(list.begin(), BuiltIn());
   return list;
 }
@@ -119,7 +117,7 @@ std::vector<Connection> Connections::List() const {
 std::optional<Connection> Connections::Find(std::string_view name) const {
   const std::string wanted = name.empty() ? Current() : std::string(name);
   for (Connection& connection : List()) {
-    if (Same(connection.name, wanted)) return std::move(connection);
+    if (SameText(connection.name, wanted)) return std::move(connection);
   }
   return std::nullopt;
 }
@@ -137,12 +135,12 @@ bool Connections::Stored(std::string_view name) const {
   if (!settings_.ReadShared(KeyOf(name), "Kind", "").empty()) return true;
   const std::vector<std::string> names = settings_.SharedSubKeys(keys::kConnections);
   return std::any_of(names.begin(), names.end(),
-                     [name](const std::string& stored) { return Same(stored, name); });
+                     [name](const std::string& stored) { return SameText(stored, name); });
 }
 
 int Connections::Problem(const Connection& connection, std::string_view before) const {
   if (!ValidName(connection.name)) return text::kNameProblem;
-  if (!Same(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
+  if (!SameText(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
   return DataProblem(connection);
 }
 
@@ -157,7 +155,7 @@ Error Connections::Change(std::string_view name, const Connection& changed) {
   if (const int problem = Problem(changed, name); problem != 0) return {problem, {}};
   std::vector<SettingsChange> changes = {{KeyOf(name), {}, {}}};
   for (SettingsChange& change : ToAdd(changed)) changes.push_back(std::move(change));
-  if (Same(Current(), name)) changes.push_back(ToUse(changed.name));
+  if (SameText(Current(), name)) changes.push_back(ToUse(changed.name));
   return settings_.Store(changes);
 }
 
@@ -170,7 +168,7 @@ Error Connections::Use(std::string_view name) {
 Error Connections::Remove(std::string_view name) {
   if (name.empty() || !Stored(name)) return {text::kNoSuchConnection, {}};
   std::vector<SettingsChange> changes = {{KeyOf(name), {}, {}}};
-  if (Same(Current(), name)) changes.push_back(ToUse(std::string(kSimulator)));
+  if (SameText(Current(), name)) changes.push_back(ToUse(std::string(kSimulator)));
   return settings_.Store(changes);
 }
 

@@ -112,11 +112,13 @@ class TemporaryDesktop : public Desktop {
   std::filesystem::path ProgramFolder() const override { return folder; }
   std::filesystem::path DocumentsFolder() const override { return folder / "documents"; }
   std::filesystem::path ProfileFolder() const override { return folder / "home"; }
+  std::string Locale() const override { return locale; }
   bool RaiseWindow(const std::string& title) override;
   bool StartProgram(const std::filesystem::path& program,
                     const std::vector<std::string>& arguments) override;
 
   std::filesystem::path folder;
+  std::string locale = "de_DE.UTF-8";
   std::vector<std::string> windows;  // titles of those that are open
   std::vector<std::string> raised;
   std::vector<std::string> started;  // program and arguments, a blank between
