@@ -26,13 +26,13 @@ SessionPorts Program::Start(const std::string& language) {
   languages_.UserIndex_Test();
   if (!language.empty()) languages_.SetLanguage(language);
   log_.Open(ports_.settings, ports_.computer.DocumentsFolder());
-  log_.SaveLog(std::string("Start: ").append(kProgramTitle));
+  log_.SaveLog(std::string("Start: ") + kProgramTitle);
   return {ports_.settings, ports_.automation, ports_.dialogs,
           ports_.clock,    messages_,         ports_.computer.ProgramFolder()};
 }
 
 Program::~Program() {
-  log_.SaveLog(std::string("End: ").append(kProgramTitle));
+  log_.SaveLog(std::string("End: ") + kProgramTitle);
 }
 
 Desk Program::MakeDesk() {

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 namespace ostrel {
 
 /// The title of the program's windows and boxes.
-inline constexpr std::string_view kProgramTitle = "Service " OSTREL_VERSION;
+inline constexpr const char* kProgramTitle = "Service " OSTREL_VERSION;
 
 }  // namespace ostrel
