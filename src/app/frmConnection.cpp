@@ -14,7 +14,6 @@
 #include <utility>
 
 #include "base/texts.h"
-#include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
@@ -49,7 +48,7 @@ void Choose(QComboBox& box, const std::string& value) {
 frmConnection::frmConnection(QWidget* parent, const Messages& messages,
                              const Connections& connections)
     : QDialog(parent),
-      messages_(messages),
+      captions_(messages),
       connections_(connections),
       form_(new QFormLayout),
       edtName(Named(new QLineEdit, "edtName")),
@@ -62,8 +61,7 @@ frmConnection::frmConnection(QWidget* parent, const Messages& messages,
       cmbParity(Named(new QComboBox, "cmbParity")),
       cmbStopBits(Named(new QComboBox, "cmbStopBits")),
       lblProblem(Named(new QLabel, "lblProblem")),
-      ButOK(Named(new QPushButton(Text(text::kOk)), "ButOK")),
-      butCancel(Named(new QPushButton(Text(text::kCancel)), "butCancel")) {
+      ButOK(captions_.Button("ButOK", text::kOk, [this] { accept(); })) {
   setObjectName(QStringLiteral("frmConnection"));
   FillChoices();
   FillDevices();
@@ -74,12 +72,6 @@ frmConnection::frmConnection(QWidget* parent, const Messages& messages,
   for (QComboBox* box : {cmbKind, cmbDevice, cmbBaud}) {
     connect(box, &QComboBox::currentTextChanged, this, &frmConnection::Check);
   }
-  connect(ButOK, &QPushButton::clicked, this, &QDialog::accept);
-  connect(butCancel, &QPushButton::clicked, this, &QDialog::reject);
-}
-
-QString frmConnection::Text(int id) const {
-  return QString::fromStdString(messages_.Caption(id));
 }
 
 QString frmConnection::KindText(const Messages& messages, const std::string& kind) {
@@ -89,8 +81,9 @@ QString frmConnection::KindText(const Messages& messages, const std::string& kin
 }
 
 void frmConnection::FillChoices() {
-  for (const auto& [kind, id] : kKinds) cmbKind->addItem(Text(id), QLatin1String(kind));
-  for (const auto& [parity, id] : kParities) cmbParity->addItem(Text(id), QLatin1String(parity));
+  for (const auto& [kind, id] : kKinds) cmbKind->addItem(captions_.Text(id), QLatin1String(kind));
+  for (const auto& [parity, id] : kParities)
+    cmbParity->addItem(captions_.Text(id), QLatin1String(parity));
   for (const char* bits : {"1", "1.5", "2"}) {
     cmbStopBits->addItem(QLatin1String(bits), QLatin1String(bits));
   }
@@ -115,22 +108,19 @@ void frmConnection::FillDevices() {
   }
 }
 
-void frmConnection::AddRow(int id, QWidget* field) {
-  auto* label = new QLabel(Text(id));
-  label->setBuddy(field);
-  form_->addRow(label, field);
-}
-
 void frmConnection::Arrange() {
-  AddRow(text::kFieldName, edtName);
-  AddRow(text::kFieldKind, cmbKind);
-  AddRow(text::kFieldHost, edtHost);
-  AddRow(text::kFieldPort, edtPort);
-  AddRow(text::kFieldDevice, cmbDevice);
+  const auto addRow = [this](int id, QWidget* field) {
+    form_->addRow(captions_.Label(id, field), field);
+  };
+  addRow(text::kFieldName, edtName);
+  addRow(text::kFieldKind, cmbKind);
+  addRow(text::kFieldHost, edtHost);
+  addRow(text::kFieldPort, edtPort);
+  addRow(text::kFieldDevice, cmbDevice);
   form_->addRow(new QLabel, lblDevice);
-  AddRow(text::kFieldBaud, cmbBaud);
-  AddRow(text::kFieldParity, cmbParity);
-  AddRow(text::kFieldStopBits, cmbStopBits);
+  addRow(text::kFieldBaud, cmbBaud);
+  addRow(text::kFieldParity, cmbParity);
+  addRow(text::kFieldStopBits, cmbStopBits);
   // What an adapter calls itself is cut, not a reason for a wider dialog.
   lblDevice->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   for (QLabel* label : {lblDevice, lblProblem}) label->setTextFormat(Qt::PlainText);
@@ -141,7 +131,8 @@ void frmConnection::Arrange() {
 
   auto* buttons = new QDialogButtonBox;
   buttons->addButton(ButOK, QDialogButtonBox::AcceptRole);
-  buttons->addButton(butCancel, QDialogButtonBox::RejectRole);
+  buttons->addButton(captions_.Button("butCancel", text::kCancel, [this] { reject(); }),
+                     QDialogButtonBox::RejectRole);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(form_);
   layout->addWidget(lblProblem);
@@ -188,8 +179,7 @@ void frmConnection::Check() {
   lblDevice->setText(cmbDevice->itemData(cmbDevice->findText(cmbDevice->currentText())).toString());
   form_->setRowVisible(lblDevice, serial && !lblDevice->text().isEmpty());
   const int problem = connections_.Problem(given, before_);
-  lblProblem->setText(problem == 0 ? QString()
-                                   : QString::fromStdString(messages_.Filled(problem, given.name)));
+  lblProblem->setText(problem == 0 ? QString() : captions_.Filled(problem, given.name));
   ButOK->setEnabled(problem == 0);
 }
 
@@ -197,7 +187,8 @@ std::optional<Connection> frmConnection::DoDialog(QWidget* parent, const Message
                                                   const Connections& connections,
                                                   const std::optional<Connection>& before) {
   frmConnection dialog(parent, messages, connections);
-  dialog.setWindowTitle(dialog.Text(before ? text::kChangeConnection : text::kNewConnection));
+  dialog.setWindowTitle(
+      dialog.captions_.Text(before ? text::kChangeConnection : text::kNewConnection));
   Connection shown;
   shown.kind = "tcp";
   if (before) shown = *before;
