@@ -49,17 +49,24 @@ void Runs(CLI::App* subcommand, Request& request, Command command) {
   });
 }
 
+template <typename Choices>
+std::vector<std::string> StoredNames(const Choices& choices) {
+  std::vector<std::string> names;
+  for (const auto& choice : choices) names.emplace_back(choice.stored);
+  return names;
+}
+
 void DeclareSerialOptions(CLI::App& command, GivenConnection& given) {
   command.add_option("--baud", given.baud, "Baud rate of a serial line; 19200 at first");
   command.add_option("--parity", given.parity, "Its parity; none at first")
-      ->check(CLI::IsMember({"none", "even", "odd", "mark", "space"}));
+      ->check(CLI::IsMember(StoredNames(kParities)));
   command.add_option("--stop-bits", given.stopBits, "Its stop bits; 1 at first")
-      ->check(CLI::IsMember({"1", "1.5", "2"}));
+      ->check(CLI::IsMember(std::vector<std::string>(std::begin(kStopBits), std::end(kStopBits))));
 }
 
 /// The commands that bring new data.
 void DeclareConnectionData(CLI::App& connections, Request& request) {
-  const CLI::IsMember kinds({"simulator", "tcp", "serial"});
+  const CLI::IsMember kinds(StoredNames(kConnectionKinds));
   GivenConnection& given = request.given;
   CLI::App* add = connections.add_subcommand("add", "Add a connection");
   add->add_option("name", given.name, "Its name")->required();

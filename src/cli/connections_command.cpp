@@ -27,13 +27,13 @@ void ApplyHostAndPort(const std::string& target, Connection& connection) {
 bool Apply(const GivenConnection& given, Connection& connection) {
   if (given.name) connection.name = *given.name;
   if (given.kind) connection.kind = *given.kind;
-  const bool serial = connection.kind == "serial";
+  const bool serial = connection.Is(ConnectionKind::kSerial);
   if (!serial && (given.baud || given.parity || given.stopBits)) return false;
   if (given.baud) connection.baud = *given.baud;
   if (given.parity) connection.parity = *given.parity;
   if (given.stopBits) connection.stopBits = *given.stopBits;
   if (!given.target) return true;
-  if (connection.kind == "tcp") ApplyHostAndPort(*given.target, connection);
+  if (connection.Is(ConnectionKind::kTcp)) ApplyHostAndPort(*given.target, connection);
   if (serial) connection.device = *given.target;
   return !connection.Simulated() || given.target->empty();
 }
@@ -58,8 +58,10 @@ std::string ToJson(const Connection& connection, bool current) {
       .Add("kind", connection.kind)
       .Add("target", connection.Target())
       .Add("current", current);
-  if (connection.kind == "tcp") object.Add("host", connection.host).Add("port", connection.port);
-  if (connection.kind == "serial") {
+  if (connection.Is(ConnectionKind::kTcp)) {
+    object.Add("host", connection.host).Add("port", connection.port);
+  }
+  if (connection.Is(ConnectionKind::kSerial)) {
     object.Add("device", connection.device)
         .Add("baud", connection.baud)
         .Add("parity", connection.parity)
