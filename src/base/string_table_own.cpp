@@ -336,6 +336,7 @@ constexpr TableEntry kTable[] = {
       "L'appareil choisi (%s) n'a pas cette page."}},
     {text::kServiceLog,
      {"&Service-Protokoll schreiben", "&Write service log", "&Tenir le journal de service"}},
+    {text::kReadEveryMinute, {"&Jede Minute lesen", "Read every &minute", "Lire chaque &minute"}},
 };
 static_assert(Ascending(kTable, Own(0), kSharedTexts));
 

@@ -215,5 +215,6 @@ inline constexpr int kOtherDeviceMark = Own(284);
 inline constexpr int kConnectionLost = Own(285);
 inline constexpr int kPageNotOnModel = Own(286);
 inline constexpr int kServiceLog = Own(287);
+inline constexpr int kReadEveryMinute = Own(288);
 
 }  // namespace ostrel::text

@@ -19,7 +19,6 @@ constexpr TableEntry kTable[] = {
      {"Noch nicht gelesen. \"Lesen\" oder F5 holt die Statistik aus dem Gerät.",
       "Not read yet. \"Read\" or F5 fetches the statistics from the device.",
       "Pas encore lue. \"Lire\" ou F5 demande la statistique à l'appareil."}},
-    {text::kReadEveryMinute, {"&Jede Minute lesen", "Read every &minute", "Lire chaque &minute"}},
 };
 static_assert(Ascending(kTable, Own(500), kTextsOfAFeature));
 
