@@ -97,17 +97,19 @@ QChar Numbered(const QString& text, qsizetype& n) {
 
 QString UnescapedValue(const QString& escaped) {
   QString value;
-  for (qsizetype n = 0; n < escaped.size(); ++n) {
+  const qsizetype end = escaped.size() - 1;
+  for (qsizetype n = 0; n <= end; ++n) {
     if (escaped[n] == QLatin1Char('"')) continue;
     if (escaped[n] != QLatin1Char('\\')) {
       value += escaped[n];
       continue;
     }
-    if (++n == escaped.size()) break;
+    if (++n > end) break;
     const qsizetype known = QStringLiteral("nrtabfv").indexOf(escaped[n]);
     if (known >= 0) {
       value += QStringLiteral("\n\r\t\a\b\f\v")[known];
-    } else if (escaped[n] == QLatin1Char('x') || IsDigit(escaped[n], 8)) {
+    } else if (IsDigit(escaped[n], 8) ||
+               (escaped[n] == QLatin1Char('x') && IsDigit(escaped.at(std::min(n + 1, end)), 16))) {
       value += Numbered(escaped, n);
     } else {
       value += escaped[n];

@@ -68,12 +68,26 @@ TEST(Languages, StartUpChoice) {
     int factor;
     const char* locale = "fr_FR.UTF-8";
   } cases[] = {
-      {"", "", "fra", 2},    {"300", "", "deu", 0}, {"1", "", "eng", 1},   {"2", "", "deu", 0},
-      {"fra", "", "fra", 2}, {"ENG", "", "eng", 1}, {"", "1", "eng", 1},   {"0", "1", "deu", 0},
-      {"xyz", "", "deu", 0}, {"esp", "", "deu", 0}, {"spa", "", "deu", 0}, {"pol", "", "pol", 3},
-      {"1x", "", "deu", 0},  {"", "0", "deu", 0},
-      {"", "", "deu", 0, "de_AT@euro"}, {"", "", "deu", 0, "DE"}, {"", "", "eng", 1, "en_GB"},
-      {"", "", "eng", 1, ""}, {"", "", "eng", 1, "C.UTF-8"}, {"", "", "eng", 1, "den_CA"},
+      {"", "", "fra", 2},
+      {"300", "", "deu", 0},
+      {"1", "", "eng", 1},
+      {"2", "", "deu", 0},
+      {"fra", "", "fra", 2},
+      {"ENG", "", "eng", 1},
+      {"", "1", "eng", 1},
+      {"0", "1", "deu", 0},
+      {"xyz", "", "deu", 0},
+      {"esp", "", "deu", 0},
+      {"spa", "", "deu", 0},
+      {"pol", "", "pol", 3},
+      {"1x", "", "deu", 0},
+      {"", "0", "deu", 0},
+      {"", "", "deu", 0, "de_AT@euro"},
+      {"", "", "deu", 0, "DE"},
+      {"", "", "eng", 1, "en_GB"},
+      {"", "", "eng", 1, ""},
+      {"", "", "eng", 1, "C.UTF-8"},
+      {"", "", "eng", 1, "den_CA"},
   };
   for (const auto& c : cases) {
     kit::World world;
@@ -140,7 +154,8 @@ TEST(Files, WhatAKilledWriteLeftGoesWithTheNext) {
   const int writing = open((desktop.folder / files[1].first).c_str(), O_RDWR | O_CLOEXEC);
   ASSERT_EQ(flock(writing, LOCK_EX), 0);
   EXPECT_EQ(ReplaceBytes(file, "new"), 0);
-  for (const auto& [name, stays] : files) EXPECT_EQ(fs::exists(desktop.folder / name), stays) << name;
+  for (const auto& [name, stays] : files)
+    EXPECT_EQ(fs::exists(desktop.folder / name), stays) << name;
   close(writing);
   std::string bytes;
   EXPECT_EQ(ReadBytes(file, 9, bytes), 0);
