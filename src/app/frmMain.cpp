@@ -22,6 +22,7 @@
 #include "device/clsDevice.h"
 #include "logs/tap_statistics/tap_statistics_page.h"
 #include "pages/console/console_page.h"
+#include "pages/console/console_texts.h"
 #include "widgets/plain_tip.h"
 
 namespace ostrel {

@@ -14,7 +14,7 @@ std::string ChooseInTerminal(const std::vector<Connection>& connections,
                                                  messages.Caption(text::kKind),
                                                  messages.Caption(text::kTarget)}};
   for (const Connection& connection : connections) {
-    const bool marked = LowerAscii(connection.name) == LowerAscii(preselected);
+    const bool marked = SameText(connection.name, preselected);
     rows.push_back({marked ? "*" : " ", std::to_string(rows.size()), connection.name,
                     connection.kind, connection.Target()});
   }

@@ -23,9 +23,12 @@ TEST(Texts, EveryEntryIsWholeInThreeLanguages) {
   const auto holders = [](std::string_view text) {
     return std::count(text.begin(), text.end(), '%');
   };
+  std::vector<std::span<const TableEntry>> blocks = FeatureTables();
+  blocks.insert(blocks.begin(), {FirstBlock(), SecondBlock(), OwnBlock()});
   int lowest = 1000;
-  for (const auto block : {FirstBlock(), SecondBlock(), OwnBlock()}) {
+  for (const auto block : blocks) {
     for (const TableEntry& entry : block) {
+      EXPECT_EQ(Messages::Text(entry.id, 2), entry.texts[2]) << "another table has its hundred";
       for (const std::string_view text : entry.texts) {
         EXPECT_FALSE(text.empty()) << entry.id;
         EXPECT_EQ(holders(text), holders(entry.texts[0])) << text;
@@ -164,7 +167,7 @@ TEST(TextWidth, CountsCharacters) {
   EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
   const std::pair<std::string, const char*> cases[] = {
       {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
-      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},    {"\xe2\x1b", "\xe2␛"},
   };
   for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
   EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");

@@ -13,6 +13,7 @@
 
 #include "base/texts.h"
 #include "config/users/users_page.h"
+#include "config/users/users_texts.h"
 #include "widgets/named.h"
 
 namespace ostrel {

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/texts.h"
+#include "config/users/users_texts.h"
 #include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 

@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "config/users/users.h"
+#include "config/users/users_texts.h"
 #include "device/rights.h"
 #include "terminal/command.h"
 #include "terminal/json.h"

@@ -15,6 +15,7 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "base/texts.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/frmDevices.h"
 #include "widgets/code_editor.h"
 #include "widgets/plain_tip.h"

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "pages/console/console.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/script.h"
 #include "pages/console/script_file.h"
 #include "terminal/command.h"
