@@ -58,6 +58,7 @@ void ResetToFactory(Station& station) {
 }
 
 void Restart(Station& station, std::int64_t milliseconds) {
+  if (station.dataLog) station.dataLog->NotePowerDown(station.LocalMs());
   station.access.LogOut();
   if (station.regulator) station.regulator->Simulate(station, 0);
   if (station.coil) station.coil->simulating = 0;

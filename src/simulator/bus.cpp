@@ -32,7 +32,8 @@ Bus::Bus(BusStart start) : clock_(std::move(start.clock)) {
   std::vector<StationData> order(stations.begin(), stations.end());
   const auto connected = order.begin() + static_cast<std::ptrdiff_t>(start.connected);
   std::rotate(order.begin(), connected, connected + 1);
-  for (const StationData& data : order) {
+  for (StationData& data : order) {
+    data.extras = start.extras;
     const std::size_t place = stations_.size();
     stations_.emplace_back(AddressOf(place), data, SeedOf(start.seed, place), start.localSeconds);
   }

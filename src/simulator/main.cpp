@@ -107,7 +107,8 @@ int main(int argc, char** argv) {
   const BusStart start{.seed = options.seed,
                        .clock = RealTime(options.speed),
                        .connected = options.connected,
-                       .stations = files.stations.Stations()};
+                       .stations = files.stations.Stations(),
+                       .extras = options.extras};
   Simulation simulation{.bus = Bus(start),
                         .fault = options.fault,
                         .baud = options.baud,

@@ -68,7 +68,7 @@ Station::Station(std::string stationAddress, const StationData& stationData,
     eventLog.AddHistory(LocalMs(), data.tapChanger, position, Random(seed ^ kHistoryDice));
   }
   if (coil && data.HasFirmware(kDataLogFirmware)) {
-    dataLog.emplace(time, Random(seed ^ kDataLogDice));
+    dataLog.emplace(time, data.extras, Random(seed ^ kDataLogDice));
   }
 }
 

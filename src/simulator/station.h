@@ -11,6 +11,7 @@
 #include "simulator/data_log.h"
 #include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/extras.h"
 #include "simulator/file_store.h"
 #include "simulator/io_map.h"
 #include "simulator/programs.h"
@@ -31,6 +32,7 @@ struct StationData {
   AccessData access = {};
   BootloaderData bootloader = {};
   std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
+  Extras extras = {};
 
   /// Whether it has this firmware or a later one.
   bool HasFirmware(std::string_view first) const;
