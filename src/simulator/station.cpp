@@ -60,7 +60,8 @@ Station::Station(std::string stationAddress, const StationData& stationData,
       tapChanger(MakeTapChanger(stationData, stationSeed)),
       regulator(MakeRegulator(stationData, stationSeed, localSeconds)),
       coil(MakeCoilController(stationData)),
-      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)),
+      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards,
+                        stationData.extras.manyCards)),
       programs(regulator ? std::optional(MakePrograms()) : std::nullopt),
       access(stationData.access, IsConnected()) {
   if (regulator) {

@@ -31,7 +31,7 @@ struct StationData {
   TapChangerData tapChanger = {};
   AccessData access = {};
   BootloaderData bootloader = {};
-  std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
+  std::span<const Card> cards = {};  ///< on COM3, by address
   Extras extras = {};
 
   /// Whether it has this firmware or a later one.
