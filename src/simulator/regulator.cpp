@@ -74,6 +74,7 @@ void Regulator::Tap(Station& station, int step) {
 }
 
 void Regulator::Simulate(Station& station, int on) {
+  if (on == 0) SimulateTap(0);
   if ((on != 0) == simulating_) return;
   station.Note(Event::kSimulation, on);
   simulating_ = on != 0;
@@ -121,8 +122,8 @@ void Regulator::Step(Station& station, std::int64_t second) {
 void Regulator::Measure(std::int64_t second) {
   const GridState state = grid_.At(second);
   inputs_.voltage = VoltageAt(tap_, state.deviation);
-  inputs_.current = state.load * settings.range;
-  inputs_.angle = state.angle;
+  inputs_.current = state.load;
+  inputs_.angle = (state.angle + 5) / 10 * 100;  // as finely as it measures
   inputs_.circulating = state.circulating * settings.range;
 }
 
@@ -131,7 +132,7 @@ void Regulator::FinishTap(Station& station) {
     simulatedTap_ = std::clamp(simulatedTap_ + step_, tapChanger_.lowest, tapChanger_.highest);
   } else {
     tap_ += step_;
-    const bool underLoad = inputs_.current >= kUnderLoad * settings.range;
+    const bool underLoad = inputs_.current >= kUnderLoad;
     if (station.tapChanger) station.tapChanger->Count(tap_, underLoad);
   }
   station.Note(Event::kTapPosition, stepsSimulated_ ? simulatedTap_ : tap_);

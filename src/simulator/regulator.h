@@ -41,8 +41,8 @@ struct RegulatorSettings {
 /// What a regulator measures on the secondary side, or is told in simulation mode.
 struct Measurements {
   int voltage = 0;      ///< mV
-  int current = 0;      ///< mA
-  int angle = 0;        ///< 1/100 degree
+  int current = 0;      ///< mA, with a range of 5 A divided by 5
+  int angle = 0;        ///< 1/1000 degree
   int circulating = 0;  ///< mA
 };
 

@@ -107,8 +107,11 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
   const Step cases[] = {
       {"RegUn=100.5", notSimulating},
       {"RegSimul=1,RegStufe=3", notSimulating},
-      {"RegSimul=1,RegUn=100.5,Regphi=-30,RegIn=1.25,RegUn#,Regphi#,RegIn#",
-       "100.5\r\n-30\r\n1.25"},
+      {"RegSimul=1,RegUn=100.5,Regphi=-30.125,RegIn=1.25,RegUn#,Regphi#,RegIn#",
+       "100.5\r\n-30.125\r\n1.25"},
+      {"B1:RegIBereich#,RegIn-,1.2,<,!,RegSimul=1,RegIn=2,RegIn#", "5\r\n1\r\n2"},
+      {"B1:RegSimul=1,RegIn=2.001", range},
+      {"RegSimul=1,RegSimuls=1,RegSimul=0,RegSimuls#,RegSimul=1,RegSimuls#", "0\r\n0"},
       {"RegSimul=1,RegUn=200.1", range},
       {"RegSimul=1,Regphi=180.5", range},
       {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegSimuls=1,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#",
