@@ -230,7 +230,7 @@ std::optional<IoMaps> MakeIoMaps(std::string_view model, std::string_view firmwa
   const auto* known = std::find_if(std::begin(kModels), std::end(kModels),
                                    [&](const ModelMaps& m) { return m.model == model; });
   if (known == std::end(kModels)) return std::nullopt;
-  const double version = ParseNumber(firmware).value_or(0);
+  const double version = LeadingNumber(firmware);
   const auto step = std::count_if(std::begin(kFirmwareSteps), std::end(kFirmwareSteps),
                                   [&](double from) { return version >= from; });
   IoMaps result;

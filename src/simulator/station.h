@@ -34,7 +34,8 @@ struct StationData {
   std::span<const Card> cards = {};  ///< on COM3, by address
   Extras extras = {};
 
-  /// Whether it has this firmware or a later one.
+  /// Whether it has this firmware or a later one. Those of regulators count as decimal numbers, so
+  /// that 2.3 is later than 2.27; others field by field.
   bool HasFirmware(std::string_view first) const;
 };
 
