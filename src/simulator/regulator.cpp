@@ -135,7 +135,9 @@ void Regulator::FinishTap(Station& station) {
     const bool underLoad = inputs_.current >= kUnderLoad;
     if (station.tapChanger) station.tapChanger->Count(tap_, underLoad);
   }
-  station.Note(Event::kTapPosition, stepsSimulated_ ? simulatedTap_ : tap_);
+  if (hasTapPosition_) {
+    station.Note(Event::kTapPosition, stepsSimulated_ ? simulatedTap_ : tap_);
+  }
 }
 
 void Regulator::WatchLimits(Station& station) {
@@ -171,7 +173,7 @@ bool Regulator::MayTap(int step) const {
 }
 
 void Regulator::StartTap(Station& station, int step) {
-  station.Note(step > 0 ? Event::kUp : Event::kDown, 1);
+  if (hasTapPosition_) station.Note(step > 0 ? Event::kUp : Event::kDown, 1);
   step_ = step;
   stepsSimulated_ = TapIsSimulated();
   running_ = kTapSeconds;

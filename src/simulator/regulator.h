@@ -16,7 +16,7 @@ struct Station;
 /// What the models that regulate a voltage differ in.
 struct RegulatorModel {
   std::string_view model;
-  bool tapPosition = true;  ///< it shows the tap position and the circulating current
+  bool tapPosition = true;  ///< it shows and logs it, and shows the circulating current
   int range = 1;            ///< rated current in A: 1 or 5
   int currentRatio = 0;     ///< of the current transformer, in 1/100
 };

@@ -71,7 +71,8 @@ Station::Station(std::string stationAddress, const StationData& stationData,
       programs(regulator ? std::optional(MakePrograms()) : std::nullopt),
       access(stationData.access, IsConnected()) {
   if (regulator) {
-    const int position = regulator->TapPosition();
+    const auto position =
+        regulator->HasTapPosition() ? std::optional(regulator->TapPosition()) : std::nullopt;
     eventLog.AddHistory(LocalMs(), data.tapChanger, position, Random(seed ^ kHistoryDice));
   }
   if (coil && data.HasFirmware(kDataLogFirmware)) {
