@@ -80,8 +80,7 @@ void WriteReset(Station& station, const WriteRequest& request) {
   } else if (kind == Value(kRestart)) {
     Restart(station, kRestartMs);
   } else if (kind == Value(kIntoBootloader) && EntersBootloader(station)) {
-    Restart(station, 0);
-    station.boot.inBootloader = true;
+    StartBootloader(station);
   } else {
     throw Fault{"index out of range"};
   }
@@ -130,6 +129,11 @@ constexpr Command kCommands[] = {
 constexpr Variable kVariables[] = {{"sysreset", Always, nullptr, WriteReset}};
 
 }  // namespace
+
+void StartBootloader(Station& station) {
+  Restart(station, 0);
+  station.boot.inBootloader = true;
+}
 
 std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line) {
   const std::string name = LowerCase(TrimBlanks(line));

@@ -79,6 +79,11 @@ std::vector<Portion> Bus::AnswerInPieces(std::string_view line) {
   return BootloaderAnswer(connected, own ? address.expression : line);
 }
 
+void Bus::StartBootloader() {
+  CatchUp();
+  simulator::StartBootloader(stations_.front());
+}
+
 std::string Bus::AnswerOfStations(const Address& address) {
   std::string answer;
   for (Station* station : Addressed(address)) {

@@ -50,6 +50,8 @@ class Bus {
   std::string Answer(std::string_view line);
   /// The same in the pieces in which it comes; none when not even an echo comes.
   std::vector<Portion> AnswerInPieces(std::string_view line);
+  /// Starts the bootloader of the connected device by hand.
+  void StartBootloader();
 
  private:
   void CatchUp();
