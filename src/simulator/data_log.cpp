@@ -19,7 +19,7 @@ constexpr std::int64_t kLongestLived = 8 * 24 * kHour;
 // How often a series is written between all else that happens.
 constexpr int kSeriesEach = 10;
 // A rush comes with one in so many events, a length that is wrong (if at all) likewise.
-constexpr int kRushEvery = 12, kWrongLengthEvery = 40;
+constexpr int kRushEvery = 24, kWrongLengthEvery = 40;
 
 bool HasDataLog(const Station& station) {
   return station.dataLog.has_value();

@@ -82,18 +82,13 @@ TEST(Bootloader, IsWhatTheConnectedDeviceHas) {
 
 TEST(Bootloader, StartsByHandOnEveryDevice) {
   for (const std::size_t connected : {5u, 7u, 9u}) {
-    std::int64_t now = 0;
-    Bus bus({.clock = [&now] { return now; }, .connected = connected});
+    Bus bus({.connected = connected});
     const std::string firmware = bus.Answer("ver"), model = firmware.substr(0, firmware.find(' '));
-    EXPECT_EQ(bus.Answer("sysreset=0.9").substr(0, 2), "<<") << model;
-    EXPECT_EQ(bus.Answer("B1::"), "");
-    now = kMinute;
     bus.StartBootloader();
     EXPECT_EQ(bus.Answer("ver"), model + " Urlader V2.14");
     EXPECT_EQ(bus.Answer("RamBackup"), "Saving ....o.k.");
-    EXPECT_EQ(bus.Answer("RAMBackupTime"), "05.01.2026 08:01:00");
     EXPECT_EQ(bus.Answer("reset"), "");
-    EXPECT_EQ(bus.Answer("AA:ver"), firmware);
+    EXPECT_EQ(bus.Answer("ver"), firmware);
   }
 }
 
