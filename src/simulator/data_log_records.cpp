@@ -144,9 +144,11 @@ void PutUserEvent(LogBytes& bytes, Random& random) {
 /// angle, in radians, comes with its voltage.
 void PutState(LogBytes& bytes, Random& random) {
   constexpr int kVoltageAndAngle = 0x30, kCurrent = 0x40;
-  const int a = 1 << random.Below(12) | 1 << random.Below(12) | random.Below(4) << 12;
-  const int b =
-      random.Below(0x10) | random.Below(2) * kVoltageAndAngle | random.Below(2) * kCurrent;
+  int a = random.Below(4) << 12;
+  for (int n = 0; n < 2; ++n) a |= 1 << random.Below(12);
+  int b = random.Below(0x10);
+  if (random.Below(2) == 0) b |= kVoltageAndAngle;
+  if (random.Below(2) == 0) b |= kCurrent;
   PutWord(bytes, a);
   PutWord(bytes, b);
   const int words = std::popcount(static_cast<unsigned>(a & 0x0FFF)) +
