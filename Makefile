@@ -3,12 +3,13 @@
 PREFIX ?= /usr/local
 DESTDIR ?=
 JOBS ?= $(shell nproc)
-FUZZ_SECONDS ?= 30
+FUZZ_SECONDS ?= 10
 
 BUILD_PACKAGES = g++ cmake ninja-build lld qt6-base-dev qt6-serialport-dev \
   libqcustomplot-dev libqcustomplot2.1-qt6 libcli11-dev libgtest-dev libgl-dev libxcb1-dev pkgconf
 RUN_PACKAGES = $(BUILD_PACKAGES) fonts-dejavu-core
-CHECK_PACKAGES = $(BUILD_PACKAGES) clang libclang-rt-dev clang-format clang-tidy xvfb
+CHECK_PACKAGES = $(BUILD_PACKAGES) clang libclang-rt-dev clang-format clang-tidy \
+  python3 xvfb
 
 # Installs what is missing of $(1); where everything is there nothing needs root.
 define install_missing
@@ -23,39 +24,70 @@ define install_missing
 endef
 
 SHELL = /bin/bash
-.PHONY: all run test bench install clean packages-build packages-run packages-check release asan fuzz \
-  pictures
+.PHONY: all run test check format format-check house asan fuzz lint pictures release bench install \
+  clean packages-build packages-run packages-check
 .DEFAULT_GOAL := all
 # One step after the other, whatever -j says: two steps would install packages at once.
 .NOTPARALLEL:
 
+# Builds the programs and the tests.
 all: packages-build
 	cmake --preset dev > /dev/null
 	cmake --build --preset dev -j $(JOBS)
 
+# Opens the window on the built-in simulated devices.
 run: packages-run all
 	build/dev/bin/ostrel-service --connection Simulator --station AA
 
+# Builds and runs every test.
 test: all
 	ctest --preset dev -j $(JOBS)
 
+# What a landing must pass, the quickest first; ends at the first that fails.
+check: packages-check
+	@for step in format-check house test asan fuzz lint; do \
+	  echo "== $$step"; $(MAKE) --no-print-directory $$step || exit; \
+	done
+
+FORMATTED = find src tests bench docs -name '*.cpp' -o -name '*.h'
+
+# Brings every source into the form of .clang-format.
+format: packages-check
+	@$(FORMATTED) | xargs clang-format -i
+
+# Says which source is not in that form.
+format-check: packages-check
+	@$(FORMATTED) | xargs clang-format --dry-run -Werror
+
+# Says which include runs against the order of the folders.
+house: packages-check
+	@.ci/house --selftest
+	@.ci/house
+
+# The tests with address and undefined-behaviour checks.
 asan: packages-build
 	cmake --preset asan > /dev/null
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
 
-# All at once. What they learn stays in build/fuzz/corpus; an input that fails is kept beside it.
+# Every tests/fuzz/*_fuzz.cpp for FUZZ_SECONDS, JOBS at once. What they learn stays in
+# build/fuzz/corpus; an input that fails is kept beside it.
+FUZZED = $(patsubst tests/fuzz/%_fuzz.cpp,%,$(wildcard tests/fuzz/*_fuzz.cpp))
 fuzz: packages-check
 	cmake --preset fuzz > /dev/null
 	cmake --build --preset fuzz -j $(JOBS)
-	@printf '%s\n' request_reader reply_framer language | xargs -P 3 -I NAME sh -c ' \
+	@printf '%s\n' $(FUZZED) | xargs -P $(JOBS) -I NAME sh -c ' \
 	  mkdir -p build/fuzz/corpus/NAME && \
 	  echo "fuzzing NAME for $(FUZZ_SECONDS) s, log in build/fuzz/NAME.log" && \
 	  ASAN_OPTIONS=quarantine_size_mb=16 build/fuzz/bin/NAME_fuzz \
 	    -max_total_time=$(FUZZ_SECONDS) -timeout=10 -artifact_prefix=build/fuzz/NAME- \
-	    build/fuzz/corpus/NAME tests/fuzz/corpus/NAME \
+	    build/fuzz/corpus/NAME $$(find tests/fuzz/corpus -maxdepth 1 -name NAME) \
 	    > build/fuzz/NAME.log 2>&1 || { tail -n 40 build/fuzz/NAME.log; exit 1; }'
-	@grep -H "^Done" build/fuzz/*.log
+	@grep -H "^Done" $(FUZZED:%=build/fuzz/%.log)
+
+# The checks of .clang-tidy, on what changed since they last passed.
+lint: packages-check all
+	@.ci/lint
 
 # The pictures of docs/, which show the forms as they are now.
 pictures: packages-check packages-run all

@@ -29,7 +29,7 @@ QTreeWidget* ConnectionList(const Messages& messages, const std::vector<Connecti
     auto* row = new QTreeWidgetItem(list, {QString::fromStdString(connection.name),
                                            frmConnection::KindText(messages, connection.kind),
                                            QString::fromStdString(connection.Target())});
-    if (LowerAscii(connection.name) == LowerAscii(preselected)) list->setCurrentItem(row);
+    if (SameText(connection.name, preselected)) list->setCurrentItem(row);
   }
   if (list->currentItem() == nullptr) list->setCurrentItem(list->topLevelItem(0));
   list->header()->resizeSections(QHeaderView::ResizeToContents);

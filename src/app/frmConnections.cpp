@@ -22,10 +22,6 @@ namespace {
 
 constexpr int kGap = 12;  // between the columns, in pixels
 
-bool Same(const std::string& left, const std::string& right) {
-  return LowerAscii(left) == LowerAscii(right);
-}
-
 }  // namespace
 
 frmConnections::frmConnections(QWidget* parent, const Desk& desk, ConnectionTest& tester)
@@ -88,13 +84,13 @@ void frmConnections::Fill(const std::string& selected) {
   lstConnections->clear();
   for (const Connection& connection : connections_.List()) {
     QStringList state;
-    if (Same(connection.name, current)) state.append(captions_.Text(text::kIsCurrent));
-    if (Same(connection.name, open)) state.append(captions_.Text(text::kIsOpen));
+    if (SameText(connection.name, current)) state.append(captions_.Text(text::kIsCurrent));
+    if (SameText(connection.name, open)) state.append(captions_.Text(text::kIsOpen));
     auto* row = new QTreeWidgetItem(
         lstConnections, {QString::fromStdString(connection.name),
                          frmConnection::KindText(desk_.texts, connection.kind),
                          QString::fromStdString(connection.Target()), state.join(", ")});
-    if (Same(connection.name, selected)) lstConnections->setCurrentItem(row);
+    if (SameText(connection.name, selected)) lstConnections->setCurrentItem(row);
   }
   if (lstConnections->currentItem() == nullptr) {
     lstConnections->setCurrentItem(lstConnections->topLevelItem(0));
@@ -121,7 +117,7 @@ void frmConnections::EnableButtons() {
     button->setEnabled(one && connections_.Stored(name));
   }
   butTest->setEnabled(one);
-  butUse->setEnabled(one && !Same(name, connections_.Current()));
+  butUse->setEnabled(one && !SameText(name, connections_.Current()));
 }
 
 void frmConnections::Add() {

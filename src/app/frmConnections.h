@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <string>
 
-#include "app/connection_test.h"
+#include "link/connection_test.h"
 #include "device/desk.h"
 #include "widgets/captions.h"
 #include "wire/connections.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/connection_test.h"
+#include "link/connection_test.h"
 #include "base/csprachen.h"
 #include "base/messages.h"
 #include "device/desk.h"

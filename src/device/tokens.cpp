@@ -124,6 +124,11 @@ Reading::TimeoutFor::~TimeoutFor() {
   link_.ChannelTimeoutSet(earlier_);
 }
 
+bool Writing::SendBlock(std::string lines) const {
+  return !session_->Refusal(*this) &&
+         session_->commands_.DevSendLines(address_ + ";", std::move(lines), {}, false, true);
+}
+
 bool Writing::SendOnly(std::string_view line) const {
   const Error error = session_->HandOver(*this, std::string(address_).append(line));
   session_->ports_.texts.Warn(error);

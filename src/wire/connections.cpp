@@ -14,10 +14,6 @@ namespace {
 constexpr std::string_view kSimulator = "Simulator";
 constexpr std::string_view kCurrent = "CurrentConnection";
 
-bool Same(std::string_view left, std::string_view right) {
-  return LowerAscii(left) == LowerAscii(right);
-}
-
 int IntOr(std::string_view text, int fallback) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -91,7 +87,9 @@ std::vector<Connection> Connections::List() const {
   for (const std::string& name : settings_.SharedSubKeys(keys::kConnections)) {
     list.push_back(Load(settings_, name));
   }
-  const auto taken = [](const Connection& connection) { return Same(connection.name, kSimulator); };
+  const auto taken = [](const Connection& connection) {
+    return SameText(connection.name, kSimulator);
+  };
   if (std::none_of(list.begin(), list.end(), taken)) list.insert(list.begin(), BuiltIn());
   return list;
 }
@@ -99,7 +97,7 @@ std::vector<Connection> Connections::List() const {
 std::optional<Connection> Connections::Find(std::string_view name) const {
   const std::string wanted = name.empty() ? Current() : std::string(name);
   for (Connection& connection : List()) {
-    if (Same(connection.name, wanted)) return std::move(connection);
+    if (SameText(connection.name, wanted)) return std::move(connection);
   }
   return std::nullopt;
 }
@@ -117,12 +115,12 @@ bool Connections::Stored(std::string_view name) const {
   if (!settings_.ReadShared(KeyOf(name), "Kind", "").empty()) return true;
   const std::vector<std::string> names = settings_.SharedSubKeys(keys::kConnections);
   return std::any_of(names.begin(), names.end(),
-                     [name](const std::string& stored) { return Same(stored, name); });
+                     [name](const std::string& stored) { return SameText(stored, name); });
 }
 
 int Connections::Problem(const Connection& connection, std::string_view before) const {
   if (!ValidName(connection.name)) return text::kNameProblem;
-  if (!Same(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
+  if (!SameText(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
   return DataProblem(connection);
 }
 
@@ -145,10 +143,10 @@ bool Connections::Add(const Connection& connection) {
 
 bool Connections::Change(std::string_view name, const Connection& changed) {
   if (!Stored(name) || Problem(changed, name) != 0) return false;
-  const bool current = Same(Current(), name);
+  const bool current = SameText(Current(), name);
   // The new one stands before the old one goes: nothing is lost between the two.
   Add(changed);
-  if (!Same(changed.name, name)) Remove(name);
+  if (!SameText(changed.name, name)) Remove(name);
   if (current) settings_.WriteShared(keys::kServerMisc, kCurrent, changed.name);
   return true;
 }
@@ -162,9 +160,9 @@ bool Connections::Use(std::string_view name) {
 
 bool Connections::Remove(std::string_view name) {
   for (const std::string& stored : settings_.SharedSubKeys(keys::kConnections)) {
-    if (!Same(stored, name)) continue;
+    if (!SameText(stored, name)) continue;
     settings_.RemoveSharedKey(KeyOf(stored));
-    if (Same(Current(), name)) settings_.WriteShared(keys::kServerMisc, kCurrent, kSimulator);
+    if (SameText(Current(), name)) settings_.WriteShared(keys::kServerMisc, kCurrent, kSimulator);
     return true;
   }
   return false;

@@ -1,27 +1,34 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
-#include "app/placement.h"
 #include "base/csprachen.h"
 #include "base/file_choice.h"
 #include "base/settings_path.h"
 #include "base/string_table.h"
 #include "base/text.h"
 #include "base/texts.h"
+#include "base/user_files.h"
 #include "kit/kit.h"
 #include "wire/codes.h"
 
 namespace ostrel {
 namespace {
 
+namespace fs = std::filesystem;
+
 TEST(Texts, EveryEntryIsWholeInThreeLanguages) {
   const auto holders = [](std::string_view text) {
     return std::count(text.begin(), text.end(), '%');
   };
+  std::vector<std::span<const TableEntry>> blocks = FeatureTables();
+  blocks.insert(blocks.begin(), {FirstBlock(), SecondBlock(), OwnBlock()});
   int lowest = 1000;
-  for (const auto block : {FirstBlock(), SecondBlock(), OwnBlock()}) {
+  for (const auto block : blocks) {
     for (const TableEntry& entry : block) {
+      EXPECT_EQ(Messages::Text(entry.id, 2), entry.texts[2]) << "another table has its hundred";
       for (const std::string_view text : entry.texts) {
         EXPECT_FALSE(text.empty()) << entry.id;
         EXPECT_EQ(holders(text), holders(entry.texts[0])) << text;
@@ -113,16 +120,31 @@ TEST(SettingsPath, OneSpelling) {
   EXPECT_EQ(SubKeyOf("a", R"(ab\c\d)"), "");
 }
 
-TEST(Placement, OfAWindow) {
+TEST(UserFiles, WhereTheConsoleWritesItsCommands) {
   kit::MemorySettings settings;
-  EXPECT_FALSE(LoadPlacement(settings, "Service", "frmMain"));
-  SavePlacement(settings, "Service", "frmMain", {-8, 20, 1000, 700}, false);
-  SavePlacement(settings, "Service", "frmMain", {1, 2, 3, 4}, true);
-  EXPECT_EQ(settings.ReadShared(R"(Software\vantrel\Ostrel\Service\Persistence)", "frmMainX", ""),
-            "-8");
-  const std::optional<Placement> placement = LoadPlacement(settings, "service", "frmMain");
-  ASSERT_TRUE(placement);
-  EXPECT_EQ(placement->width, 1000);
+  const auto file = [&] { return ConsoleLogFile(settings, "/home/x"); };
+  EXPECT_EQ(file(), "/home/x/Ostrel_Service_RegLLog.txt");
+  settings.WriteProgram("Ostrel", "Dirs", "RGL_Log_Path", "/data");
+  settings.WriteProgram("Ostrel", "Dirs", "RGL_Log_File", R"(\sub\a.txt)");
+  EXPECT_EQ(file(), "/data/sub/a.txt");
+}
+
+TEST(UserFiles, OnlyTemporaryParameterFilesAreDeleted) {
+  const kit::TemporaryDesktop desktop;
+  const fs::path documents = desktop.DocumentsFolder();
+  const std::pair<const char*, bool> files[] = {
+      {"Ostrel/tmp_udm_1.txt", false}, {"ostrel/tmp_udm_.txt", false}, {"ostrel/tmp_udm.txt", true},
+      {"ostrel/tmp_udm_1.txt~", true}, {"ostrel/TMP_udm_1.txt", true}, {"else/tmp_udm_1.txt", true},
+      {"ostrel/tmp_udm_2.txt", true}};
+  for (const char* name : {"Ostrel", "ostrel", "else"}) fs::create_directories(documents / name);
+  fs::create_symlink(documents / "else/tmp_udm_1.txt", documents / "ostrel/tmp_udm_2.txt");
+  for (const auto& [file, stays] : files) std::ofstream(documents / file) << "x";
+  DeleteParameterFiles(documents);
+  for (const auto& [file, stays] : files) EXPECT_EQ(fs::exists(documents / file), stays) << file;
+  fs::remove_all(documents / "ostrel");
+  fs::create_directory_symlink(documents / "else", documents / "ostrel");
+  DeleteParameterFiles(documents);
+  EXPECT_TRUE(fs::exists(documents / "else/tmp_udm_1.txt")) << "outside";
 }
 
 TEST(FileChoice, RemembersTheFolder) {
@@ -145,7 +167,7 @@ TEST(TextWidth, CountsCharacters) {
   EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
   const std::pair<std::string, const char*> cases[] = {
       {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
-      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},    {"\xe2\x1b", "\xe2␛"},
   };
   for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
   EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");

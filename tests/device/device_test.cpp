@@ -169,8 +169,7 @@ const std::string kCurrent = "AA:dirn_\r\n", kGrant = "aa:passwort- 0,dr,!", kDi
 struct BusTest : testing::Test {
   kit::World world;
   Messages messages{world.dialogs};
-  Link link{world.factory, world.settings, world.clock,
-            world.dialogs, messages,       world.desktop.folder};
+  Link link{world.factory, world.settings, world.clock, world.desktop.folder};
   Commands commands{link, world.dialogs, messages};
   Stations bus{link, commands};
   std::string login;  // the grant after the display of the rights
@@ -180,15 +179,17 @@ struct BusTest : testing::Test {
                         return login != "cancel";
                       }};
   void SetUp() override {
-    ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+    ASSERT_FALSE(link.ConnectionOpen(""));
     link.ChannelTimeoutSet(1);
     world.server.follows = true;
   }
-  /// The code and the messages with which an operation ends.
-  std::string Ended(const std::function<int()>& operation) {
+  /// The code and the messages with which an operation ends; -1 = told, -2 = nothing came of it.
+  std::string Ended(const std::function<std::optional<Error>()>& operation) {
     world.server.sent.clear();
     world.dialogs.shown.clear();
-    const std::string code = std::to_string(operation());
+    const std::optional<Error> error = operation();
+    const std::string code =
+        error ? std::to_string(error->told && error->code == 0 ? -1 : error->code) : "-2";
     return code + (world.dialogs.shown.empty() ? "" : " " + world.dialogs.Numbers());
   }
 };
@@ -199,10 +200,10 @@ TEST_F(BusTest, CurrentStationAndPlainList) {
                           {"B1:ver.", "kt-xb+;V2.10"},
                           {R"(all,station&#,!+";  ", ver.+)", "\r\n# note\r\n AA:N;  x \r\nB1:S"}};
   std::string station, type;
-  EXPECT_EQ(bus.StationCurrentGet(station, type), 0);
+  EXPECT_FALSE(bus.StationCurrentGet(station, type));
   EXPECT_EQ(station + "/" + type, "B1:Süd/KT-XB");
   world.server.answers["aa:dirn_"] = "nobody";
-  EXPECT_EQ(bus.StationCurrentGet(station, type), 1280);
+  EXPECT_EQ(bus.StationCurrentGet(station, type).code, 1280);
   std::vector<std::string> list;
   EXPECT_TRUE(bus.StationsListAll(list));
   EXPECT_EQ(list, (std::vector<std::string>{"AA:N;  x", "B1:S"}));
@@ -260,12 +261,13 @@ TEST_F(BusTest, TakesAnswersOfAnyShape) {
     SCOPED_TRACE(c.answer.substr(0, 40) + c.wanted);
     world.server.answers = {{kCurrent, c.current}, {kGrant, "5"}};
     if (c.answer != "-") world.server.answers[c.line] = c.answer;
+    Error error;
     const auto fill = [&] {
-      return c.line == kShort ? reached.FillShort(true, c.wanted) : reached.Fill(c.wanted);
+      return error = c.line == kShort ? reached.FillShort(true, c.wanted) : reached.Fill(c.wanted);
     };
     EXPECT_EQ(Ended(fill), c.ended);
     if (c.answer.starts_with("<<")) {
-      if (c.line == kAll) reached.Tell(text::kDeviceReplied);
+      reached.Tell(error);
       EXPECT_TRUE(world.dialogs.shown.back().text.ends_with("\n" + c.answer));
     }
     ASSERT_EQ(reached.Rows().size(), c.rows);
@@ -277,7 +279,7 @@ TEST_F(BusTest, TakesAnswersOfAnyShape) {
 TEST_F(BusTest, ANewerServerGetsNoLineEnd) {
   link.ConnectionClose();
   std::ofstream(world.desktop.folder / "OstrelTESK.dll") << "x";
-  link.ConnectionOpen("");
+  EXPECT_FALSE(link.ConnectionOpen(""));
   world.server.answers = {{"AA:dirn_", "B1:"}, {kGrant, "5"}, {kAll, "AA:\r\nB1:"}};
   EXPECT_EQ(Ended([&] { return reached.Fill(""); }), "0");
 }
@@ -305,8 +307,8 @@ TEST_F(BusTest, AnotherConnectionOrThePreviousOneOrNone) {
     link.ConnectionClose();
     world.server.fails.clear();
     world.server.closedFor.clear();
-    link.ConnectionOpen("Werk");
-    ASSERT_EQ(reached.Fill(""), 0);
+    EXPECT_FALSE(link.ConnectionOpen("Werk"));
+    ASSERT_FALSE(reached.Fill(""));
     world.server.closed = 0;
     world.server.chosen = {c.chosen};
     world.server.closedFor = {c.closed1, c.closed2};

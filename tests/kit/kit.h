@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "app/service.h"
 #include "base/clock.h"
 #include "base/desktop.h"
 #include "base/dialogs.h"
 #include "base/settings_store.h"
+#include "device/desk.h"
 #include "wire/automation.h"
 
 namespace ostrel::kit {
@@ -120,7 +120,7 @@ class TemporaryDesktop : public Desktop {
   std::vector<std::string> started;  // program and arguments, a blank between
 };
 
-/// The whole world of one Service.
+/// The whole world of one program.
 struct World {
   MemorySettings settings;
   ManualClock clock;
@@ -128,6 +128,27 @@ struct World {
   ScriptedFactory factory{server, clock};
   ScriptedDialogs dialogs;
   TemporaryDesktop desktop;
+};
+
+/// A run of a program in that world, in English.
+struct Run {
+  explicit Run(World& world, const SessionOptions& options = {})
+      : messages(English(world.dialogs)),
+        session({world.settings, world.factory, world.dialogs, world.clock, messages,
+                 world.desktop.folder},
+                options),
+        desk{session, messages, world.dialogs, world.settings, world.clock, world.desktop} {}
+
+  Messages messages;
+  Session session;
+  Desk desk;
+
+ private:
+  static Messages English(Dialogs& dialogs) {
+    Messages messages(dialogs);
+    messages.SetFactor(1);
+    return messages;
+  }
 };
 
 }  // namespace ostrel::kit

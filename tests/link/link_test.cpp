@@ -14,16 +14,17 @@ namespace {
 struct LinkTest : testing::Test {
   kit::World world;
   Messages messages{world.dialogs};
-  Link link{world.factory, world.settings, world.clock,
-            world.dialogs, messages,       world.desktop.folder};
+  Link link{world.factory, world.settings, world.clock, world.desktop.folder};
   Commands commands{link, world.dialogs, messages};
 
   int Ask(const std::string& line, std::string& answer) {
-    return link.CommandExchangeCode(link.CurrentChannel(), line, answer);
+    Answer got = link.CommandExchangeCode(link.CurrentChannel(), line);
+    if (got.Ok()) answer = std::move(got.text);
+    return got.error.code;
   }
   void SetUp() override {
     messages.SetFactor(1);
-    ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+    ASSERT_FALSE(link.ConnectionOpen(""));
     link.ChannelTimeoutSet(1);
   }
 };
@@ -43,16 +44,13 @@ TEST_F(LinkTest, ServerClassAndAttempts) {
   };
   for (const auto& c : cases) {
     world.server.created.clear();
-    world.dialogs.shown.clear();
     if (c.library) std::ofstream(world.desktop.folder / "OstrelTESK.dll") << "x";
     if (c.prior) world.settings.WriteShared(keys::kServerMisc, "UsePriorServer", c.prior);
     world.server.failingCreations = 9;
-    EXPECT_EQ(link.ConnectionOpen(""), LinkState::kNoServer);
+    const Error error = link.ConnectionOpen("");
+    EXPECT_EQ(error.code, 10065);
+    EXPECT_EQ(error.detail, std::string("attempt failed\nClassname: ") + c.className);
     EXPECT_EQ(world.server.created, std::vector<std::string>(c.attempts, c.className));
-    ASSERT_EQ(world.dialogs.Numbers(), "10065");
-    EXPECT_NE(
-        world.dialogs.shown[0].text.find(std::string("attempt failed\nClassname: ") + c.className),
-        std::string::npos);
   }
 }
 
@@ -61,13 +59,14 @@ TEST_F(LinkTest, OpeningGoesThroughTheChooserUntilItIsCancelled) {
   world.server.created.clear();
   world.server.fails["COpen"] = ObjectError(10032, "nix");
   world.server.chosen = {"second", "third"};
-  EXPECT_EQ(link.ConnectionOpen("first"), LinkState::kServer);
+  link.explain = [this](const Error& error) { return messages.Shown(error); };
+  EXPECT_TRUE(link.ConnectionOpen("first").told);
+  EXPECT_EQ(link.ConnState(), LinkState::kServer);
   EXPECT_EQ(world.server.choosers.size(), 3u);
   EXPECT_EQ(world.server.choosers[0], messages.Text(10032) + "\nnix");
-  EXPECT_EQ(world.dialogs.Numbers(), "");
 
   world.server.fails.clear();
-  EXPECT_EQ(link.ConnectionOpen("first"), LinkState::kChannel);
+  EXPECT_FALSE(link.ConnectionOpen("first"));
   EXPECT_EQ(world.server.created.size(), 2u) << "server and chooser are kept";
   EXPECT_EQ(world.server.frame, 2);
   EXPECT_EQ(link.CurrentChannel(), 7);
@@ -83,34 +82,33 @@ TEST_F(LinkTest, ReopensTheConnectionUnlessTheUserKeepsIt) {
     const char* failing;
     AutomationResult fail;
     int closed;  // how many channels: one when it is reopened
-    const char* messages;
+    int code;
     LinkState after;
   } cases[] = {
-      {"silent", nullptr, false, "", {}, 1, "", LinkState::kChannel},
-      {"kept", "AA:x", false, "", {}, 0, "", LinkState::kChannel},
-      {"confirmed", "AA:x", true, "", {}, 1, "", LinkState::kChannel},
-      {"error answer", "<<x>>", false, "", {}, 1, "", LinkState::kChannel},
-      {"online", nullptr, false, "COnlineEnabled", {true, 0, {}}, 0, "10019", LinkState::kChannel},
-      {"refused", nullptr, false, "COpen", refused, 1, "10013", LinkState::kServer},
-      {"negative", nullptr, false, "COpen", negative, 1, "10032", LinkState::kServer},
-      {"unframed", nullptr, false, "CFrame", refused, 2, "10013", LinkState::kServer},
-      {"gone", nullptr, false, "CSend", lost, 0, "10041", LinkState::kNoServer},
+      {"silent", nullptr, false, "", {}, 1, 0, LinkState::kChannel},
+      {"kept", "AA:x", false, "", {}, 0, 0, LinkState::kChannel},
+      {"confirmed", "AA:x", true, "", {}, 1, 0, LinkState::kChannel},
+      {"error answer", "<<x>>", false, "", {}, 1, 0, LinkState::kChannel},
+      {"online", nullptr, false, "COnlineEnabled", {true, 0, {}}, 0, 10019, LinkState::kChannel},
+      {"refused", nullptr, false, "COpen", refused, 1, 10013, LinkState::kServer},
+      {"negative", nullptr, false, "COpen", negative, 1, 10032, LinkState::kServer},
+      {"unframed", nullptr, false, "CFrame", refused, 2, 10013, LinkState::kServer},
+      {"gone", nullptr, false, "CSend", lost, 0, 10041, LinkState::kNoServer},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     link.ConnectionClose();
     world.server = {};
-    world.dialogs.shown.clear();
-    ASSERT_EQ(link.ConnectionOpen("first"), LinkState::kChannel);
+    ASSERT_FALSE(link.ConnectionOpen("first"));
     world.server.connection = "second";
     world.server.opened.clear();
     world.server.frame = 0;
     if (c.answer != nullptr) world.server.answers["AA:dirn"] = c.answer;
     if (*c.failing != 0) world.server.fails[c.failing] = c.fail;
-    world.dialogs.yesNo = {c.yes};
-    const bool reopened = c.closed == 1 && *c.messages == 0;
-    EXPECT_EQ(link.ConnectionReselect(), reopened);
-    EXPECT_EQ(world.dialogs.Numbers(), c.messages);
+    const bool reopened = c.closed == 1 && c.code == 0;
+    const Error error = link.ConnectionReselect([&c] { return c.yes; });
+    EXPECT_EQ(!error, reopened);
+    EXPECT_EQ(error.code, c.code);
     EXPECT_EQ(link.ConnState(), c.after);
     EXPECT_EQ(world.server.closed, c.closed);
     EXPECT_EQ(world.server.frame, reopened ? 2 : 0);
@@ -174,8 +172,8 @@ TEST_F(LinkTest, WhatAWaitMeets) {
 TEST_F(LinkTest, StaleAnswerIsDroppedAndNothingSentIsSaid) {
   world.server.answers = {{"a", "1"}, {"b", "2"}};
   std::string answer;
-  EXPECT_EQ(link.AnswerWait(7, answer), code::kNoCommand);
-  EXPECT_EQ(link.CommandSend(7, "a"), 0);
+  EXPECT_EQ(link.AnswerWait(7).error.code, code::kNoCommand);
+  EXPECT_FALSE(link.CommandSend(7, "a"));
   EXPECT_EQ(Ask("b", answer), 0);
   EXPECT_EQ(answer, "2");
   EXPECT_EQ(world.server.received, 2);
@@ -193,7 +191,7 @@ TEST_F(LinkTest, RaisedErrorsBecomeCodesAndALostServerStartsAfresh) {
   };
   world.server.answers["a"] = "1";
   for (const auto& c : cases) {
-    ASSERT_EQ(link.ConnectionOpen(""), LinkState::kChannel);
+    ASSERT_FALSE(link.ConnectionOpen(""));
     world.server.fails[c.member] = ObjectError(c.code, "why");
     std::string answer;
     EXPECT_EQ(Ask("a", answer), c.code) << c.member;
@@ -209,14 +207,12 @@ TEST_F(LinkTest, DefTimeoutIsCorrectedAndWrittenBack) {
   const struct {
     const char* stored;
     int used;
-    const char* messages;
-  } cases[] = {{"0", 1, "20001"}, {"99", 15, "20001"}, {"12", 12, ""}, {"x", 1, "20001"}};
+    bool stays;
+  } cases[] = {{"0", 1, false}, {"99", 15, false}, {"12", 12, true}, {"x", 1, false}};
   for (const auto& c : cases) {
-    world.dialogs.shown.clear();
     world.settings.WriteShared(keys::kServerMisc, "DefTimeout_s", c.stored);
-    link.LoadSettings();
+    EXPECT_EQ(link.LoadSettings(), c.stays) << c.stored;
     EXPECT_EQ(link.DefTimeout(), c.used) << c.stored;
-    EXPECT_EQ(world.dialogs.Numbers(), c.messages) << c.stored;
     const std::string written = std::to_string(c.used);
     EXPECT_EQ(world.settings.ReadShared(keys::kServerMisc, "DefTimeout_s", ""), written);
     EXPECT_EQ(world.settings.ReadProgram("ZubServer", "Misc", "DefTimeout_s", ""), written);
@@ -246,7 +242,7 @@ TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
   };
   for (const auto& c : cases) {
     world.dialogs.shown.clear();
-    link.ServerErrorReport({c.number, c.why}, c.quiet);
+    commands.ServerErrorReport(c.number, c.why, c.quiet);
     ASSERT_EQ(world.dialogs.shown.size(), c.text != nullptr ? 1u : 0u) << c.number;
     if (c.text == nullptr) continue;
     EXPECT_TRUE(world.dialogs.shown[0].text.starts_with(c.text)) << world.dialogs.shown[0].text;
@@ -254,7 +250,7 @@ TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
 }
 
 TEST_F(LinkTest, OnlineExchangeTakesOffEchoPromptAndCtrlZ) {
-  ASSERT_EQ(link.ConnectionOpen("", 0), LinkState::kChannel);
+  ASSERT_FALSE(link.ConnectionOpen("", 0));
   std::string answer;
   EXPECT_FALSE(commands.OnlineQueryChecked(7, "ver", answer, true));
   EXPECT_EQ(world.dialogs.Numbers(), "10096");
@@ -352,7 +348,8 @@ TEST_F(LinkTest, KeepAlive) {
   world.server.locked = true;  // a server, but no channel
   link.OfferChooser(false);
   world.server.opened.clear();
-  EXPECT_EQ(link.ConnectionOpen(""), LinkState::kServer);
+  EXPECT_TRUE(link.ConnectionOpen(""));
+  EXPECT_EQ(link.ConnState(), LinkState::kServer);
   EXPECT_TRUE(world.server.opened.empty());
   link.KeepAliveTick("server");
   EXPECT_EQ(world.server.notices.back(), "server");

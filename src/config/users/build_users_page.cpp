@@ -12,6 +12,7 @@
 
 #include "base/texts.h"
 #include "config/users/users_page.h"
+#include "config/users/users_texts.h"
 
 namespace ostrel {
 

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "base/texts.h"
+#include "config/users/users_texts.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {

@@ -7,6 +7,7 @@
 
 #include "base/texts.h"
 #include "config/users/frmLogin.h"
+#include "config/users/users_texts.h"
 #include "device/rights.h"
 #include "widgets/window_dialogs.h"
 

@@ -12,6 +12,7 @@
 #include "config/users/frmLogin.h"
 #include "config/users/frmMeldLogin.h"
 #include "config/users/login_program.h"
+#include "config/users/users_texts.h"
 #include "device/rights.h"
 
 namespace ostrel {

@@ -10,6 +10,7 @@
 
 #include "base/texts.h"
 #include "logs/tap_statistics/tap_statistics_text.h"
+#include "logs/tap_statistics/tap_statistics_texts.h"
 
 namespace ostrel {
 

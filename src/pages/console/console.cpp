@@ -2,13 +2,11 @@
 
 #include "pages/console/console.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "base/text.h"
 #include "base/texts.h"
+#include "pages/console/console_texts.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
 
@@ -34,13 +32,6 @@ class Running {
  private:
   bool& flag_;
 };
-
-std::string TimeStamp(const LocalTime& time) {
-  std::array<char, 64> stamp{};
-  std::snprintf(stamp.data(), stamp.size(), "[%04d-%02d-%02d  %02d:%02d:%02d]: ", time.year,
-                time.month, time.day, time.hour, time.minute, time.second);
-  return stamp.data();
-}
 
 std::string Ended(std::string answer) {
   return answer.ends_with(kLineEnd) ? answer : answer.append(kLineEnd);
@@ -144,9 +135,10 @@ bool Console::SendEach(const Writing& device, const std::string& prefix,
     sent.command = Masked(command);
     sent.answer.clear();
     if (onSending) onSending(sent);
-    RGLAntwortAdd(TimeStamp(desk_.clock.Now()) + sent.command);
+    RGLAntwortAdd("[" + TimeStamp(desk_.clock.Now()) + "]: " + sent.command);
     Answer answer = device.TryBare(command);
     sent.ok = device.Passes(answer, command);
+    sent.error = answer.error;
     sent.answer = MaskedAnswer(std::move(answer.text), command);
     if (onAnswered) onAnswered(sent);
     if (!sent.ok) return false;
@@ -157,10 +149,7 @@ bool Console::SendEach(const Writing& device, const std::string& prefix,
 }
 
 bool Console::SendQuietly(const Writing& device, const ScriptLines& lines) {
-  return std::all_of(lines.lines.begin(), lines.lines.end(), [&](const ScriptLine& line) {
-    const Answer answer = device.Try(";" + line.text);
-    return answer.Ok() && !IsErrorAnswer(answer.text);
-  });
+  return device.SendBlock(lines.Text());
 }
 
 Ending Console::ReadFromDevice(const std::function<void(const std::string& script)>& replace) {

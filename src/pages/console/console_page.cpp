@@ -14,6 +14,7 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "base/user_files.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/frmDevices.h"
 #include "widgets/code_editor.h"
 #include "widgets/plain_tip.h"

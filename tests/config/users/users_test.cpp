@@ -5,16 +5,14 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/service.h"
 #include "base/text.h"
-#include "base/texts.h"
 #include "config/users/login_program.h"
+#include "config/users/users_texts.h"
 #include "kit/kit.h"
 
 namespace ostrel {
 namespace {
 
-using Outcome = Users::Outcome;
 using Lines = std::vector<std::string>;
 
 const std::string kWho = "whoami", kRight = "passwort- 0,dr,!";
@@ -23,17 +21,18 @@ const std::string kGate = ",VER?-,^,if,VER- QOL,else,0,eif,!", kPorts = "pwlrele
 
 struct UsersTest : testing::Test {
   kit::World world;
-  Service service{{world.settings, world.factory, world.dialogs, world.clock, world.desktop},
-                  {.connection = {}, .language = "eng"}};
-  Users& users = service.UserManagement();
+  kit::Run run{world};
+  Session& session = run.session;
+  Users users{run.desk};
 
   void SetUp() override {
-    ASSERT_TRUE(service.ConnectionOpen());
+    session.onDeviceChange = [this] { users.DeviceChanged(); };
+    ASSERT_TRUE(session.ConnectionOpen());
     Select(true, "130");
   }
   /// Another device: its first user has 1 minute and grant 1, the administrator 30 and 5.
   void Select(bool protects, const std::string& feature) {
-    service.DeviceChange("B1:Nord", "KT-X", "2.27", "1");
+    session.DeviceChange("B1:Nord", "KT-X", "2.27", "1");
     const std::string set = protects ? "1" : "0";
     world.server.answers = {
         {"B1:" + kWho, "User 2"},
@@ -54,7 +53,7 @@ struct UsersTest : testing::Test {
 };
 
 /// "password 2", "set 2 4 15", "ports 01?" (COM1, 2, 4; ? = not given), "unprotect", "login 3"
-Outcome Do(Users& of, const std::string& act) {
+Ending Do(Users& of, const std::string& act) {
   std::istringstream words(act);
   std::string verb, flags;
   int user = 0, grant = 0, minutes = 0;
@@ -78,7 +77,7 @@ Lines Split(const std::string& text, char separator) {
   return parts;
 }
 
-constexpr auto D = Outcome::kDone, C = Outcome::kCancelled, F = Outcome::kFailed;
+constexpr auto D = Ending::kDone, C = Ending::kNotConfirmed, F = Ending::kFailed;
 
 TEST_F(UsersTest, LinesAndMessages) {
   const struct {
@@ -88,7 +87,7 @@ TEST_F(UsersTest, LinesAndMessages) {
     const char* answer;  // to the last line; null = none comes
     const char* sent;    // behind the users, which all but a login reads first; G the gate, P ports
     const char* shown;
-    Outcome outcome;
+    Ending outcome;
   } cases[] = {
       {0, "password 1", "1,2,3,4,007,007", false, "", "passwort 1 0=007 007", "1257 1257 1155", D},
       {0, "password 2", "x,x", true, "", "", "10342", F},
@@ -96,7 +95,7 @@ TEST_F(UsersTest, LinesAndMessages) {
       {130, "password 2", "geheim,x", true, "", "", "", C},
       {130, "password 2", "geheim,0,0", false, "", "", "", C},
       {130, "password 1", "geheim,0,0", true, "", "passwort 1 geheim=0 0", "1155", D},
-      {130, "password 3", "geheim,a=b", true, "", "", "20340", F},
+      {130, "password 3", "geheim,a=b", true, "", "", "20400", F},
       {130, "password 3", "geheim,x,x", false, nullptr, "passwort 3 geheim=x x", "1259", F},
       {130, "password 3", "geheim,geheim2,geheim2", false, "<<what: passwort 3 GEHEIM=geheim2>>",
        "passwort 3 geheim=geheim2 geheim2", "1280", F},
@@ -164,7 +163,7 @@ TEST_F(UsersTest, PasswordsThatWouldChangeALineAreNeitherSentNorShown) {
     Select(true, "130");
     world.dialogs.typed = {bad};
     EXPECT_TRUE(users.LogIn(1) == F && world.server.sent.empty()) << bad;
-    EXPECT_EQ(world.dialogs.shown[0].text, service.Texts().Caption(text::kPasswordProblem));
+    EXPECT_EQ(world.dialogs.shown[0].text, run.messages.Caption(text::kPasswordProblem));
   }
   for (const char* good : {"0", "0042", "a-b_!#*", "\xc3\xbc\xc3\x9f", "x\xc2\xa1"}) {
     EXPECT_EQ(PasswordProblem(good), 0) << good;
@@ -219,7 +218,7 @@ TEST_F(UsersTest, TheAcceptedPasswordIsOfferedUntilDeviceOrUserChange) {
   world.server.answers["B1:login 1 one"] = world.server.answers["AA:login 1 other"] = "";
   EXPECT_EQ(offered("set 2 1 1", {}), "");
   EXPECT_EQ(offered("login 1", {"one"}), "");
-  EXPECT_TRUE(users.LogIn("AA:", 1, "other"));
+  EXPECT_TRUE(users.LogIn(*session.ToStation("AA:"), 1, "other"));
   EXPECT_EQ(offered("set 2 1 1", {}), "one") << "of another station";
   world.server.answers["B1:logout"] = world.server.answers["B1:login 2 two"] = "";
   EXPECT_TRUE(users.LogOut());

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/service.h"
 #include "kit/kit.h"
 #include "logs/tap_statistics/tap_statistics_text.h"
 
@@ -11,13 +10,16 @@ namespace {
 
 struct StatisticsTest : testing::Test {
   kit::World world;
-  Service service{{world.settings, world.factory, world.dialogs, world.clock, world.desktop},
-                  {.connection = {}, .language = "eng"}};
-  TapStatistics& statistics = service.Statistics();
+  kit::Run run{world};
+  Session& session = run.session;
+  TapStatistics statistics{run.desk};
 
-  void SetUp() override { ASSERT_TRUE(service.ConnectionOpen()); }
+  void SetUp() override {
+    session.onDeviceChange = [this] { statistics.DeviceChanged(); };
+    ASSERT_TRUE(session.ConnectionOpen());
+  }
   void Select(const std::string& firmware) {
-    service.DeviceChange("B1:Nord", "KT-X", firmware, "1");
+    session.DeviceChange("B1:Nord", "KT-X", firmware, "1");
   }
   /// Answers the counter command with one line a position, numbered, and the totals.
   void Answer(const std::string& range, int count) {
@@ -93,12 +95,12 @@ TEST_F(StatisticsTest, WhatIsNoCounterCountsAsNone) {
 
 TEST_F(StatisticsTest, AnotherConnectionHasAnotherDevice) {
   Select("2.27");
-  ASSERT_TRUE(service.Selected().GetKenn());
+  ASSERT_TRUE(session.Selected().GetKenn());
   world.server.connection = "Elsewhere";
-  EXPECT_TRUE(service.ConnectionOpen());
-  EXPECT_FALSE(service.Selected().GetKenn());
-  EXPECT_FALSE(service.Device().Valid());
-  EXPECT_EQ(statistics.Clear(), TapStatistics::Clearing::kFailed);
+  EXPECT_TRUE(session.ConnectionOpen());
+  EXPECT_FALSE(session.Selected().GetKenn());
+  EXPECT_FALSE(session.Device().Valid());
+  EXPECT_EQ(statistics.Clear(), Ending::kFailed);
   EXPECT_FALSE(statistics.Read());
   EXPECT_EQ(world.dialogs.Numbers(), "1301 1301");
 }
@@ -115,13 +117,13 @@ TEST_F(StatisticsTest, AnotherDeviceStartsWithZeros) {
 TEST_F(StatisticsTest, ClearingAsks) {
   Select("2.27");
   world.server.answers["B1:RegTAPSTATCL*=0"] = "";
-  EXPECT_EQ(statistics.Clear(), TapStatistics::Clearing::kRefused);
+  EXPECT_EQ(statistics.Clear(), Ending::kNotConfirmed);
   EXPECT_TRUE(world.server.sent.empty());
   EXPECT_EQ(world.dialogs.asked, std::vector<std::string>{"Delete Statistics?"});
   world.dialogs.yesNo = {true, true};
-  EXPECT_EQ(statistics.Clear(), TapStatistics::Clearing::kDone);
+  EXPECT_EQ(statistics.Clear(), Ending::kDone);
   world.server.answers["B1:RegTAPSTATCL*=0"] = "<<access denied>>";
-  EXPECT_EQ(statistics.Clear(), TapStatistics::Clearing::kFailed);
+  EXPECT_EQ(statistics.Clear(), Ending::kFailed);
 }
 
 TEST(StatisticsText, TablesAndBars) {

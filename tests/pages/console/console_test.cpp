@@ -9,21 +9,20 @@
 namespace ostrel {
 namespace {
 
-using Ending = Console::Ending;
 using Mode = ScriptPart::Mode;
 using Lines = std::vector<std::string>;
 
 struct ConsoleTest : testing::Test {
   kit::World world;
-  Service service{{world.settings, world.factory, world.dialogs, world.clock, world.desktop},
-                  {.connection = {}, .language = "eng"}};
-  Console& console = service.CommandConsole();
+  kit::Run run{world};
+  Session& session = run.session;
+  Console console{run.desk};
   std::string pane;
   const std::string x129 = std::string(129, 'x');
 
   void SetUp() override {
-    ASSERT_TRUE(service.ConnectionOpen());
-    service.DeviceChange("B1:Nord", "KT-X", "2.27", "1");
+    ASSERT_TRUE(session.ConnectionOpen());
+    session.DeviceChange("B1:Nord", "KT-X", "2.27", "1");
     world.clock.now = {2024, 2, 9, 7, 5, 3};
     world.dialogs.yesNo.assign(20, true);
     console.onPane = [this](const std::string& text) { pane += text; };
@@ -127,11 +126,11 @@ TEST_F(ConsoleTest, WhileLinesAreSentEventsRun) {
     EXPECT_EQ(console.SendToStations("c", {}), Ending::kFailed);
     EXPECT_EQ(console.ReadFromDevice({}), Ending::kFailed);
     console.Log().SetFile(world.desktop.folder / "other");
-    service.DeviceChange("B2:Other", "LX-X", "1", "2");
+    session.DeviceChange("B2:Other", "LX-X", "1", "2");
   };
-  EXPECT_EQ(console.Send("a\nb", {}), Ending::kDone);
-  EXPECT_EQ(Sent(), (Lines{"B1:;a", "B1:;b"}));
-  EXPECT_EQ(world.dialogs.Numbers(), "20003 20003 20003 1126");
+  EXPECT_EQ(console.Send("a\nb", {}), Ending::kFailed);
+  EXPECT_EQ(Sent(), Lines{"B1:;a"}) << "the rest was meant for the device before";
+  EXPECT_EQ(world.dialogs.Numbers(), "20003 20003 20003 20022 10263");
 }
 
 TEST_F(ConsoleTest, ReadingMakesAScriptOrLeavesTheEditorAlone) {
@@ -209,7 +208,7 @@ TEST_F(ConsoleTest, FilesAndTheTypeTheyAreFor) {
 }
 
 TEST_F(ConsoleTest, QuietlyThroughTheBatchSender) {
-  EXPECT_TRUE(console.SendQuietly("B1:", ExtractCommands("a\r\n#\r\n b")));
+  EXPECT_TRUE(console.SendQuietly(*session.ToWrite(), ExtractCommands("a\r\n#\r\n b")));
   EXPECT_EQ(Sent(), (Lines{"B1:;a", "B1:;b"}));
   EXPECT_EQ(world.dialogs.Numbers() + pane, "");
 }

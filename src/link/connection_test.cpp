@@ -1,7 +1,6 @@
-#include "app/connection_test.h"
+#include "link/connection_test.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "base/text.h"
@@ -69,8 +68,10 @@ ConnectionTestResult ConnectionTest::Run(const std::string& name) {
   const Connections connections(settings_);
   ConnectionTestResult result;
   result.connection = name.empty() ? connections.Current() : name;
-  result.error = {text::kExchangeUnderWay, {}};
-  if (running_ != nullptr) return result;
+  if (running_ != nullptr) {
+    result.error.code = text::kExchangeUnderWay;
+    return result;
+  }
 
   Link link(factory_, settings_, clock_, programFolder_);
   link.LoadSettings();

@@ -19,7 +19,7 @@ enum class TestStep { kServer, kOpen, kAnswer, kDone };
 struct ConnectionTestResult {
   std::string connection;             // its name
   TestStep step = TestStep::kServer;  // the step that failed; kDone when none did
-  Error error = {};                   // why it failed, with what the server says
+  Error error;                        // why, with what the server says of it
   std::string answer;                 // the device's, which may be "<<…>>"
   bool Ok() const { return step == TestStep::kDone; }
 };
