@@ -11,7 +11,6 @@
 #include <QSerialPortInfo>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <utility>
 
 #include "base/texts.h"
 #include "widgets/window_dialogs.h"
@@ -19,14 +18,6 @@
 namespace ostrel {
 
 namespace {
-
-constexpr std::pair<const char*, int> kKinds[] = {
-    {"simulator", text::kKindSimulator}, {"tcp", text::kKindTcp}, {"serial", text::kKindSerial}};
-constexpr std::pair<const char*, int> kParities[] = {{"none", text::kParityNone},
-                                                     {"even", text::kParityEven},
-                                                     {"odd", text::kParityOdd},
-                                                     {"mark", text::kParityMark},
-                                                     {"space", text::kParitySpace}};
 
 /// The name by which an adapter is found again at whatever socket it is plugged in; the path itself
 /// where there is none.
@@ -75,16 +66,18 @@ frmConnection::frmConnection(QWidget* parent, const Messages& messages,
 }
 
 QString frmConnection::KindText(const Messages& messages, const std::string& kind) {
-  const auto found = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                  [&](const auto& known) { return known.first == kind; });
-  return QString::fromStdString(found == std::end(kKinds) ? kind : messages.Caption(found->second));
+  const Choice<ConnectionKind>* chosen = Chosen(kConnectionKinds, kind);
+  return QString::fromStdString(chosen == nullptr ? kind : messages.Caption(chosen->caption));
 }
 
 void frmConnection::FillChoices() {
-  for (const auto& [kind, id] : kKinds) cmbKind->addItem(captions_.Text(id), QLatin1String(kind));
-  for (const auto& [parity, id] : kParities)
-    cmbParity->addItem(captions_.Text(id), QLatin1String(parity));
-  for (const char* bits : {"1", "1.5", "2"}) {
+  for (const auto& kind : kConnectionKinds) {
+    cmbKind->addItem(captions_.Text(kind.caption), QLatin1String(kind.stored));
+  }
+  for (const auto& parity : kParities) {
+    cmbParity->addItem(captions_.Text(parity.caption), QLatin1String(parity.stored));
+  }
+  for (const char* bits : kStopBits) {
     cmbStopBits->addItem(QLatin1String(bits), QLatin1String(bits));
   }
   for (const int baud : {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}) {
@@ -171,8 +164,9 @@ Connection frmConnection::Data() const {
 
 void frmConnection::Check() {
   const Connection given = Data();
-  for (QWidget* field : {edtHost, edtPort}) form_->setRowVisible(field, given.kind == "tcp");
-  const bool serial = given.kind == "serial";
+  const bool tcp = given.Is(ConnectionKind::kTcp);
+  for (QWidget* field : {edtHost, edtPort}) form_->setRowVisible(field, tcp);
+  const bool serial = given.Is(ConnectionKind::kSerial);
   for (QComboBox* field : {cmbDevice, cmbBaud, cmbParity, cmbStopBits}) {
     form_->setRowVisible(field, serial);
   }
@@ -190,7 +184,7 @@ std::optional<Connection> frmConnection::DoDialog(QWidget* parent, const Message
   dialog.setWindowTitle(
       dialog.captions_.Text(before ? text::kChangeConnection : text::kNewConnection));
   Connection shown;
-  shown.kind = "tcp";
+  shown.kind = StoredAs(ConnectionKind::kTcp);
   if (before) shown = *before;
   dialog.before_ = before ? before->name : std::string();
   dialog.Show(shown);

@@ -119,7 +119,6 @@ constexpr TableEntry kTable[] = {
     {text::kConnectedTo, {"Verbunden: %s", "Connected: %s", "Connecté : %s"}},
     {text::kSimulationMark, {"SIMULATION", "SIMULATION", "SIMULATION"}},
     {text::kReadPage, {"Seite &lesen", "&Read page", "&Lire la page"}},
-    {text::kReadEveryMinute, {"&Jede Minute lesen", "Read every &minute", "Lire chaque &minute"}},
 
     // Connections: their list, their data, their test.
     {text::kMenuConnections, {"&Verbindungen ...", "&Connections ...", "Li&aisons ..."}},
@@ -329,6 +328,7 @@ constexpr TableEntry kTable[] = {
       "L'appareil choisi (%s) n'a pas cette page."}},
     {text::kServiceLog,
      {"&Service-Protokoll schreiben", "&Write service log", "&Tenir le journal de service"}},
+    {text::kReadEveryMinute, {"&Jede Minute lesen", "Read every &minute", "Lire chaque &minute"}},
 };
 static_assert(Ascending(kTable, Own(0), kSharedTexts));
 

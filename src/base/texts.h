@@ -138,7 +138,6 @@ inline constexpr int kNo = Own(161);
 inline constexpr int kConnectedTo = Own(162);
 inline constexpr int kSimulationMark = Own(163);
 inline constexpr int kReadPage = Own(165);
-inline constexpr int kReadEveryMinute = Own(166);
 
 // Connections: their list, their data, their test.
 inline constexpr int kMenuConnections = Own(170);
@@ -215,5 +214,6 @@ inline constexpr int kOtherDeviceMark = Own(284);
 inline constexpr int kConnectionLost = Own(285);
 inline constexpr int kPageNotOnModel = Own(286);
 inline constexpr int kServiceLog = Own(287);
+inline constexpr int kReadEveryMinute = Own(288);
 
 }  // namespace ostrel::text

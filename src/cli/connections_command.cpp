@@ -12,6 +12,13 @@ namespace ostrel {
 
 namespace {
 
+template <typename Choices>
+std::vector<std::string> StoredNames(const Choices& choices) {
+  std::vector<std::string> names;
+  for (const auto& choice : choices) names.emplace_back(choice.stored);
+  return names;
+}
+
 /// What is given of a connection.
 struct GivenConnection {
   std::optional<std::string> name, kind, target, parity, stopBits;
@@ -19,7 +26,7 @@ struct GivenConnection {
 
   CLI::Option* DeclareKind(CLI::App& own, const char* option) {
     return own.add_option(option, kind, "simulator, tcp or serial")
-        ->check(CLI::IsMember({"simulator", "tcp", "serial"}));
+        ->check(CLI::IsMember(StoredNames(kConnectionKinds)));
   }
   void DeclareTarget(CLI::App& own, const char* option) {
     own.add_option(option, target, "HOST:PORT or the serial device");
@@ -27,9 +34,10 @@ struct GivenConnection {
   void DeclareSerial(CLI::App& own) {
     own.add_option("--baud", baud, "Baud rate of a serial line; 19200 at first");
     own.add_option("--parity", parity, "Its parity; none at first")
-        ->check(CLI::IsMember({"none", "even", "odd", "mark", "space"}));
+        ->check(CLI::IsMember(StoredNames(kParities)));
     own.add_option("--stop-bits", stopBits, "Its stop bits; 1 at first")
-        ->check(CLI::IsMember({"1", "1.5", "2"}));
+        ->check(
+            CLI::IsMember(std::vector<std::string>(std::begin(kStopBits), std::end(kStopBits))));
   }
 };
 
@@ -50,13 +58,13 @@ void ApplyHostAndPort(const std::string& target, Connection& connection) {
 bool Apply(const GivenConnection& given, Connection& connection) {
   if (given.name) connection.name = *given.name;
   if (given.kind) connection.kind = *given.kind;
-  const bool serial = connection.kind == "serial";
+  const bool serial = connection.Is(ConnectionKind::kSerial);
   if (!serial && (given.baud || given.parity || given.stopBits)) return false;
   if (given.baud) connection.baud = *given.baud;
   if (given.parity) connection.parity = *given.parity;
   if (given.stopBits) connection.stopBits = *given.stopBits;
   if (!given.target) return true;
-  if (connection.kind == "tcp") ApplyHostAndPort(*given.target, connection);
+  if (connection.Is(ConnectionKind::kTcp)) ApplyHostAndPort(*given.target, connection);
   if (serial) connection.device = *given.target;
   return !connection.Simulated() || given.target->empty();
 }
@@ -81,8 +89,10 @@ std::string ToJson(const Connection& connection, bool current) {
       .Add("kind", connection.kind)
       .Add("target", connection.Target())
       .Add("current", current);
-  if (connection.kind == "tcp") object.Add("host", connection.host).Add("port", connection.port);
-  if (connection.kind == "serial") {
+  if (connection.Is(ConnectionKind::kTcp)) {
+    object.Add("host", connection.host).Add("port", connection.port);
+  }
+  if (connection.Is(ConnectionKind::kSerial)) {
     object.Add("device", connection.device)
         .Add("baud", connection.baud)
         .Add("parity", connection.parity)

@@ -7,11 +7,11 @@
 namespace ostrel {
 
 std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection, bool again) {
-  if (connection.kind == "tcp") {
+  if (connection.Is(ConnectionKind::kTcp)) {
     return std::make_unique<TcpPort>(QString::fromStdString(connection.host),
                                      static_cast<quint16>(connection.port));
   }
-  if (connection.kind == "serial") {
+  if (connection.Is(ConnectionKind::kSerial)) {
     std::string& adapter = adapters_[connection.name];
     if (!again) adapter.clear();
     return std::make_unique<SerialPort>(connection, serial_, adapter);

@@ -5,7 +5,6 @@
 
 #include "base/settings_path.h"
 #include "base/text.h"
-#include "base/texts.h"
 
 namespace ostrel {
 
@@ -34,27 +33,24 @@ std::string KeyOf(std::string_view name) {
 Connection BuiltIn() {
   Connection connection;
   connection.name = kSimulator;
-  connection.kind = "simulator";
+  connection.kind = StoredAs(ConnectionKind::kSimulator);
   return connection;
 }
 
 /// The id of the text that says what is wrong with the data of its kind; 0 when nothing is.
 int DataProblem(const Connection& connection) {
-  if (connection.kind == "simulator") return 0;
-  if (connection.kind == "tcp") {
+  if (connection.Simulated()) return 0;
+  if (connection.Is(ConnectionKind::kTcp)) {
     if (connection.host.empty()) return text::kHostProblem;
     return connection.port >= 1 && connection.port <= 65535 ? 0 : text::kPortProblem;
   }
-  if (connection.kind != "serial") return text::kKindProblem;
-  const auto oneOf = [](std::string_view value, std::initializer_list<std::string_view> known) {
-    return std::find(known.begin(), known.end(), value) != known.end();
-  };
+  if (!connection.Is(ConnectionKind::kSerial)) return text::kKindProblem;
   if (connection.device.empty()) return text::kDeviceProblem;
   if (connection.baud <= 0) return text::kBaudProblem;
-  if (!oneOf(connection.parity, {"none", "even", "odd", "mark", "space"})) {
-    return text::kFramingProblem;
-  }
-  return oneOf(connection.stopBits, {"1", "1.5", "2"}) ? 0 : text::kFramingProblem;
+  const bool framed = Chosen(kParities, connection.parity) != nullptr &&
+                      std::find(std::begin(kStopBits), std::end(kStopBits), connection.stopBits) !=
+                          std::end(kStopBits);
+  return framed ? 0 : text::kFramingProblem;
 }
 
 Connection Load(const SettingsStore& settings, const std::string& name) {
@@ -66,19 +62,29 @@ Connection Load(const SettingsStore& settings, const std::string& name) {
   connection.port = IntOr(settings.ReadShared(key, "Port", ""), 0);
   connection.device = settings.ReadShared(key, "Device", "");
   connection.baud = IntOr(settings.ReadShared(key, "Baud", "19200"), 0);
-  connection.parity = settings.ReadShared(key, "Parity", "none");
-  connection.stopBits = settings.ReadShared(key, "StopBits", "1");
+  connection.parity = settings.ReadShared(key, "Parity", connection.parity);
+  connection.stopBits = settings.ReadShared(key, "StopBits", connection.stopBits);
   return connection;
 }
 
 }  // namespace
 
+bool Connection::Is(ConnectionKind wanted) const {
+  const Choice<ConnectionKind>* chosen = Chosen(kConnectionKinds, kind);
+  return chosen != nullptr && chosen->meaning == wanted;
+}
+
+Parity Connection::ParityOfLine() const {
+  const Choice<Parity>* chosen = Chosen(kParities, parity);
+  return chosen == nullptr ? Parity::kNone : chosen->meaning;
+}
+
 std::string Connection::Target() const {
-  if (kind == "tcp") {
+  if (Is(ConnectionKind::kTcp)) {
     const bool brackets = host.find(':') != std::string::npos;
     return (brackets ? "[" + host + "]" : host) + ":" + std::to_string(port);
   }
-  if (kind == "serial") return device + ", " + std::to_string(baud) + " baud";
+  if (Is(ConnectionKind::kSerial)) return device + ", " + std::to_string(baud) + " baud";
   return {};
 }
 
@@ -129,10 +135,10 @@ bool Connections::Add(const Connection& connection) {
   const std::string key = KeyOf(connection.name);
   settings_.RemoveSharedKey(key);
   settings_.WriteShared(key, "Kind", connection.kind);
-  if (connection.kind == "tcp") {
+  if (connection.Is(ConnectionKind::kTcp)) {
     settings_.WriteShared(key, "Host", connection.host);
     settings_.WriteShared(key, "Port", std::to_string(connection.port));
-  } else if (connection.kind == "serial") {
+  } else if (connection.Is(ConnectionKind::kSerial)) {
     settings_.WriteShared(key, "Device", connection.device);
     settings_.WriteShared(key, "Baud", std::to_string(connection.baud));
     settings_.WriteShared(key, "Parity", connection.parity);
