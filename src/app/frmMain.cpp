@@ -18,9 +18,6 @@
 #include "base/texts.h"
 #include "config/users/frmRechteShow.h"
 #include "device/clsDevice.h"
-#include "logs/tap_statistics/tap_statistics_page.h"
-#include "pages/console/console_page.h"
-#include "pages/console/console_texts.h"
 #include "widgets/plain_tip.h"
 
 namespace ostrel {

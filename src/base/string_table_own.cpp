@@ -120,6 +120,7 @@ constexpr TableEntry kTable[] = {
     {text::kSelectConnection, {"Verbindung auswählen", "Select connection", "Choisir la liaison"}},
     {text::kTreeOperation, {"Bedienung", "Operation", "Conduite"}},
     {text::kTreeConfiguration, {"Konfiguration", "Configuration", "Configuration"}},
+    {text::kConsole, {"Konsole", "Console", "Console"}},
 
     // The desktop program.
     {text::kYes, {"&Ja", "&Yes", "&Oui"}},

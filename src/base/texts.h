@@ -132,6 +132,7 @@ inline constexpr int kReopenConnection = Own(134);
 inline constexpr int kSelectConnection = Own(135);
 inline constexpr int kTreeOperation = Own(137);
 inline constexpr int kTreeConfiguration = Own(138);
+inline constexpr int kConsole = Own(139);
 
 // The desktop program.
 inline constexpr int kYes = Own(160);

@@ -95,7 +95,7 @@ int RunWithoutDisplay(int argc, char** argv) {
   int status = 0;
   for (const char* command : {"stations", "identify", "statistics"}) {
     arguments.emplace_back(command);
-    status = static_cast<int>(RunInTerminal(arguments, {}));
+    status = static_cast<int>(RunInTerminal(arguments));
     if (status != 0) break;
     arguments.pop_back();
     std::cout << std::endl;

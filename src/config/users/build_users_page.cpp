@@ -13,7 +13,6 @@
 #include "base/texts.h"
 #include "config/users/users_page.h"
 #include "config/users/users_texts.h"
-#include "widgets/named.h"
 
 namespace ostrel {
 

@@ -10,7 +10,6 @@
 
 #include "base/texts.h"
 #include "config/users/users_texts.h"
-#include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {

@@ -7,7 +7,6 @@
 
 #include "base/texts.h"
 #include "config/users/users_texts.h"
-#include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {

@@ -11,7 +11,6 @@
 #include "base/texts.h"
 #include "logs/tap_statistics/tap_statistics_text.h"
 #include "logs/tap_statistics/tap_statistics_texts.h"
-#include "widgets/named.h"
 
 namespace ostrel {
 

@@ -13,7 +13,6 @@
 #include <QVBoxLayout>
 
 #include "base/text.h"
-#include "base/texts.h"
 #include "pages/console/console_page.h"
 #include "pages/console/console_texts.h"
 #include "widgets/code_editor.h"

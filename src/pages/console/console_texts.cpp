@@ -35,7 +35,6 @@ constexpr TableEntry kTable[] = {
       "Le texte ne peut pas rester en Windows-1252. Le fichier a été enregistré en UTF-8."}},
 
     // The page.
-    {text::kConsole, {"Konsole", "Console", "Console"}},
     {text::kLoadScript, {"Ö&ffnen ...", "&Open ...", "&Ouvrir ..."}},
     {text::kSaveScript, {"&Speichern", "&Save", "Enre&gistrer"}},
     {text::kSaveScriptAs, {"Speichern &unter ...", "Save &as ...", "Enregis&trer sous ..."}},

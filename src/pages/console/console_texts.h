@@ -17,7 +17,6 @@ inline constexpr int kFileNoText = Own(308);
 inline constexpr int kSavedAsUtf8 = Own(309);
 
 // The page.
-inline constexpr int kConsole = Own(311);
 inline constexpr int kLoadScript = Own(312);
 inline constexpr int kSaveScript = Own(313);
 inline constexpr int kSaveScriptAs = Own(314);
