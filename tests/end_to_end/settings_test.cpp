@@ -127,8 +127,7 @@ TEST_F(Settings, WhatSomebodyTypedIsRead) {
   };
   for (const auto& [text, value] : cases) {
     Write(text);
-    EXPECT_EQ(RegistrySettings().ReadShared(R"(Software\k)", "v", "none"), value)
-        << text;
+    EXPECT_EQ(RegistrySettings().ReadShared(R"(Software\k)", "v", "none"), value) << text;
   }
 }
 
