@@ -15,8 +15,8 @@
 #include <string>
 
 #include "platform/end_signals.h"
-#include "programs/simulator_pty.h"
 #include "programs/simulator_options.h"
+#include "programs/simulator_pty.h"
 #include "programs/simulator_tcp.h"
 #include "simulator/station_file.h"
 #include "simulator/steady_clock.h"
