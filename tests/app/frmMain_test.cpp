@@ -37,10 +37,10 @@ struct EndingTest : WindowTest, testing::WithParamInterface<Ending> {};
 
 INSTANTIATE_TEST_SUITE_P(
     Ways, EndingTest,
-    testing::Values(
-        Ending{"closed", [](frmMain& window, Session&) { window.close(); }},
-        Ending{"asked", [](frmMain&, Session& asked) { asked.onTerminate(); }},
-        Ending{"twice", [](frmMain& window, Session&) { window.Beenden(), window.close(); }}),
+    testing::Values(Ending{"closed", [](frmMain& window, Session&) { window.close(); }},
+                    Ending{"asked", [](frmMain&, Session& asked) { asked.onTerminate(); }},
+                    Ending{"twice",
+                           [](frmMain& window, Session&) { window.Beenden(), window.close(); }}),
     [](const auto& way) { return way.param.first; });
 
 TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {

@@ -7,15 +7,18 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
 #include <fstream>
 
 #include "app/frmMain.h"
+#include "base/program_title.h"
 #include "end_to_end/programs.h"
 #include "kit/kit.h"
 #include "kit/scripted_device.h"
+#include "logs/tap_statistics/tap_statistics.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"
 #include "platform/registry_settings.h"
@@ -51,6 +54,11 @@ struct Stage {
     return window.findChild<Control*>(name);
   }
   void Click(const char* name) { Find<QPushButton>(name)->click(); }
+  /// All tap changes, as the page shows them.
+  int Total() {
+    QString digits = Find<QLabel>("lblTapSum")->text();
+    return digits.remove(QRegularExpression("\\D")).toInt();
+  }
   /// Lets the program run until it ends; false when it has to be ended after ten seconds.
   bool RunToTheEnd() {
     QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
@@ -64,9 +72,9 @@ struct Stage {
   WindowDialogs dialogs;
   QTimer boxes;
   QString expected;  // in the next message
-  Service service{{settings, factory, dialogs, clock, desktop},
-                  {.connection = {}, .language = "eng", .chooser = false}};
-  frmMain window{service, dialogs, Scheme::kLight};
+  Program program{{settings, factory, dialogs, clock, desktop}, {.chooser = false}, "eng"};
+  Session& session = program.MakeDesk().session;
+  frmMain window{program, dialogs, Scheme::kLight};
 };
 
 struct Window : testing::Test {
@@ -76,13 +84,13 @@ struct Window : testing::Test {
 
 TEST_F(Window, ReadsTheSelectedDeviceAndMarksTheSimulation) {
   Stage stage("B2:");
-  EXPECT_EQ(stage.window.windowTitle().toStdString(), Service::Title());
+  EXPECT_EQ(stage.window.windowTitle().toStdString(), kProgramTitle);
   EXPECT_EQ(stage.Find<QLineEdit>("edtKennName")->text(),
             QString::fromUtf8("B2:Schalthaus Süd T1"));
   EXPECT_TRUE(stage.Find<QLabel>("lblBanner")->isVisible());
   stage.Click("butStatLesen");
   const QJsonDocument read = programs.Run({"statistics", "--station", "B2", "--json"}).Json();
-  EXPECT_EQ(stage.service.Statistics().Counters().total, read["total"].toInt());
+  EXPECT_EQ(stage.Total(), read["total"].toInt());
   EXPECT_GT(read["total"].toInt(), 0);
 }
 
@@ -99,7 +107,7 @@ TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   // All from inside the wait: clicks start nothing, closing ends it.
   QTimer meddling;
   QObject::connect(&meddling, &QTimer::timeout, [&] {
-    if (!stage.service.ServerLink().Busy()) return;
+    if (stage.Find<QPushButton>("butStatLesen")->isEnabled()) return;
     stage.Click("butStatLesen");
     stage.Click("butDeviceSelect");
     stage.window.close();
@@ -107,7 +115,6 @@ TEST_F(Window, IsClosedInTheMiddleOfAReading) {
   meddling.start(20);
   QTimer::singleShot(0, [&] { stage.Click("butStatLesen"); });
   EXPECT_TRUE(stage.RunToTheEnd());
-  EXPECT_FALSE(stage.service.ServerLink().Busy());
   EXPECT_FALSE(stage.window.isVisible());
 }
 
@@ -147,28 +154,29 @@ TEST_F(Window, AfterALostLinkConnectsAgainToWhatIsTheCurrentConnectionThen) {
   Stage stage("AA:");
   ASSERT_EQ(kill(programs.ServerPid(), SIGKILL), 0);
   stage.Click("butStatLesen");
-  EXPECT_GT(stage.service.Statistics().Counters().total, 0);
-  EXPECT_TRUE(stage.service.Simulated());
+  EXPECT_GT(stage.Total(), 0);
+  EXPECT_TRUE(stage.session.Simulated());
   ASSERT_EQ(kill(programs.ServerPid(), SIGKILL), 0);
   ScriptedDevice device;
   programs.UseTcp(device.Port());
-  EXPECT_TRUE(stage.service.ConnectionOpen());
-  EXPECT_FALSE(stage.service.Simulated());
+  EXPECT_TRUE(stage.session.ConnectionOpen());
+  EXPECT_FALSE(stage.session.Simulated());
 }
 
-TEST_F(Window, StandsOnTheSameServiceWithoutAServerProgram) {
+TEST_F(Window, StandsOnTheSameProgramWithoutAServerProgram) {
   kit::World world;
   std::ofstream(world.desktop.folder / "OstrelTESK.dll") << "x";
   RegistrySettings settings;
   ServerFactory factory;
   EventClock clock;
-  Service service({settings, factory, world.dialogs, clock, world.desktop},
-                  {.connection = {}, .language = {}, .chooser = false});
-  ASSERT_TRUE(service.DeviceSelectByAddress("B3:")) << world.dialogs.Numbers();
-  EXPECT_EQ(service.Selected().KennName(), "B3:Kraftwerk Aue");
-  EXPECT_TRUE(service.Statistics().Read());
-  EXPECT_GT(service.Statistics().Counters().total, 0);
-  EXPECT_FALSE(service.DeviceSelectByAddress("ZZ:"));
+  Program program({settings, factory, world.dialogs, clock, world.desktop}, {.chooser = false}, {});
+  const Desk desk = program.MakeDesk();
+  ASSERT_TRUE(desk.session.DeviceSelectByAddress("B3:")) << world.dialogs.Numbers();
+  EXPECT_EQ(desk.session.Selected().KennName(), "B3:Kraftwerk Aue");
+  TapStatistics statistics(desk);
+  EXPECT_TRUE(statistics.Read());
+  EXPECT_GT(statistics.Counters().total, 0);
+  EXPECT_FALSE(desk.session.DeviceSelectByAddress("ZZ:"));
   EXPECT_EQ(world.dialogs.Numbers(), "20013");
   EXPECT_FALSE(QFileInfo::exists(SocketPath())) << "no server program runs";
 }

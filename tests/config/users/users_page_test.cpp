@@ -195,8 +195,8 @@ TEST_F(UsersPageTest, RightsAreShownAndRaised) {
   Person person({});
   person.acts["frmRechteShow"] = [&](QDialog& rights) {
     const auto shown = [&] { return Find<QLabel>(rights, "lblGrants").text().toStdString(); };
-    EXPECT_EQ(shown(), desk.texts.Caption(1641) + " 1 (Local R/-, TESK -/-)\n" +
-                           desk.texts.Caption(1642));
+    EXPECT_EQ(shown(),
+              desk.texts.Caption(1641) + " 1 (Local R/-, TESK -/-)\n" + desk.texts.Caption(1642));
     Click(rights, "butRefresh");
     EXPECT_NE(shown().find("3 (Local R/W, TESK -/-)"), std::string::npos);
     world.server.answers["aa:passwort- 0,dr,!"] = "5";
