@@ -14,7 +14,9 @@
 #include <stdexcept>
 #include <vector>
 
-#include "app/service.h"
+#include "app/program.h"
+#include "link/link.h"
+#include "pages/console/console.h"
 #include "platform/program_desktop.h"
 #include "system.h"
 #include "wire/connections.h"
@@ -71,18 +73,17 @@ Times Between(const std::vector<Clock::time_point>& moments) {
 Times SendScript(Console& console, const std::string& script) {
   std::vector<Clock::time_point> moments;
   console.onSending = [&](const SentLine&) { moments.push_back(Clock::now()); };
-  if (console.Send(script, {}) != Console::Ending::kDone) throw std::runtime_error("not sent");
+  if (console.Send(script, {}) != Ending::kDone) throw std::runtime_error("not sent");
   moments.push_back(Clock::now());
   return Between(moments);
 }
 
 Times SendBare(Link& link) {
   std::vector<Clock::time_point> moments = {Clock::now()};
-  std::string answer;
   const std::string line = std::string("AA:;") + kLine;
   for (std::size_t n = 0; n < kLines; ++n) {
-    const int code = link.CommandExchangeCode(link.CurrentChannel(), line, answer);
-    if (code != 0 || answer != "3") throw std::runtime_error("the answer is \"" + answer + "\"");
+    const Answer answer = link.CommandExchangeCode(link.CurrentChannel(), line);
+    if (answer.text != "3") throw std::runtime_error("the answer is \"" + answer.text + "\"");
     moments.push_back(Clock::now());
   }
   return Between(moments);
@@ -108,17 +109,20 @@ int Run(int argc, char** argv) {
   TerminalDialogs dialogs(std::cin, told, {.yes = true});
   EventClock clock;
   ProgramDesktop desktop;
-  Service service({settings, automation, dialogs, clock, desktop},
-                  {.connection = "bench", .language = "eng", .chooser = false});
-  if (!service.DeviceSelectByAddress("AA:")) throw std::runtime_error(told.str());
-  Console& console = service.CommandConsole();
+  Program program({settings, automation, dialogs, clock, desktop},
+                  {.connection = "bench", .chooser = false}, "eng");
+  const Desk desk = program.MakeDesk();
+  if (!desk.session.DeviceSelectByAddress("AA:")) throw std::runtime_error(told.str());
+  Link link(automation, settings, clock, desktop.ProgramFolder());
+  if (link.ConnectionOpen("bench")) throw std::runtime_error("no channel beside the first");
+  Console console(desk);
   console.Log().SetFile(std::filesystem::path(std::getenv("XDG_RUNTIME_DIR")) / "log.txt");
   std::string script;
   for (std::size_t n = 0; n < kLines; ++n) script += std::string(kLine) + "\r\n";
 
   std::vector<double> ratios, growths, bare, sent;
   for (int round = 0; round < kRounds; ++round) {
-    const Times without = SendBare(service.ServerLink());
+    const Times without = SendBare(link);
     const Times with = SendScript(console, script);
     bare.push_back(kLines / without.all);
     sent.push_back(kLines / with.all);

@@ -40,9 +40,8 @@ class Studio {
   Studio(const QString& folder, const std::string& language, Scheme scheme)
       : place_(folder + QStringLiteral("/%1-") + QString::fromStdString(language) +
                (scheme == Scheme::kDark ? QStringLiteral("-dark.png") : QStringLiteral(".png"))),
-        service_({settings_, server_, dialogs_, clock_, desktop_},
-                 {.connection = {}, .language = language}),
-        window_(service_, dialogs_, scheme) {
+        program_({settings_, server_, dialogs_, clock_, desktop_}, {}, language),
+        window_(program_, dialogs_, scheme) {
     Connections connections(settings_);
     connections.Add({.name = "Substation North",
                      .kind = "tcp",
@@ -68,7 +67,7 @@ class Studio {
   }
 
   void Forms() {
-    const Messages& texts = service_.Texts();
+    const Messages& texts = desk_.texts;
     Connections connections(settings_);
     Form("frmSelect", [&] { window_.DeviceSelect(); });
     Form("frmChooser", [&] {
@@ -81,16 +80,16 @@ class Studio {
       frmConnection::DoDialog(&window_, texts, connections, connections.Find("Workshop"));
     });
     Form("frmDevices", [&] {
-      std::vector<std::string> stations;
-      service_.Bus().StationsListAll(stations);
-      ChooseDevices(&window_, texts, texts.Text(text::kSelectDevices), stations);
+      ChooseDevices(&window_, texts, texts.Text(text::kSelectDevices),
+                    desk_.session.StationsListAll().value());
     });
-    Form("frmLogin", [&] { frmLogin::DoDiaLogin(&window_, service_); });
-    Form("frmRechteShow", [&] { frmRechteShow::DoDialog(&window_, service_, 2); });
-    Form("frmMeldLogin", [&] { frmMeldLogin::DoDialog(&window_, service_); });
+    Users users(desk_);
+    Form("frmLogin", [&] { frmLogin::DoDiaLogin(&window_, desk_, users); });
+    Form("frmRechteShow", [&] { frmRechteShow::DoDialog(&window_, desk_, 2); });
+    Form("frmMeldLogin", [&] { frmMeldLogin::DoDialog(&window_, desk_, users); });
   }
 
-  void End() { service_.Beenden(false); }
+  void End() { program_.Beenden(false); }
 
  private:
   /// A script on its way, and the message at the line that the device does not know.
@@ -120,11 +119,11 @@ class Studio {
   }
 
   void Select(const std::string& address) {
-    if (!service_.DeviceSelectByAddress(address)) std::exit(1);
+    if (!desk_.session.DeviceSelectByAddress(address)) std::exit(1);
   }
 
   void Page(int titleId) {
-    const QString title = QString::fromStdString(service_.Texts().Caption(titleId));
+    const QString title = QString::fromStdString(desk_.texts.Caption(titleId));
     auto* pages = window_.findChild<QTreeWidget*>(QStringLiteral("tvwPages"));
     pages->setCurrentItem(pages->findItems(title, Qt::MatchExactly | Qt::MatchRecursive).value(0));
   }
@@ -185,7 +184,8 @@ class Studio {
   WindowDialogs dialogs_;
   EventClock clock_;
   ProgramDesktop desktop_;
-  Service service_;
+  Program program_;
+  const Desk desk_ = program_.MakeDesk();
   frmMain window_;
 };
 
