@@ -7,7 +7,6 @@
 
 #include "base/files.h"
 #include "base/texts.h"
-#include "platform/settings_text.h"
 
 namespace ostrel {
 
@@ -35,13 +34,14 @@ RegistrySettings::RegistrySettings()
 
 RegistrySettings::Contents RegistrySettings::Read() const {
   std::string bytes;
-  const int error = ReadBytes(file_, kMostBytes, bytes);
-  if (error == ENOENT) return {};
+  Contents contents;
+  contents.error = ReadBytes(file_, kMostBytes, bytes);
+  if (contents.error == ENOENT) contents.error = 0;
   // Nobody's settings are that long.
-  if (error == EFBIG) return {.isText = false};
-  if (error != 0) return {.error = error};
-  if (!IsSettingsText(bytes)) return {.isText = false};
-  return {.values = ParseSettings(bytes)};
+  contents.isText = contents.error != EFBIG && IsSettingsText(bytes);
+  if (contents.error == EFBIG) contents.error = 0;
+  if (contents.error == 0 && contents.isText) contents.values = ParseSettings(bytes);
+  return contents;
 }
 
 std::optional<std::string> RegistrySettings::FindShared(std::string_view key,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/settings_values.h"
+#include "platform/settings_text.h"
 
 namespace ostrel {
 
@@ -19,9 +20,9 @@ class RegistrySettings : public SettingsStore {
 
  private:
   struct Contents {
-    int error = 0;       // why it cannot be read
-    bool isText = true;  // no settings are in what is none
-    SettingsValues values;
+    int error = 0;  // why it cannot be read; a missing file is an empty one
+    bool isText = true;
+    SettingsValues values = ParseSettings({});  // none where it is no text
   };
   Contents Read() const;
   int Write(const SettingsValues& values) const;
