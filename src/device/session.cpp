@@ -96,7 +96,11 @@ bool Session::ConnectionReselect() {
 
 /// Opens a lost link again and makes sure of the selected device. True at once while it stands.
 bool Session::Ready() {
-  if (identifying_ > 0) return link_.ConnState() == LinkState::kChannel;
+  if (identifying_ > 0) {
+    const bool open = link_.ConnState() == LinkState::kChannel;
+    if (!open) ports_.texts.Warn(code::kNoChannel);
+    return open;
+  }
   link_.ConnectionName();  // finds out that the server is gone
   link_.LookForLoss();
   if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;

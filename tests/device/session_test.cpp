@@ -195,5 +195,16 @@ TEST_F(SessionTest, ALostLinkWithoutAnswerStaysLost) {
   EXPECT_FALSE(session.Simulated()) << "a real one answers";
 }
 
+TEST_F(SessionTest, WhoeverLosesTheServerWhileHeChoosesIsTold) {
+  Session& session = Start();
+  const auto choose = [&](StationList&, const std::string&) {
+    session.ConnectionClose();
+    EXPECT_FALSE(session.ToStation("aa:"));
+    return StationChoice{};
+  };
+  EXPECT_FALSE(session.DeviceSelect(choose, {}));
+  EXPECT_EQ(world.dialogs.Numbers(), "10026");
+}
+
 }  // namespace
 }  // namespace ostrel
