@@ -3,8 +3,8 @@
 #include <QDialog>
 #include <string>
 
-#include "link/connection_test.h"
 #include "device/desk.h"
+#include "link/connection_test.h"
 #include "widgets/captions.h"
 #include "wire/connections.h"
 

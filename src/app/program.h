@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "link/connection_test.h"
 #include "base/csprachen.h"
 #include "base/messages.h"
 #include "device/desk.h"
 #include "device/session.h"
+#include "link/connection_test.h"
 #include "logs/service_log/clsLog.h"
 #include "wire/automation.h"
 

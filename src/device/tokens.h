@@ -61,8 +61,8 @@ class Writing : public Reading {
  public:
   /// Ask without its answer; false when it failed.
   bool Send(std::string_view line) const { return Ask(line).has_value(); }
-  /// Sends a block of lines, with the address and ";" before each, silently; stops at the first that
-  /// fails.
+  /// Sends a block of lines, with the address and ";" before each, silently; stops at the first
+  /// that fails.
   bool SendBlock(std::string lines) const;
   /// Hands the line over and waits for nothing; false when it could not be, which is shown.
   bool SendOnly(std::string_view line) const;

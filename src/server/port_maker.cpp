@@ -16,12 +16,16 @@ std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection, bool aga
     if (!again) adapter.clear();
     return std::make_unique<SerialPort>(connection, serial_, adapter);
   }
+  return std::make_unique<SimulatorPort>(SimulationOf(connection));
+}
+
+simulator::Simulation& PortMaker::SimulationOf(const Connection& connection) {
   auto& simulation = simulated_[connection.name];
   if (simulation == nullptr) {
     const simulator::BusStart start{.clock = simulator::RealTime()};
     simulation.reset(new simulator::Simulation{simulator::Bus(start)});
   }
-  return std::make_unique<SimulatorPort>(*simulation);
+  return *simulation;
 }
 
 }  // namespace ostrel
