@@ -36,7 +36,9 @@ all: packages-build
 	cmake --build --preset dev -j $(JOBS)
 
 # Opens the window on the built-in simulated devices.
-run: packages-run all
+run: packages-run
+	cmake --preset dev > /dev/null
+	cmake --build --preset dev -j $(JOBS) --target ostrel_programs
 	build/dev/bin/ostrel-service --connection Simulator --station AA
 
 # Builds and runs every test.

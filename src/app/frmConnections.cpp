@@ -120,10 +120,14 @@ void frmConnections::EnableButtons() {
   butUse->setEnabled(one && !SameText(name, connections_.Current()));
 }
 
+bool frmConnections::Stored(const Error& error, const std::string& name) {
+  if (error) desk_.texts.WarnFilled(error, name);
+  return !error;
+}
+
 void frmConnections::Add() {
   const auto added = frmConnection::DoDialog(this, desk_.texts, connections_, std::nullopt);
-  if (!added) return;
-  connections_.Add(*added);
+  if (!added || !Stored(connections_.Add(*added), added->name)) return;
   // One that took the built-in one's name may be the open one.
   desk_.session.ConnectionChanged(added->name, added->name);
   Fill(added->name);
@@ -134,7 +138,7 @@ void frmConnections::Change() {
   const std::optional<Connection> before = connections_.Find(name);
   if (!before) return Fill({});  // another program removed it
   const auto changed = frmConnection::DoDialog(this, desk_.texts, connections_, before);
-  if (!changed || !connections_.Change(name, *changed)) return;
+  if (!changed || !Stored(connections_.Change(name, *changed), name)) return;
   desk_.session.ConnectionChanged(name, changed->name);
   Fill(changed->name);
 }
@@ -142,7 +146,7 @@ void frmConnections::Change() {
 void frmConnections::Remove() {
   const std::string name = Selected();
   if (!desk_.dialogs.AskYesNo(desk_.texts.Filled(text::kRemoveConnection, name))) return;
-  connections_.Remove(name);
+  if (!Stored(connections_.Remove(name), name)) return;
   desk_.session.ConnectionChanged(name, {});
   Fill({});
 }

@@ -31,6 +31,8 @@ class frmConnections : public QDialog {
   void EnableButtons();
   /// The name of the selected connection; empty when there is none.
   std::string Selected() const;
+  /// Whether a change of this connection is stored; why not is shown.
+  bool Stored(const Error& error, const std::string& name);
   void Add();
   void Change();
   void Remove();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/number.h"
 #include "base/settings_path.h"
@@ -29,10 +30,12 @@ std::string Key(std::string_view application) {
 void SavePlacement(SettingsStore& settings, std::string_view application, std::string_view window,
                    const Placement& placement, bool minimised) {
   if (minimised) return;
+  std::vector<SettingsChange> changes;
   for (const auto& [suffix, field] : kFields) {
-    settings.WriteShared(Key(application), std::string(window) + suffix,
-                         std::to_string(placement.*field));
+    changes.push_back(
+        {Key(application), std::string(window) + suffix, std::to_string(placement.*field)});
   }
+  settings.Store(changes);
 }
 
 std::optional<Placement> LoadPlacement(const SettingsStore& settings, std::string_view application,

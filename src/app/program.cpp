@@ -11,7 +11,7 @@ namespace ostrel {
 Program::Program(const ProgramPorts& ports, SessionOptions options, const std::string& language)
     : ports_(ports),
       messages_(ports.dialogs),
-      languages_(ports.settings, messages_, ports.computer.ProgramFolder()),
+      languages_(ports.settings, messages_, ports.computer),
       log_(ports.clock),
       contactQM_(ports.settings.ReadShared(keys::kServerMisc, "ContactQM", "0") == "1"),
       logPeriod_{ports.settings.ReadProgram("Ostrel", "Misc", "XFLogFrom", ""),
@@ -46,8 +46,8 @@ std::span<const std::string_view> Program::Minutes() {
 
 void Program::KeepPeriod() {
   if (logPeriod_.from.empty() && logPeriod_.to.empty()) return;  // never shown, never stored
-  ports_.settings.WriteProgram("Ostrel", "Misc", "XFLogFrom", logPeriod_.from);
-  ports_.settings.WriteProgram("Ostrel", "Misc", "XFLogTo", logPeriod_.to);
+  const std::string key = ProgramKey("Ostrel", "Misc");
+  ports_.settings.Store({{key, "XFLogFrom", logPeriod_.from}, {key, "XFLogTo", logPeriod_.to}});
 }
 
 void Program::Beenden(bool mayAsk) {

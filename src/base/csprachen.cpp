@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "base/number.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr std::string_view kGerman = "deu";
 constexpr std::string_view kEnglish = "eng";
+constexpr std::string_view kFrench = "fra";
 constexpr std::array<std::string_view, 11> kAccepted = {"deu", "eng", "esp", "rus", "ces", "pol",
                                                         "prt", "fra", "ita", "fin", "ned"};
 
@@ -28,11 +31,17 @@ std::string CodeOf(std::string_view setting) {
   return CSprachen::Folder(setting) ? LowerAscii(setting) : std::string(kGerman);
 }
 
+/// "de_AT.UTF-8", "fr", "C" and the like.
+std::string_view CodeOfLocale(std::string_view locale) {
+  const std::string language = LowerAscii(locale.substr(0, locale.find_first_of("_-.@")));
+  if (language == "de") return kGerman;
+  return language == "fr" ? kFrench : kEnglish;
+}
+
 }  // namespace
 
-CSprachen::CSprachen(SettingsStore& settings, Messages& messages,
-                     std::filesystem::path programFolder)
-    : settings_(settings), messages_(messages), programFolder_(std::move(programFolder)) {
+CSprachen::CSprachen(SettingsStore& settings, Messages& messages, const Desktop& computer)
+    : settings_(settings), messages_(messages), computer_(computer) {
   add("deu", "deutsch", 0, 0);
   add("eng", "english", 1, 0);
   add("fra", "francais", 2, 0);
@@ -88,11 +97,12 @@ bool CSprachen::Folder(std::string_view code) {
 }
 
 std::string CSprachen::LanguagePath() {
+  const std::filesystem::path folder = computer_.ProgramFolder();
   std::error_code ignored;
-  if (!std::filesystem::is_directory(programFolder_ / records_[current_].folder, ignored)) {
+  if (!std::filesystem::is_directory(folder / records_[current_].folder, ignored)) {
     SetLanguage(kGerman);
   }
-  return (programFolder_ / records_[current_].folder / "").string();
+  return (folder / records_[current_].folder / "").string();
 }
 
 void CSprachen::SaveLanguage() {
@@ -106,8 +116,9 @@ void CSprachen::SetLanguage(std::string_view code) {
 }
 
 void CSprachen::UserIndex_Test() {
-  const std::string older = settings_.ReadProgram("ZubServer", "Misc", "Language", "0");
-  SetLanguage(CodeOf(settings_.ReadShared(keys::kServerMisc, "language", older)));
+  std::optional<std::string> stored = settings_.FindShared(keys::kServerMisc, "language");
+  if (!stored) stored = settings_.FindShared(ProgramKey("ZubServer", "Misc"), "Language");
+  SetLanguage(stored ? CodeOf(*stored) : CodeOfLocale(computer_.Locale()));
   LanguagePath();
 }
 

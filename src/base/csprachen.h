@@ -1,10 +1,10 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/desktop.h"
 #include "base/messages.h"
 #include "base/settings_store.h"
 
@@ -13,8 +13,8 @@ namespace ostrel {
 /// The known languages, the current one and its place in the string table.
 class CSprachen {
  public:
-  /// `programFolder` holds the folders of language-specific files.
-  CSprachen(SettingsStore& settings, Messages& messages, std::filesystem::path programFolder);
+  /// The folders of language-specific files stand beside the program.
+  CSprachen(SettingsStore& settings, Messages& messages, const Desktop& computer);
 
   /// Marks a language as active and stores its user index; an unknown code shows a message.
   void Activate_Test(std::string_view code, int userIndex);
@@ -38,7 +38,8 @@ class CSprachen {
   void SaveLanguage();
   /// Makes a language the current one; a code without a record means German.
   void SetLanguage(std::string_view code);
-  /// Chooses the start-up language from the settings of the server.
+  /// Chooses the start-up language from the settings of the server; where none is stored, that of
+  /// the computer: German, French, else English.
   void UserIndex_Test();
 
  private:
@@ -53,7 +54,7 @@ class CSprachen {
 
   SettingsStore& settings_;
   Messages& messages_;
-  std::filesystem::path programFolder_;
+  const Desktop& computer_;
   std::vector<Record> records_;
   std::size_t current_ = 0;
 };

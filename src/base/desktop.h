@@ -16,6 +16,8 @@ class Desktop {
   virtual std::filesystem::path DocumentsFolder() const = 0;
   /// The user's profile: his home folder.
   virtual std::filesystem::path ProfileFolder() const = 0;
+  /// The locale of the user's messages, e.g. "de_DE.UTF-8"; empty where none is set.
+  virtual std::string Locale() const = 0;
   /// Brings the top-level window with this title to the front; false when there is none.
   virtual bool RaiseWindow(const std::string& title) = 0;
   /// Starts a program that outlives this one; false when it does not start.

@@ -73,6 +73,15 @@ constexpr TableEntry kTable[] = {
      {"Inzwischen wurde ein anderes Gerät ausgewählt; es wurde nichts gesendet.",
       "Another device was selected meanwhile; nothing was sent.",
       "Un autre appareil a été sélectionné entre-temps ; rien n'a été envoyé."}},
+    {text::kSettingsNotStored,
+     {"Die Einstellungen wurden nicht gespeichert.", "The settings were not stored.",
+      "Les paramètres n'ont pas été enregistrés."}},
+    {text::kSettingsPutAside,
+     {"Die Datei der Einstellungen war kein Text und wurde zur Seite gelegt; es gelten die "
+      "Vorgaben: %s",
+      "The file of the settings was no text and was put aside; the defaults hold: %s",
+      "Le fichier des paramètres n'était pas du texte et a été mis de côté ; les valeurs par "
+      "défaut s'appliquent : %s"}},
 
     // Captions of windows and tables.
     {text::kAddress, {"Adresse", "Address", "Adresse"}},

@@ -100,6 +100,8 @@ inline constexpr int kServerRunning = Own(19);
 inline constexpr int kReselectAnswering = Own(20);
 inline constexpr int kChooseNumber = Own(21);
 inline constexpr int kOtherSelection = Own(22);
+inline constexpr int kSettingsNotStored = Own(23);
+inline constexpr int kSettingsPutAside = Own(24);
 
 // Captions of windows and tables.
 inline constexpr int kAddress = Own(102);

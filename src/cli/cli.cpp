@@ -152,7 +152,7 @@ ExitStatus Execute(const Request& request, const CliPorts& ports) {
     return ChooseInTerminal(connections.List(), name.empty() ? connections.Current() : name, texts,
                             ports.in, ports.err);
   });
-  CSprachen languages(ports.settings, texts, ports.desktop.ProgramFolder());
+  CSprachen languages(ports.settings, texts, ports.desktop);
   languages.UserIndex_Test();
   if (!request.language.empty()) languages.SetLanguage(request.language);
 

@@ -116,6 +116,14 @@ Ending PrintConnections(const Desk& desk, Terminal& terminal) {
   return Ending::kDone;
 }
 
+/// The list as it is now, or why a change of this connection was not stored.
+Ending PrintStored(const Error& error, const std::string& name, const Desk& desk,
+                   Terminal& terminal) {
+  if (!error) return PrintConnections(desk, terminal);
+  desk.texts.WarnFilled(error, name);
+  return Ending::kFailed;
+}
+
 /// Says what is wrong with given data.
 Ending Faulty(Terminal& terminal, const GivenConnection& given, const std::string& name,
               int problem) {
@@ -149,8 +157,7 @@ class AddCommand : public Command {
     const bool fits = Apply(given_, connection);
     const int problem = fits ? connections.Problem(connection) : text::kOptionProblem;
     if (problem != 0) return Faulty(terminal, given_, connection.name, problem);
-    connections.Add(connection);
-    return PrintConnections(desk, terminal);
+    return PrintStored(connections.Add(connection), connection.name, desk, terminal);
   }
 
  private:
@@ -198,8 +205,7 @@ class ChangeCommand : public NamedCommand {
     const bool fits = Apply(given_, *connection);
     const int problem = fits ? connections.Problem(*connection, name_) : text::kOptionProblem;
     if (problem != 0) return Faulty(terminal, given_, connection->name, problem);
-    connections.Change(name_, *connection);
-    return PrintConnections(desk, terminal);
+    return PrintStored(connections.Change(name_, *connection), name_, desk, terminal);
   }
 
  private:
@@ -254,10 +260,7 @@ class UseCommand : public NamedCommand {
   UseCommand() : NamedCommand("connections use", "Make a connection the current one") {}
 
   Ending Run(const Desk& desk, Terminal& terminal) override {
-    if (!Connections(desk.settings).Use(name_)) {
-      return terminal.Refuse(text::kNoSuchConnection, name_);
-    }
-    return PrintConnections(desk, terminal);
+    return PrintStored(Connections(desk.settings).Use(name_), name_, desk, terminal);
   }
 };
 
@@ -271,8 +274,7 @@ class RemoveCommand : public NamedCommand {
     if (!desk.dialogs.AskYesNo(desk.texts.Filled(text::kRemoveConnection, name_))) {
       return Ending::kNotConfirmed;
     }
-    connections.Remove(name_);
-    return PrintConnections(desk, terminal);
+    return PrintStored(connections.Remove(name_), name_, desk, terminal);
   }
 };
 

@@ -37,6 +37,9 @@ Session::Session(const SessionPorts& ports, SessionOptions options)
       stations_(link_, commands_) {
   link_.OfferChooser(options_.chooser);
   link_.explain = [this](const Error& error) { return ports_.texts.Shown(error); };
+  ports_.settings.onPutAside = [this](const std::string& file) {
+    ports_.texts.WarnFilled(text::kSettingsPutAside, file);
+  };
   if (!link_.LoadSettings()) {
     const std::string used = std::to_string(link_.DefTimeout());
     ports_.texts.Warn(text::kOutOfRange, "\n" + ports_.texts.Filled(text::kUsedInstead, used));
@@ -53,7 +56,9 @@ Session::Session(const SessionPorts& ports, SessionOptions options)
   });
 }
 
-Session::~Session() = default;
+Session::~Session() {
+  ports_.settings.onPutAside = nullptr;
+}
 
 void Session::Note(const std::string& text) const {
   if (onNote) onNote(VisibleLine(text));
@@ -271,7 +276,10 @@ void Session::ConnectionChanged(const std::string& before, const std::string& af
 }
 
 bool Session::ConnectionUse(const std::string& name) {
-  if (!Connections(ports_.settings).Use(name)) return false;
+  if (const Error error = Connections(ports_.settings).Use(name)) {
+    ports_.texts.WarnFilled(error, name);
+    return false;
+  }
   // A connection that was named for this run counts no longer.
   options_.connection.clear();
   goOver_ = !SameText(link_.ConnectionName(), name);

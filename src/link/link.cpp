@@ -45,8 +45,8 @@ bool Link::LoadSettings() {
   const AnswerTimeout timeout = ReadDefTimeout(settings_);
   defTimeout_ = timeout.seconds;
   const std::string text = std::to_string(defTimeout_);
-  settings_.WriteShared(keys::kServerMisc, "DefTimeout_s", text);
-  settings_.WriteProgram("ZubServer", "Misc", "DefTimeout_s", text);
+  settings_.Store({{std::string(keys::kServerMisc), "DefTimeout_s", text},
+                   {ProgramKey("ZubServer", "Misc"), "DefTimeout_s", text}});
   testMode_ = settings_.ReadShared(keys::kServerMisc, "Testmode", "0") == "9";
   return !timeout.corrected;
 }

@@ -21,6 +21,13 @@ std::filesystem::path ProgramDesktop::ProfileFolder() const {
   return QDir::homePath().toStdString();
 }
 
+std::string ProgramDesktop::Locale() const {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (!qEnvironmentVariableIsEmpty(name)) return qgetenv(name).toStdString();
+  }
+  return {};
+}
+
 bool ProgramDesktop::RaiseWindow(const std::string& title) {
   return RaiseX11Window(title);
 }

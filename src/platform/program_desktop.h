@@ -10,6 +10,7 @@ class ProgramDesktop : public Desktop {
   std::filesystem::path ProgramFolder() const override;
   std::filesystem::path DocumentsFolder() const override;
   std::filesystem::path ProfileFolder() const override;
+  std::string Locale() const override;
   bool RaiseWindow(const std::string& title) override;
   bool StartProgram(const std::filesystem::path& program,
                     const std::vector<std::string>& arguments) override;

@@ -1,93 +1,100 @@
 #include "platform/registry_settings.h"
 
 #include <QStandardPaths>
-#include <QStringList>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
 
-#include "base/settings_path.h"
+#include "base/files.h"
+#include "base/texts.h"
+#include "platform/settings_text.h"
 
 namespace ostrel {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-QString Location() {
-#ifdef Q_OS_WIN
-  return QStringLiteral("HKEY_CURRENT_USER");
-#else
-  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-         QStringLiteral("/vantrel/ostrel.conf");
-#endif
+constexpr std::size_t kMostBytes = 1UL << 20;
+
+int MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  if (fs::create_directories(folder, error)) fs::permissions(folder, fs::perms::owner_all, error);
+  return error.value();
 }
 
-#ifdef Q_OS_WIN
-constexpr QSettings::Format kFormat = QSettings::NativeFormat;
-#else
-constexpr QSettings::Format kFormat = QSettings::IniFormat;
-#endif
-
-QString ToStore(std::string_view path) {
-  return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()))
-      .replace(QLatin1Char('\\'), QLatin1Char('/'));
-}
-
-std::string FromStore(QString path) {
-  return path.replace(QLatin1Char('/'), QLatin1Char('\\')).toStdString();
+Error NotStored(const std::string& file, int error) {
+  return {text::kSettingsNotStored, FileFault(file, error)};
 }
 
 }  // namespace
 
-RegistrySettings::RegistrySettings() : store_(Location(), kFormat) {}
+RegistrySettings::RegistrySettings()
+    : file_(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString() +
+            "/vantrel/ostrel.conf") {}
 
-QString RegistrySettings::Stored(const std::string& path) const {
-  store_.sync();
-  const QString wanted = ToStore(path);
-  const QStringList all = store_.allKeys();
-  for (const QString& key : all) {
-    if (key.compare(wanted, Qt::CaseInsensitive) == 0) return key;
-  }
-  return wanted;
+RegistrySettings::Contents RegistrySettings::Read() const {
+  std::string bytes;
+  const int error = ReadBytes(file_, kMostBytes, bytes);
+  if (error == ENOENT) return {};
+  // Nobody's settings are that long.
+  if (error == EFBIG) return {.isText = false};
+  if (error != 0) return {.error = error};
+  if (!IsSettingsText(bytes)) return {.isText = false};
+  return {.values = ParseSettings(bytes)};
 }
 
-std::string RegistrySettings::ReadShared(std::string_view key, std::string_view name,
-                                         std::string_view fallback) const {
-  const QVariant value = store_.value(Stored(SettingsPath(key, name)));
-  if (!value.isValid()) return std::string(fallback);
-  // A comma in a file edited by hand reads as a list.
-  return value.toStringList().join(QLatin1Char(',')).toStdString();
-}
-
-void RegistrySettings::WriteShared(std::string_view key, std::string_view name,
-                                   std::string_view value) {
-  store_.setValue(Stored(SettingsPath(key, name)),
-                  QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
-  store_.sync();
+std::optional<std::string> RegistrySettings::FindShared(std::string_view key,
+                                                        std::string_view name) const {
+  return Read().values.Find(key, name);
 }
 
 std::vector<std::string> RegistrySettings::SharedSubKeys(std::string_view key) const {
-  store_.sync();
-  QStringList names;
-  const QStringList all = store_.allKeys();
-  for (const QString& stored : all) {
-    const QString name = QString::fromStdString(SubKeyOf(key, FromStore(stored)));
-    if (!name.isEmpty() && !names.contains(name, Qt::CaseInsensitive)) names.append(name);
-  }
-  names.sort(Qt::CaseInsensitive);
-  std::vector<std::string> result;
-  for (const QString& name : names) result.push_back(name.toStdString());
-  return result;
+  return Read().values.SubKeys(key);
 }
 
-void RegistrySettings::RemoveSharedKey(std::string_view key) {
-  store_.sync();
-  const QString group = ToStore(SettingsPath(key, "")) + QLatin1Char('/');
-  const QStringList all = store_.allKeys();
-  for (const QString& stored : all) {
-    if (stored.startsWith(group, Qt::CaseInsensitive)) store_.remove(stored);
+Error RegistrySettings::Store(const std::vector<SettingsChange>& changes) {
+  // Most starts change nothing; they need not wait for one another.
+  const auto changed = [&changes](Contents& contents) {
+    const auto before = contents.values.Entries();
+    contents.values.Apply(changes);
+    return !contents.isText || contents.values.Entries() != before;
+  };
+  Contents contents = Read();
+  if (contents.error == 0 && !changed(contents)) return {};
+
+  const fs::path folder = fs::path(file_).parent_path();
+  if (const int error = MakeFolder(folder); error != 0) return NotStored(folder.string(), error);
+  std::string aside;
+  int error = 0;
+  {
+    const FolderLock lock(folder.string());
+    contents = Read();
+    if (contents.error != 0) return NotStored(file_, contents.error);
+    if (!changed(contents)) return {};
+    if (!contents.isText) aside = PutAside();
+    error = Write(contents.values);
   }
-  store_.sync();
+  if (!aside.empty() && onPutAside) onPutAside(aside);
+  return error == 0 ? Error() : NotStored(file_, error);
 }
 
-std::string RegistrySettings::FileName() const {
-  return store_.fileName().toStdString();
+int RegistrySettings::Write(const SettingsValues& values) const {
+  const std::string text = SettingsText(values);
+  if (const int error = ReplaceBytes(file_, text); error != 0) return error;
+  std::string stored;
+  const int error = ReadBytes(file_, kMostBytes, stored);
+  return error == 0 && stored != text ? EIO : error;
+}
+
+std::string RegistrySettings::PutAside() const {
+  std::error_code error;
+  std::string name = file_ + ".unreadable";
+  for (int n = 2; fs::exists(fs::symlink_status(name, error)); ++n) {
+    name = file_ + ".unreadable-" + std::to_string(n);
+  }
+  fs::rename(file_, name, error);
+  return error ? std::string() : name;
 }
 
 }  // namespace ostrel

@@ -1,31 +1,34 @@
 #pragma once
 
-#include <QSettings>
-
-#include "base/settings_store.h"
+#include "base/settings_values.h"
 
 namespace ostrel {
 
-/// The settings in one file of the user's, `vantrel/ostrel.conf` below $XDG_CONFIG_HOME; on Windows
-/// in the registry itself. Other programs write there too, so every look-up reads what is new.
+/// The settings in one file of the user's, `vantrel/ostrel.conf` below $XDG_CONFIG_HOME. Other
+/// programs write there too, so every look-up reads what is there now.
 class RegistrySettings : public SettingsStore {
  public:
   RegistrySettings();
 
-  std::string ReadShared(std::string_view key, std::string_view name,
-                         std::string_view fallback) const override;
-  void WriteShared(std::string_view key, std::string_view name, std::string_view value) override;
+  std::optional<std::string> FindShared(std::string_view key, std::string_view name) const override;
   std::vector<std::string> SharedSubKeys(std::string_view key) const override;
-  void RemoveSharedKey(std::string_view key) override;
+  Error Store(const std::vector<SettingsChange>& changes) override;
 
   /// Where the settings are kept, for messages.
-  std::string FileName() const;
+  const std::string& FileName() const { return file_; }
 
  private:
-  /// The stored spelling of a path, as the store writes it; the path itself when it is new.
-  QString Stored(const std::string& path) const;
+  struct Contents {
+    int error = 0;       // why it cannot be read
+    bool isText = true;  // no settings are in what is none
+    SettingsValues values;
+  };
+  Contents Read() const;
+  int Write(const SettingsValues& values) const;
+  /// Gives the file another name that says what it is.
+  std::string PutAside() const;
 
-  mutable QSettings store_;
+  std::string file_;
 };
 
 }  // namespace ostrel

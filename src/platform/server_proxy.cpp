@@ -1,6 +1,7 @@
 #include "platform/server_proxy.h"
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -9,6 +10,7 @@
 
 #include "platform/event_pump.h"
 #include "server/json_rpc.h"
+#include "server/socket_path.h"
 
 namespace ostrel {
 
@@ -47,6 +49,8 @@ ServerProxy::ServerProxy(const QString& socketPath) {
   QObject::connect(&socket_, &QLocalSocket::readyRead, &socket_, [this] { Read(); });
   socket_.connectToServer(socketPath);
   socket_.waitForConnected(kConnectMs);
+  // Passwords go this way; in a folder that others can write, another user's program may listen.
+  if (Connected() && PeerUser(socket_.socketDescriptor()) != getuid()) socket_.abort();
 }
 
 AutomationResult ServerProxy::Call(std::string_view member, const Values& arguments) {

@@ -72,7 +72,8 @@ std::string NoDisplayText(const std::string& language) {
   RegistrySettings settings;
   WindowDialogs unused;
   Messages messages(unused);
-  CSprachen languages(settings, messages, ProgramDesktop().ProgramFolder());
+  const ProgramDesktop desktop;
+  CSprachen languages(settings, messages, desktop);
   languages.UserIndex_Test();
   if (!language.empty()) languages.SetLanguage(language);
   return messages.Text(text::kNoDisplay);

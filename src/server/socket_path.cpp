@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <cerrno>
 
 namespace ostrel {
@@ -20,6 +19,24 @@ SocketClaim Refused(const QString& path, const QString& reason) {
   return {SocketClaim::kRefused, path + QStringLiteral(": ") + reason};
 }
 
+/// The permissions of a folder of this user's; none where it is no such.
+std::optional<mode_t> OwnFolder(const QString& folder) {
+  struct stat info {};
+  const bool known = lstat(QFile::encodeName(folder).constData(), &info) == 0;
+  if (!known || !S_ISDIR(info.st_mode) || info.st_uid != getuid()) return std::nullopt;
+  return info.st_mode & 0777;
+}
+
+/// The folder of the user's session; without one, where nobody else can have made it.
+QString RuntimeFolder() {
+  const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (!session.isEmpty()) return session + QStringLiteral("/ostrel");
+  const QString user = QString::number(getuid());
+  const QString usual = QStringLiteral("/run/user/") + user;
+  if (OwnFolder(usual)) return usual + QStringLiteral("/ostrel");
+  return QDir::tempPath() + QStringLiteral("/ostrel-") + user;
+}
+
 bool SomebodyListens(const QString& path) {
   QLocalSocket probe;
   probe.connectToServer(path);
@@ -29,11 +46,7 @@ bool SomebodyListens(const QString& path) {
 }  // namespace
 
 QString SocketPath() {
-  QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-  if (runtime.isEmpty()) {
-    runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-  }
-  return runtime + QStringLiteral("/ostrel/server.sock");
+  return RuntimeFolder() + QStringLiteral("/server.sock");
 }
 
 QString LockPath(const QString& socketPath) {
@@ -52,10 +65,8 @@ bool MakePrivateFolder(const QString& folder) {
   const QByteArray name = QFile::encodeName(folder);
   QDir().mkpath(QFileInfo(folder).path());
   if (mkdir(name.constData(), 0700) != 0 && errno != EEXIST) return false;
-  struct stat info {};
-  if (lstat(name.constData(), &info) != 0) return false;
-  if (!S_ISDIR(info.st_mode) || info.st_uid != getuid()) return false;
-  return (info.st_mode & 0777) == 0700 || chmod(name.constData(), 0700) == 0;
+  const std::optional<mode_t> permissions = OwnFolder(folder);
+  return permissions && (*permissions == 0700 || chmod(name.constData(), 0700) == 0);
 }
 
 SocketClaim ClaimSocket(const QString& path, QLockFile& lock) {

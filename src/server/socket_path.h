@@ -8,7 +8,9 @@
 
 namespace ostrel {
 
-/// Where the user's communication server listens: ostrel/server.sock in the runtime folder.
+/// Where the user's communication server listens: "ostrel/server.sock" in $XDG_RUNTIME_DIR, else in
+/// /run/user/<uid> where that is the user's, else "ostrel-<uid>/server.sock" in the temporary
+/// folder.
 QString SocketPath();
 
 /// Makes a folder that belongs to the user and that nobody else can enter; false when it cannot be

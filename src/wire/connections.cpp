@@ -67,6 +67,26 @@ Connection Load(const SettingsStore& settings, const std::string& name) {
   return connection;
 }
 
+/// A connection takes the place of what has its name, without a value of another kind.
+std::vector<SettingsChange> ToAdd(const Connection& connection) {
+  const std::string key = KeyOf(connection.name);
+  std::vector<SettingsChange> changes = {{key, {}, {}}, {key, "Kind", connection.kind}};
+  if (connection.Is(ConnectionKind::kTcp)) {
+    changes.push_back({key, "Host", connection.host});
+    changes.push_back({key, "Port", std::to_string(connection.port)});
+  } else if (connection.Is(ConnectionKind::kSerial)) {
+    changes.push_back({key, "Device", connection.device});
+    changes.push_back({key, "Baud", std::to_string(connection.baud)});
+    changes.push_back({key, "Parity", connection.parity});
+    changes.push_back({key, "StopBits", connection.stopBits});
+  }
+  return changes;
+}
+
+SettingsChange ToUse(const std::string& name) {
+  return {std::string(keys::kServerMisc), std::string(kCurrent), name};
+}
+
 }  // namespace
 
 bool Connection::Is(ConnectionKind wanted) const {
@@ -130,48 +150,32 @@ int Connections::Problem(const Connection& connection, std::string_view before) 
   return DataProblem(connection);
 }
 
-bool Connections::Add(const Connection& connection) {
-  if (!ValidName(connection.name) || !Valid(connection)) return false;
-  const std::string key = KeyOf(connection.name);
-  settings_.RemoveSharedKey(key);
-  settings_.WriteShared(key, "Kind", connection.kind);
-  if (connection.Is(ConnectionKind::kTcp)) {
-    settings_.WriteShared(key, "Host", connection.host);
-    settings_.WriteShared(key, "Port", std::to_string(connection.port));
-  } else if (connection.Is(ConnectionKind::kSerial)) {
-    settings_.WriteShared(key, "Device", connection.device);
-    settings_.WriteShared(key, "Baud", std::to_string(connection.baud));
-    settings_.WriteShared(key, "Parity", connection.parity);
-    settings_.WriteShared(key, "StopBits", connection.stopBits);
-  }
-  return true;
+Error Connections::Add(const Connection& connection) {
+  if (!ValidName(connection.name)) return {text::kNameProblem, {}};
+  if (const int problem = DataProblem(connection); problem != 0) return {problem, {}};
+  return settings_.Store(ToAdd(connection));
 }
 
-bool Connections::Change(std::string_view name, const Connection& changed) {
-  if (!Stored(name) || Problem(changed, name) != 0) return false;
-  const bool current = SameText(Current(), name);
-  // The new one stands before the old one goes: nothing is lost between the two.
-  Add(changed);
-  if (!SameText(changed.name, name)) Remove(name);
-  if (current) settings_.WriteShared(keys::kServerMisc, kCurrent, changed.name);
-  return true;
+Error Connections::Change(std::string_view name, const Connection& changed) {
+  if (!Stored(name)) return {text::kNoSuchConnection, {}};
+  if (const int problem = Problem(changed, name); problem != 0) return {problem, {}};
+  std::vector<SettingsChange> changes = {{KeyOf(name), {}, {}}};
+  for (SettingsChange& change : ToAdd(changed)) changes.push_back(std::move(change));
+  if (SameText(Current(), name)) changes.push_back(ToUse(changed.name));
+  return settings_.Store(changes);
 }
 
-bool Connections::Use(std::string_view name) {
+Error Connections::Use(std::string_view name) {
   const std::optional<Connection> found = Find(name);
-  if (name.empty() || !found) return false;
-  settings_.WriteShared(keys::kServerMisc, kCurrent, found->name);
-  return true;
+  if (name.empty() || !found) return {text::kNoSuchConnection, {}};
+  return settings_.Store({ToUse(found->name)});
 }
 
-bool Connections::Remove(std::string_view name) {
-  for (const std::string& stored : settings_.SharedSubKeys(keys::kConnections)) {
-    if (!SameText(stored, name)) continue;
-    settings_.RemoveSharedKey(KeyOf(stored));
-    if (SameText(Current(), name)) settings_.WriteShared(keys::kServerMisc, kCurrent, kSimulator);
-    return true;
-  }
-  return false;
+Error Connections::Remove(std::string_view name) {
+  if (name.empty() || !Stored(name)) return {text::kNoSuchConnection, {}};
+  std::vector<SettingsChange> changes = {{KeyOf(name), {}, {}}};
+  if (SameText(Current(), name)) changes.push_back(ToUse(std::string(kSimulator)));
+  return settings_.Store(changes);
 }
 
 }  // namespace ostrel

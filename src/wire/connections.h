@@ -87,17 +87,17 @@ class Connections {
   /// does. `before` is the name of the connection that it replaces, empty for a new one.
   int Problem(const Connection& connection, std::string_view before = {}) const;
 
-  /// Adds or replaces. False when the name is empty or holds a backslash, slash or control
-  /// character, or when the data of its kind are faulty.
-  bool Add(const Connection& connection);
+  // Each is one write: it is stored whole, or not at all and the error says why: a Problem,
+  // text::kNoSuchConnection, text::kSettingsNotStored with the file.
+
+  /// Adds or replaces.
+  Error Add(const Connection& connection);
   /// Gives a stored connection other data and perhaps another name; a current one stays current.
-  /// False when there is none with this name in the store, or when there is a Problem.
-  bool Change(std::string_view name, const Connection& changed);
-  /// Makes a connection the current one. False when there is none with this name.
-  bool Use(std::string_view name);
-  /// False when there is none with this name in the store. The current one falls back to
-  /// "Simulator" when it is removed.
-  bool Remove(std::string_view name);
+  Error Change(std::string_view name, const Connection& changed);
+  /// Makes a connection the current one.
+  Error Use(std::string_view name);
+  /// The current one falls back to "Simulator" when it is removed.
+  Error Remove(std::string_view name);
 
   /// True when the data suffice to open it: a known kind, host and port in range, a device.
   static bool Valid(const Connection& connection);

@@ -1,4 +1,7 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -6,6 +9,7 @@
 
 #include "base/csprachen.h"
 #include "base/file_choice.h"
+#include "base/files.h"
 #include "base/settings_path.h"
 #include "base/string_table.h"
 #include "base/text.h"
@@ -62,21 +66,39 @@ TEST(Languages, StartUpChoice) {
   const struct {
     const char *shared, *program, *code;
     int factor;
+    const char* locale = "fr_FR.UTF-8";
   } cases[] = {
-      {"", "", "deu", 0},    {"300", "", "deu", 0}, {"1", "", "eng", 1},   {"2", "", "deu", 0},
-      {"fra", "", "fra", 2}, {"ENG", "", "eng", 1}, {"", "1", "eng", 1},   {"0", "1", "deu", 0},
-      {"xyz", "", "deu", 0}, {"esp", "", "deu", 0}, {"spa", "", "deu", 0}, {"pol", "", "pol", 3},
+      {"", "", "fra", 2},
+      {"300", "", "deu", 0},
+      {"1", "", "eng", 1},
+      {"2", "", "deu", 0},
+      {"fra", "", "fra", 2},
+      {"ENG", "", "eng", 1},
+      {"", "1", "eng", 1},
+      {"0", "1", "deu", 0},
+      {"xyz", "", "deu", 0},
+      {"esp", "", "deu", 0},
+      {"spa", "", "deu", 0},
+      {"pol", "", "pol", 3},
       {"1x", "", "deu", 0},
+      {"", "0", "deu", 0},
+      {"", "", "deu", 0, "de_AT@euro"},
+      {"", "", "deu", 0, "DE"},
+      {"", "", "eng", 1, "en_GB"},
+      {"", "", "eng", 1, ""},
+      {"", "", "eng", 1, "C.UTF-8"},
+      {"", "", "eng", 1, "den_CA"},
   };
   for (const auto& c : cases) {
     kit::World world;
     std::filesystem::create_directory(world.desktop.folder / "polski");
+    world.desktop.locale = c.locale;
     if (*c.shared != 0) world.settings.WriteShared(keys::kServerMisc, "language", c.shared);
     if (*c.program != 0) world.settings.WriteProgram("ZubServer", "Misc", "Language", c.program);
     Messages messages(world.dialogs);
-    CSprachen sprachen(world.settings, messages, world.desktop.folder);
+    CSprachen sprachen(world.settings, messages, world.desktop);
     sprachen.UserIndex_Test();
-    EXPECT_EQ(sprachen.Current(), c.code) << c.shared << "/" << c.program;
+    EXPECT_EQ(sprachen.Current(), c.code) << c.shared << "/" << c.program << c.locale;
     EXPECT_EQ(messages.Factor(), c.factor) << c.shared << "/" << c.program;
   }
 }
@@ -96,7 +118,7 @@ TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
 TEST(Languages, TableAndFolders) {
   kit::World world;
   Messages messages(world.dialogs);
-  CSprachen sprachen(world.settings, messages, world.desktop.folder);
+  CSprachen sprachen(world.settings, messages, world.desktop);
   EXPECT_EQ(sprachen.Count(), 10);
   sprachen.SetLanguage("rus");
   EXPECT_EQ(sprachen.Charset(), 204);
@@ -118,6 +140,26 @@ TEST(SettingsPath, OneSpelling) {
   EXPECT_EQ(SubKeyOf(R"(a\B\)", R"(A\b\Name\Kind)"), "Name");
   EXPECT_EQ(SubKeyOf("a", R"(a\value)"), "");
   EXPECT_EQ(SubKeyOf("a", R"(ab\c\d)"), "");
+}
+
+TEST(Files, WhatAKilledWriteLeftGoesWithTheNext) {
+  const kit::TemporaryDesktop desktop;
+  const std::string file = desktop.folder / "a.rgl";
+  const std::pair<const char*, bool> files[] = {{"a.rgl.4711-0.tmp", false},
+                                                {"a.rgl.4711-1.tmp", true},  // still being written
+                                                {"a.rgl.backup", true},
+                                                {"a.rgl.4-.tmp", true},
+                                                {"b.rgl.4711-0.tmp", true}};
+  for (const auto& [name, stays] : files) std::ofstream(desktop.folder / name) << "x";
+  const int writing = open((desktop.folder / files[1].first).c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(writing, LOCK_EX), 0);
+  EXPECT_EQ(ReplaceBytes(file, "new"), 0);
+  for (const auto& [name, stays] : files)
+    EXPECT_EQ(fs::exists(desktop.folder / name), stays) << name;
+  close(writing);
+  std::string bytes;
+  EXPECT_EQ(ReadBytes(file, 9, bytes), 0);
+  EXPECT_EQ(bytes, "new");
 }
 
 TEST(UserFiles, WhereTheConsoleWritesItsCommands) {

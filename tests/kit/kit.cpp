@@ -4,9 +4,6 @@
 
 #include <algorithm>
 
-#include "base/settings_path.h"
-#include "base/text.h"
-
 namespace ostrel::kit {
 
 namespace {
@@ -107,30 +104,12 @@ class ScriptedChooser : public ScriptedServer {
 
 }  // namespace
 
-std::string MemorySettings::ReadShared(std::string_view key, std::string_view name,
-                                       std::string_view fallback) const {
-  const auto entry = entries_.find(LowerAscii(SettingsPath(key, name)));
-  return entry == entries_.end() ? std::string(fallback) : entry->second.value;
-}
-
-void MemorySettings::WriteShared(std::string_view key, std::string_view name,
-                                 std::string_view value) {
-  const std::string path = SettingsPath(key, name);
-  entries_.try_emplace(LowerAscii(path), Entry{path, {}}).first->second.value = value;
-}
-
-std::vector<std::string> MemorySettings::SharedSubKeys(std::string_view key) const {
-  std::vector<std::string> names;
-  for (const auto& [folded, entry] : entries_) {
-    const std::string name = SubKeyOf(key, entry.path);
-    if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
-  }
-  return names;
-}
-
-void MemorySettings::RemoveSharedKey(std::string_view key) {
-  const std::string prefix = LowerAscii(SettingsPath(key, "")) + '\\';
-  std::erase_if(entries_, [&](const auto& item) { return item.first.starts_with(prefix); });
+Error MemorySettings::Store(const std::vector<SettingsChange>& changes) {
+  if (fails) return fails;
+  const auto before = values_.Entries();
+  values_.Apply(changes);
+  writes += values_.Entries() == before ? 0 : 1;
+  return {};
 }
 
 void ManualClock::ProcessEvents() {

@@ -13,7 +13,7 @@
 #include "base/clock.h"
 #include "base/desktop.h"
 #include "base/dialogs.h"
-#include "base/settings_store.h"
+#include "base/settings_values.h"
 #include "device/desk.h"
 #include "wire/automation.h"
 
@@ -22,18 +22,20 @@ namespace ostrel::kit {
 /// Settings that end with the test.
 class MemorySettings : public SettingsStore {
  public:
-  std::string ReadShared(std::string_view key, std::string_view name,
-                         std::string_view fallback) const override;
-  void WriteShared(std::string_view key, std::string_view name, std::string_view value) override;
-  std::vector<std::string> SharedSubKeys(std::string_view key) const override;
-  void RemoveSharedKey(std::string_view key) override;
+  std::optional<std::string> FindShared(std::string_view key,
+                                        std::string_view name) const override {
+    return values_.Find(key, name);
+  }
+  std::vector<std::string> SharedSubKeys(std::string_view key) const override {
+    return values_.SubKeys(key);
+  }
+  Error Store(const std::vector<SettingsChange>& changes) override;
+
+  Error fails;     // instead of the next writes
+  int writes = 0;  // that changed something
 
  private:
-  struct Entry {
-    std::string path;
-    std::string value;
-  };
-  std::map<std::string, Entry> entries_;  // by folded path
+  SettingsValues values_;
 };
 
 /// A clock that stands until something is awaited; every pass of a wait moves it a step.
@@ -110,11 +112,13 @@ class TemporaryDesktop : public Desktop {
   std::filesystem::path ProgramFolder() const override { return folder; }
   std::filesystem::path DocumentsFolder() const override { return folder / "documents"; }
   std::filesystem::path ProfileFolder() const override { return folder / "home"; }
+  std::string Locale() const override { return locale; }
   bool RaiseWindow(const std::string& title) override;
   bool StartProgram(const std::filesystem::path& program,
                     const std::vector<std::string>& arguments) override;
 
   std::filesystem::path folder;
+  std::string locale = "de_DE.UTF-8";
   std::vector<std::string> windows;  // titles of those that are open
   std::vector<std::string> raised;
   std::vector<std::string> started;  // program and arguments, a blank between

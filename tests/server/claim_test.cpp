@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -87,6 +88,22 @@ TEST_F(Claim, AServerWithoutClientsEnds) {
     client.Call("COpenLocked");
   }
   EXPECT_TRUE(WaitUntil([&ends] { return ends == 2; })) << "the client has gone";
+}
+
+TEST(SocketPlace, WithoutASessionItIsQuietlyAFolderOfTheUsers) {
+  static int warnings = 0;
+  const QByteArray session = qgetenv("XDG_RUNTIME_DIR");
+  qunsetenv("XDG_RUNTIME_DIR");
+  const auto before = qInstallMessageHandler(
+      [](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
+  const QString path = SocketPath();
+  qInstallMessageHandler(before);
+  qputenv("XDG_RUNTIME_DIR", session);
+  const QString user = QString::number(getuid());
+  EXPECT_TRUE(path == "/run/user/" + user + "/ostrel/server.sock" ||
+              path == QDir::tempPath() + "/ostrel-" + user + "/server.sock")
+      << path.toStdString();
+  EXPECT_EQ(warnings, 0);
 }
 
 }  // namespace

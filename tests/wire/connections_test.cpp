@@ -17,20 +17,20 @@ TEST(Connections, AddUseRemove) {
   Connections connections(settings);
   ASSERT_TRUE(connections.Find("")) << "the built-in one";
   EXPECT_TRUE(connections.Find("")->Simulated());
-  EXPECT_FALSE(connections.Remove("Simulator"));
+  EXPECT_TRUE(connections.Remove("Simulator"));
   EXPECT_FALSE(connections.Find("Werk"));
-  ASSERT_TRUE(connections.Add(Tcp("Werk", "192.0.2.7", 4001)));
+  ASSERT_FALSE(connections.Add(Tcp("Werk", "192.0.2.7", 4001)));
   EXPECT_EQ(connections.List().size(), 2u);
-  EXPECT_TRUE(connections.Use("WERK")) << "case is ignored";
+  EXPECT_FALSE(connections.Use("WERK")) << "case is ignored";
   EXPECT_EQ(connections.Current(), "Werk");
   EXPECT_EQ(connections.Find("")->Target(), "192.0.2.7:4001");
-  EXPECT_FALSE(connections.Use("")) << "an empty name is no connection";
-  EXPECT_TRUE(connections.Remove("werk"));
+  EXPECT_TRUE(connections.Use("")) << "an empty name is no connection";
+  EXPECT_FALSE(connections.Remove("werk"));
   EXPECT_EQ(connections.Current(), "Simulator");
   EXPECT_EQ(connections.List().size(), 1u);
 
   // A connection that took the built-in one's name replaces it, data of its kind alone remain.
-  ASSERT_TRUE(connections.Add(Tcp("simulator", "h", 1)));
+  ASSERT_FALSE(connections.Add(Tcp("simulator", "h", 1)));
   EXPECT_EQ(connections.List().size(), 1u);
   EXPECT_FALSE(connections.Find("Simulator")->Simulated());
 }
@@ -56,7 +56,7 @@ TEST(Connections, FaultyDataAreRefused) {
   };
   for (const auto& [connection, problem] : cases) {
     EXPECT_EQ(connections.Problem(connection), problem) << connection.name << connection.Target();
-    EXPECT_EQ(connections.Add(connection), problem == 0) << connection.name << connection.Target();
+    EXPECT_EQ(connections.Add(connection).code, problem) << connection.name << connection.Target();
   }
 }
 
@@ -75,9 +75,9 @@ TEST(Connections, ChangesKeepWhatIsNotTheirs) {
   for (const auto& c : cases) {
     kit::MemorySettings settings;
     Connections connections(settings);
-    ASSERT_TRUE(connections.Add(Tcp("Werk", "h", 1)) && connections.Add(Tcp("Anlage", "h", 1)));
-    ASSERT_TRUE(connections.Use("Werk"));
-    EXPECT_EQ(connections.Change(c.name, Tcp(c.newName, "h", c.port)), c.changed) << c.newName;
+    ASSERT_FALSE(connections.Add(Tcp("Werk", "h", 1)) || connections.Add(Tcp("Anlage", "h", 1)));
+    ASSERT_FALSE(connections.Use("Werk"));
+    EXPECT_EQ(!connections.Change(c.name, Tcp(c.newName, "h", c.port)), c.changed) << c.newName;
     EXPECT_EQ(connections.List().size(), 3u) << c.newName;
     EXPECT_EQ(connections.Current(), c.current) << c.newName;
     const auto now = connections.Find(c.changed ? c.newName : "Werk");

@@ -25,9 +25,11 @@ void RecentFiles::Add(const std::string& path) {
   std::vector<std::string> paths = List();
   std::erase(paths, path);
   paths.insert(paths.begin(), path);
+  std::vector<SettingsChange> changes;
   for (std::size_t n = 0; n < std::min(paths.size(), kMost); ++n) {
-    settings_.WriteProgram("Ostrel", "Dirs", Key(n), paths[n]);
+    changes.push_back({ProgramKey("Ostrel", "Dirs"), Key(n), paths[n]});
   }
+  settings_.Store(changes);
 }
 
 }  // namespace ostrel
