@@ -69,12 +69,14 @@ constexpr TableEntry kTable[] = {
     {text::kChooseNumber,
      {"Nummer der Verbindung (leer = abbrechen): ", "Number of the connection (empty = cancel): ",
       "Numéro de la liaison (vide = annuler) : "}},
-
-    // Captions of windows and tables.
     {text::kOtherSelection,
      {"Inzwischen wurde ein anderes Gerät ausgewählt; es wurde nichts gesendet.",
       "Another device was selected meanwhile; nothing was sent.",
       "Un autre appareil a été sélectionné entre-temps ; rien n'a été envoyé."}},
+    {text::kNothingSent,
+     {"Es wurde nichts gesendet.", "Nothing was sent.", "Rien n'a été envoyé."}},
+
+    // Captions of windows and tables.
     {text::kTapPosition, {"Stufe", "Tap position", "Prise"}},
     {text::kCounter, {"Stufungen", "Tap changes", "Changements"}},
     {text::kAddress, {"Adresse", "Address", "Adresse"}},
@@ -366,6 +368,9 @@ constexpr TableEntry kTable[] = {
      {"Der Text lässt sich nicht in Windows-1252 halten. Die Datei wurde in UTF-8 gespeichert.",
       "The text cannot be kept in Windows-1252. The file was saved in UTF-8.",
       "Le texte ne peut pas rester en Windows-1252. Le fichier a été enregistré en UTF-8."}},
+    {text::kNoLineHolds,
+     {"Dieses Zeichen lässt sich nicht senden:", "This character cannot be sent:",
+      "Ce caractère ne peut pas être envoyé :"}},
 
     // Users and rights.
     {text::kPasswordProblem,

@@ -100,6 +100,7 @@ inline constexpr int kServerRunning = Own(19);
 inline constexpr int kReselectAnswering = Own(20);
 inline constexpr int kChooseNumber = Own(21);
 inline constexpr int kOtherSelection = Own(22);
+inline constexpr int kNothingSent = Own(28);
 
 // Captions of windows and tables.
 inline constexpr int kTapPosition = Own(100);
@@ -230,6 +231,7 @@ inline constexpr int kFileNotRead = Own(306);
 inline constexpr int kFileTooLarge = Own(307);
 inline constexpr int kFileNoText = Own(308);
 inline constexpr int kSavedAsUtf8 = Own(309);
+inline constexpr int kNoLineHolds = Own(318);
 
 // Users and rights.
 inline constexpr int kPasswordProblem = Own(340);
