@@ -23,6 +23,7 @@
 #include "config/users/frmMeldLogin.h"
 #include "config/users/frmRechteShow.h"
 #include "link/connection_chooser.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/frmDevices.h"
 #include "platform/event_clock.h"
 #include "platform/program_desktop.h"

@@ -11,28 +11,25 @@
 #include "app/frmConnection.h"
 #include "base/text.h"
 #include "base/texts.h"
+#include "widgets/captions.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
 
 namespace {
 
-QString Text(const Messages& messages, int id) {
-  return QString::fromStdString(messages.Caption(id));
-}
-
 QTreeWidget* ConnectionList(const Messages& messages, const std::vector<Connection>& connections,
                             const std::string& preselected) {
-  auto* list = new QTreeWidget;
-  list->setObjectName(QStringLiteral("lstConnections"));
+  auto* list = Named(new QTreeWidget, "lstConnections");
   list->setRootIsDecorated(false);
+  const Captions captions(messages);
   list->setHeaderLabels(
-      {Text(messages, text::kName), Text(messages, text::kKind), Text(messages, text::kTarget)});
+      {captions.Text(text::kName), captions.Text(text::kKind), captions.Text(text::kTarget)});
   for (const Connection& connection : connections) {
     auto* row = new QTreeWidgetItem(list, {QString::fromStdString(connection.name),
                                            frmConnection::KindText(messages, connection.kind),
                                            QString::fromStdString(connection.Target())});
-    if (LowerAscii(connection.name) == LowerAscii(preselected)) list->setCurrentItem(row);
+    if (SameText(connection.name, preselected)) list->setCurrentItem(row);
   }
   if (list->currentItem() == nullptr) list->setCurrentItem(list->topLevelItem(0));
   list->header()->resizeSections(QHeaderView::ResizeToContents);
@@ -45,16 +42,17 @@ std::string ChooseConnection(QWidget* parent, const Messages& messages,
                              const std::vector<Connection>& connections,
                              const std::string& preselected, const std::string& reason) {
   QDialog dialog(parent);
-  dialog.setWindowTitle(Text(messages, text::kSelectConnection));
+  const Captions captions(messages);
+  dialog.setWindowTitle(captions.Text(text::kSelectConnection));
   auto* why = new QLabel(QString::fromStdString(reason).trimmed());
   why->setTextFormat(Qt::PlainText);
   why->setWordWrap(true);
   why->setVisible(!why->text().isEmpty());
   auto* list = ConnectionList(messages, connections, preselected);
   auto* buttons = new QDialogButtonBox;
-  auto* ok = buttons->addButton(Text(messages, text::kOk), QDialogButtonBox::AcceptRole);
+  auto* ok = buttons->addButton(captions.Text(text::kOk), QDialogButtonBox::AcceptRole);
   ok->setDefault(true);
-  buttons->addButton(Text(messages, text::kCancel), QDialogButtonBox::RejectRole);
+  buttons->addButton(captions.Text(text::kCancel), QDialogButtonBox::RejectRole);
 
   auto* layout = new QVBoxLayout(&dialog);
   layout->addWidget(why);

@@ -11,23 +11,13 @@
 #include <QSerialPortInfo>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <utility>
 
 #include "base/texts.h"
-#include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
 
 namespace {
-
-constexpr std::pair<const char*, int> kKinds[] = {
-    {"simulator", text::kKindSimulator}, {"tcp", text::kKindTcp}, {"serial", text::kKindSerial}};
-constexpr std::pair<const char*, int> kParities[] = {{"none", text::kParityNone},
-                                                     {"even", text::kParityEven},
-                                                     {"odd", text::kParityOdd},
-                                                     {"mark", text::kParityMark},
-                                                     {"space", text::kParitySpace}};
 
 /// The name by which an adapter is found again at whatever socket it is plugged in; the path itself
 /// where there is none.
@@ -49,7 +39,7 @@ void Choose(QComboBox& box, const std::string& value) {
 frmConnection::frmConnection(QWidget* parent, const Messages& messages,
                              const Connections& connections)
     : QDialog(parent),
-      messages_(messages),
+      captions_(messages),
       connections_(connections),
       form_(new QFormLayout),
       edtName(Named(new QLineEdit, "edtName")),
@@ -62,8 +52,7 @@ frmConnection::frmConnection(QWidget* parent, const Messages& messages,
       cmbParity(Named(new QComboBox, "cmbParity")),
       cmbStopBits(Named(new QComboBox, "cmbStopBits")),
       lblProblem(Named(new QLabel, "lblProblem")),
-      ButOK(Named(new QPushButton(Text(text::kOk)), "ButOK")),
-      butCancel(Named(new QPushButton(Text(text::kCancel)), "butCancel")) {
+      ButOK(captions_.Button("ButOK", text::kOk, [this] { accept(); })) {
   setObjectName(QStringLiteral("frmConnection"));
   FillChoices();
   FillDevices();
@@ -74,24 +63,21 @@ frmConnection::frmConnection(QWidget* parent, const Messages& messages,
   for (QComboBox* box : {cmbKind, cmbDevice, cmbBaud}) {
     connect(box, &QComboBox::currentTextChanged, this, &frmConnection::Check);
   }
-  connect(ButOK, &QPushButton::clicked, this, &QDialog::accept);
-  connect(butCancel, &QPushButton::clicked, this, &QDialog::reject);
-}
-
-QString frmConnection::Text(int id) const {
-  return QString::fromStdString(messages_.Caption(id));
 }
 
 QString frmConnection::KindText(const Messages& messages, const std::string& kind) {
-  const auto found = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                  [&](const auto& known) { return known.first == kind; });
-  return QString::fromStdString(found == std::end(kKinds) ? kind : messages.Caption(found->second));
+  const Choice<ConnectionKind>* chosen = Chosen(kConnectionKinds, kind);
+  return QString::fromStdString(chosen == nullptr ? kind : messages.Caption(chosen->caption));
 }
 
 void frmConnection::FillChoices() {
-  for (const auto& [kind, id] : kKinds) cmbKind->addItem(Text(id), QLatin1String(kind));
-  for (const auto& [parity, id] : kParities) cmbParity->addItem(Text(id), QLatin1String(parity));
-  for (const char* bits : {"1", "1.5", "2"}) {
+  for (const auto& kind : kConnectionKinds) {
+    cmbKind->addItem(captions_.Text(kind.caption), QLatin1String(kind.stored));
+  }
+  for (const auto& parity : kParities) {
+    cmbParity->addItem(captions_.Text(parity.caption), QLatin1String(parity.stored));
+  }
+  for (const char* bits : kStopBits) {
     cmbStopBits->addItem(QLatin1String(bits), QLatin1String(bits));
   }
   for (const int baud : {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}) {
@@ -115,22 +101,19 @@ void frmConnection::FillDevices() {
   }
 }
 
-void frmConnection::AddRow(int id, QWidget* field) {
-  auto* label = new QLabel(Text(id));
-  label->setBuddy(field);
-  form_->addRow(label, field);
-}
-
 void frmConnection::Arrange() {
-  AddRow(text::kFieldName, edtName);
-  AddRow(text::kFieldKind, cmbKind);
-  AddRow(text::kFieldHost, edtHost);
-  AddRow(text::kFieldPort, edtPort);
-  AddRow(text::kFieldDevice, cmbDevice);
+  const auto addRow = [this](int id, QWidget* field) {
+    form_->addRow(captions_.Label(id, field), field);
+  };
+  addRow(text::kFieldName, edtName);
+  addRow(text::kFieldKind, cmbKind);
+  addRow(text::kFieldHost, edtHost);
+  addRow(text::kFieldPort, edtPort);
+  addRow(text::kFieldDevice, cmbDevice);
   form_->addRow(new QLabel, lblDevice);
-  AddRow(text::kFieldBaud, cmbBaud);
-  AddRow(text::kFieldParity, cmbParity);
-  AddRow(text::kFieldStopBits, cmbStopBits);
+  addRow(text::kFieldBaud, cmbBaud);
+  addRow(text::kFieldParity, cmbParity);
+  addRow(text::kFieldStopBits, cmbStopBits);
   // What an adapter calls itself is cut, not a reason for a wider dialog.
   lblDevice->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   for (QLabel* label : {lblDevice, lblProblem}) label->setTextFormat(Qt::PlainText);
@@ -141,7 +124,8 @@ void frmConnection::Arrange() {
 
   auto* buttons = new QDialogButtonBox;
   buttons->addButton(ButOK, QDialogButtonBox::AcceptRole);
-  buttons->addButton(butCancel, QDialogButtonBox::RejectRole);
+  buttons->addButton(captions_.Button("butCancel", text::kCancel, [this] { reject(); }),
+                     QDialogButtonBox::RejectRole);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(form_);
   layout->addWidget(lblProblem);
@@ -180,16 +164,16 @@ Connection frmConnection::Data() const {
 
 void frmConnection::Check() {
   const Connection given = Data();
-  for (QWidget* field : {edtHost, edtPort}) form_->setRowVisible(field, given.kind == "tcp");
-  const bool serial = given.kind == "serial";
+  const bool tcp = given.Is(ConnectionKind::kTcp);
+  for (QWidget* field : {edtHost, edtPort}) form_->setRowVisible(field, tcp);
+  const bool serial = given.Is(ConnectionKind::kSerial);
   for (QComboBox* field : {cmbDevice, cmbBaud, cmbParity, cmbStopBits}) {
     form_->setRowVisible(field, serial);
   }
   lblDevice->setText(cmbDevice->itemData(cmbDevice->findText(cmbDevice->currentText())).toString());
   form_->setRowVisible(lblDevice, serial && !lblDevice->text().isEmpty());
   const int problem = connections_.Problem(given, before_);
-  lblProblem->setText(problem == 0 ? QString()
-                                   : QString::fromStdString(messages_.Filled(problem, given.name)));
+  lblProblem->setText(problem == 0 ? QString() : captions_.Filled(problem, given.name));
   ButOK->setEnabled(problem == 0);
 }
 
@@ -197,9 +181,10 @@ std::optional<Connection> frmConnection::DoDialog(QWidget* parent, const Message
                                                   const Connections& connections,
                                                   const std::optional<Connection>& before) {
   frmConnection dialog(parent, messages, connections);
-  dialog.setWindowTitle(dialog.Text(before ? text::kChangeConnection : text::kNewConnection));
+  dialog.setWindowTitle(
+      dialog.captions_.Text(before ? text::kChangeConnection : text::kNewConnection));
   Connection shown;
-  shown.kind = "tcp";
+  shown.kind = StoredAs(ConnectionKind::kTcp);
   if (before) shown = *before;
   dialog.before_ = before ? before->name : std::string();
   dialog.Show(shown);

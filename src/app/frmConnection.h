@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/messages.h"
+#include "widgets/captions.h"
 #include "wire/connections.h"
 
 class QComboBox;
@@ -29,9 +30,7 @@ class frmConnection : public QDialog {
 
  private:
   frmConnection(QWidget* parent, const Messages& messages, const Connections& connections);
-  QString Text(int id) const;
   void Arrange();
-  void AddRow(int id, QWidget* field);
   void FillChoices();
   void FillDevices();
   void Show(const Connection& connection);
@@ -39,7 +38,7 @@ class frmConnection : public QDialog {
   /// Shows the rows of the kind, what is wrong with the data, and whether they can be taken.
   void Check();
 
-  const Messages& messages_;
+  Captions captions_;
   const Connections& connections_;
   std::string before_;  // the name of the connection that is changed; empty for a new one
 
@@ -55,7 +54,6 @@ class frmConnection : public QDialog {
   QComboBox* cmbStopBits;
   QLabel* lblProblem;
   QPushButton* ButOK;
-  QPushButton* butCancel;
 };
 
 }  // namespace ostrel

@@ -14,7 +14,6 @@
 #include "app/frmConnection.h"
 #include "base/text.h"
 #include "base/texts.h"
-#include "widgets/named.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
@@ -23,26 +22,23 @@ namespace {
 
 constexpr int kGap = 12;  // between the columns, in pixels
 
-bool Same(const std::string& left, const std::string& right) {
-  return LowerAscii(left) == LowerAscii(right);
-}
-
 }  // namespace
 
-frmConnections::frmConnections(QWidget* parent, Service& service)
+frmConnections::frmConnections(QWidget* parent, const Desk& desk, ConnectionTest& tester)
     : QDialog(parent),
-      service_(service),
-      connections_(service.Settings()),
+      desk_(desk),
+      tester_(tester),
+      captions_(desk.texts),
+      connections_(desk.settings),
       lstConnections(Named(new QTreeWidget, "lstConnections")),
       txtResult(Named(new QPlainTextEdit, "txtResult")),
-      butAdd(Button("butAdd", text::kAdd, &frmConnections::Add)),
-      butChange(Button("butChange", text::kChange, &frmConnections::Change)),
-      butRemove(Button("butRemove", text::kRemove, &frmConnections::Remove)),
-      butTest(Button("butTest", text::kTest, &frmConnections::Test)),
-      butUse(Button("butUse", text::kUse, &frmConnections::Use)),
-      butClose(Button("butClose", text::kClose, &frmConnections::reject)) {
+      butAdd(captions_.Button("butAdd", text::kAdd, [this] { Add(); })),
+      butChange(captions_.Button("butChange", text::kChange, [this] { Change(); })),
+      butRemove(captions_.Button("butRemove", text::kRemove, [this] { Remove(); })),
+      butTest(captions_.Button("butTest", text::kTest, [this] { Test(); })),
+      butUse(captions_.Button("butUse", text::kUse, [this] { Use(); })) {
   setObjectName(QStringLiteral("frmConnections"));
-  setWindowTitle(Text(text::kConnectionsTitle));
+  setWindowTitle(captions_.Text(text::kConnectionsTitle));
   Arrange();
   connect(lstConnections, &QTreeWidget::currentItemChanged, this, &frmConnections::EnableButtons);
   connect(lstConnections, &QTreeWidget::itemDoubleClicked, butChange, &QPushButton::click);
@@ -52,25 +48,11 @@ frmConnections::frmConnections(QWidget* parent, Service& service)
   Fill(connections_.Current());
 }
 
-QString frmConnections::Text(int id) const {
-  return QString::fromStdString(service_.Texts().Caption(id));
-}
-
-QPushButton* frmConnections::Button(const char* name, int id, void (frmConnections::*command)()) {
-  auto* button = Named(new QPushButton(Text(id)), name);
-  connect(button, &QPushButton::clicked, this, command);
-  return button;
-}
-
 void frmConnections::Arrange() {
-  auto* listLabel = new QLabel(Text(text::kConnectionList));
-  listLabel->setBuddy(lstConnections);
   lstConnections->setRootIsDecorated(false);
   lstConnections->setAllColumnsShowFocus(true);
-  lstConnections->setHeaderLabels(
-      {Text(text::kName), Text(text::kKind), Text(text::kTarget), Text(text::kState)});
-  auto* resultLabel = new QLabel(Text(text::kTestResult));
-  resultLabel->setBuddy(txtResult);
+  lstConnections->setHeaderLabels({captions_.Text(text::kName), captions_.Text(text::kKind),
+                                   captions_.Text(text::kTarget), captions_.Text(text::kState)});
   txtResult->setReadOnly(true);
   txtResult->setTabChangesFocus(true);
   txtResult->setFixedHeight(8 * fontMetrics().lineSpacing());
@@ -86,11 +68,11 @@ void frmConnections::Arrange() {
   list->addLayout(buttons);
   auto* end = new QHBoxLayout;
   end->addStretch();
-  end->addWidget(butClose);
+  end->addWidget(captions_.Button("butClose", text::kClose, [this] { reject(); }));
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(listLabel);
+  layout->addWidget(captions_.Label(text::kConnectionList, lstConnections));
   layout->addLayout(list, 1);
-  layout->addWidget(resultLabel);
+  layout->addWidget(captions_.Label(text::kTestResult, txtResult));
   layout->addWidget(txtResult);
   layout->addLayout(end);
   resize(760, 500);
@@ -98,17 +80,17 @@ void frmConnections::Arrange() {
 
 void frmConnections::Fill(const std::string& selected) {
   const std::string current = connections_.Current();
-  const std::string open = service_.ServerLink().ConnectionName();
+  const std::string open = desk_.session.ConnectionName();
   lstConnections->clear();
   for (const Connection& connection : connections_.List()) {
     QStringList state;
-    if (Same(connection.name, current)) state.append(Text(text::kIsCurrent));
-    if (Same(connection.name, open)) state.append(Text(text::kIsOpen));
+    if (SameText(connection.name, current)) state.append(captions_.Text(text::kIsCurrent));
+    if (SameText(connection.name, open)) state.append(captions_.Text(text::kIsOpen));
     auto* row = new QTreeWidgetItem(
         lstConnections, {QString::fromStdString(connection.name),
-                         frmConnection::KindText(service_.Texts(), connection.kind),
+                         frmConnection::KindText(desk_.texts, connection.kind),
                          QString::fromStdString(connection.Target()), state.join(", ")});
-    if (Same(connection.name, selected)) lstConnections->setCurrentItem(row);
+    if (SameText(connection.name, selected)) lstConnections->setCurrentItem(row);
   }
   if (lstConnections->currentItem() == nullptr) {
     lstConnections->setCurrentItem(lstConnections->topLevelItem(0));
@@ -135,15 +117,15 @@ void frmConnections::EnableButtons() {
     button->setEnabled(one && connections_.Stored(name));
   }
   butTest->setEnabled(one);
-  butUse->setEnabled(one && !Same(name, connections_.Current()));
+  butUse->setEnabled(one && !SameText(name, connections_.Current()));
 }
 
 void frmConnections::Add() {
-  const auto added = frmConnection::DoDialog(this, service_.Texts(), connections_, std::nullopt);
+  const auto added = frmConnection::DoDialog(this, desk_.texts, connections_, std::nullopt);
   if (!added) return;
   connections_.Add(*added);
   // One that took the built-in one's name may be the open one.
-  service_.ConnectionChanged(added->name, added->name);
+  desk_.session.ConnectionChanged(added->name, added->name);
   Fill(added->name);
 }
 
@@ -151,17 +133,17 @@ void frmConnections::Change() {
   const std::string name = Selected();
   const std::optional<Connection> before = connections_.Find(name);
   if (!before) return Fill({});  // another program removed it
-  const auto changed = frmConnection::DoDialog(this, service_.Texts(), connections_, before);
+  const auto changed = frmConnection::DoDialog(this, desk_.texts, connections_, before);
   if (!changed || !connections_.Change(name, *changed)) return;
-  service_.ConnectionChanged(name, changed->name);
+  desk_.session.ConnectionChanged(name, changed->name);
   Fill(changed->name);
 }
 
 void frmConnections::Remove() {
   const std::string name = Selected();
-  if (!service_.Boxes().AskYesNo(service_.Texts().Filled(text::kRemoveConnection, name))) return;
+  if (!desk_.dialogs.AskYesNo(desk_.texts.Filled(text::kRemoveConnection, name))) return;
   connections_.Remove(name);
-  service_.ConnectionChanged(name, {});
+  desk_.session.ConnectionChanged(name, {});
   Fill({});
 }
 
@@ -170,29 +152,28 @@ void frmConnections::Test() {
   const QPointer<QWidget> focus = QApplication::focusWidget();
   testing_ = true;
   EnableButtons();
-  txtResult->setPlainText(
-      QString::fromStdString(service_.Texts().Filled(text::kTesting, VisibleLine(name))));
-  const ConnectionTestResult result = service_.Tester().Run(name);
+  txtResult->setPlainText(captions_.Filled(text::kTesting, VisibleLine(name)));
+  const ConnectionTestResult result = tester_.Run(name);
   testing_ = false;
   EnableButtons();
   if (!isVisible()) return;  // closed meanwhile
-  txtResult->setPlainText(QString::fromStdString(ConnectionTestText(result, service_.Texts())));
+  txtResult->setPlainText(QString::fromStdString(ConnectionTestText(result, desk_.texts)));
   if (focus && focus->isEnabled()) focus->setFocus();
 }
 
 void frmConnections::Use() {
   const std::string name = Selected();
-  service_.ConnectionUse(name);
+  desk_.session.ConnectionUse(name);
   Fill(name);
 }
 
 void frmConnections::reject() {
-  service_.Tester().GiveUp();
+  tester_.GiveUp();
   QDialog::reject();
 }
 
-void frmConnections::DoDialog(QWidget* parent, Service& service) {
-  frmConnections dialog(parent, service);
+void frmConnections::DoDialog(QWidget* parent, const Desk& desk, ConnectionTest& tester) {
+  frmConnections dialog(parent, desk, tester);
   RunModal(dialog);
 }
 

@@ -3,7 +3,9 @@
 #include <QDialog>
 #include <string>
 
-#include "app/service.h"
+#include "link/connection_test.h"
+#include "device/desk.h"
+#include "widgets/captions.h"
 #include "wire/connections.h"
 
 class QPlainTextEdit;
@@ -16,15 +18,13 @@ namespace ostrel {
 class frmConnections : public QDialog {
  public:
   /// Returns when the user closes it.
-  static void DoDialog(QWidget* parent, Service& service);
+  static void DoDialog(QWidget* parent, const Desk& desk, ConnectionTest& tester);
 
   /// Also ends a test that is going on.
   void reject() override;
 
  private:
-  frmConnections(QWidget* parent, Service& service);
-  QString Text(int id) const;
-  QPushButton* Button(const char* name, int id, void (frmConnections::*command)());
+  frmConnections(QWidget* parent, const Desk& desk, ConnectionTest& tester);
   void Arrange();
   /// Shows the stored connections with this one selected.
   void Fill(const std::string& selected);
@@ -37,7 +37,9 @@ class frmConnections : public QDialog {
   void Test();
   void Use();
 
-  Service& service_;
+  const Desk desk_;
+  ConnectionTest& tester_;
+  Captions captions_;
   Connections connections_;
   bool testing_ = false;
 
@@ -48,7 +50,6 @@ class frmConnections : public QDialog {
   QPushButton* butRemove;
   QPushButton* butTest;
   QPushButton* butUse;
-  QPushButton* butClose;
 };
 
 }  // namespace ostrel

@@ -3,10 +3,9 @@
 #include <QMainWindow>
 #include <functional>
 #include <string>
-#include <vector>
 
-#include "app/service.h"
-#include "widgets/page.h"
+#include "app/program.h"
+#include "widgets/captions.h"
 #include "widgets/scheme.h"
 #include "widgets/window_dialogs.h"
 
@@ -14,18 +13,17 @@ class QLabel;
 class QLineEdit;
 class QMenu;
 class QPushButton;
-class QStackedWidget;
 class QTimer;
-class QTreeWidget;
-class QTreeWidgetItem;
 class QVBoxLayout;
 
 namespace ostrel {
 
+class frmPages;
+
 /// The main window: the selected device, the pages, and the end of the program.
 class frmMain : public QMainWindow {
  public:
-  frmMain(Service& service, WindowDialogs& dialogs, Scheme scheme);
+  frmMain(Program& program, WindowDialogs& dialogs, Scheme scheme);
   ~frmMain() override;
 
   /// Lets the user choose a station and makes it the selected device.
@@ -55,21 +53,16 @@ class frmMain : public QMainWindow {
  private:
   // frmMain_build.cpp
   void BuildHeader(QVBoxLayout& rows);
-  void BuildTree(QVBoxLayout& rows);
   void BuildMenus(Scheme scheme);
   void AddSchemes(QMenu& menu, Scheme current);
   void AddLanguages(QMenu& menu);
   void BuildStatusBar();
-  QLabel* Banner(int id, const QColor& back, const QColor& front);
-  void AddLogSwitch(QMenu& menu);
+  QLabel* Banner(const char* name, int id, const QColor& back, const QColor& front);
   QMenu* AddMenu(int id);
-  QAction* AddCommand(QMenu& menu, int id, const QKeySequence& keys, void (frmMain::*command)());
-  void OnLanguage(int id, std::function<void(const QString&)> set);
-  void Captions();
+  void AddCommand(QMenu& menu, const char* name, int id, const QKeySequence& keys,
+                  std::function<void()> command);
   // frmMain_end.cpp
   void RestorePlacement();
-  void KeepUnsaved(bool unasked);
-  void Quit();
   void KeepPlacement();
   void End(bool asks);
 
@@ -77,32 +70,15 @@ class frmMain : public QMainWindow {
   void Run(const std::function<void()>& operation);
   void EnableCommands();
   void RefreshAfterDevChange();
-  void RefreshGlobal();
   void CurrentDevShow();
   void ShowConnection();
   bool Idle() const;
-  void PollPages(int intervalMs);
-  void AddPages();
-  void ShowPage(int index);
-  void ReadPage();
-  void ReopenConnection();
   void ChangeLanguage(const std::string& code);
-  QString Text(int id) const;
 
-  /// A caption that follows the language.
-  struct Caption {
-    int id;
-    std::function<void(const QString&)> set;
-  };
-
-  Service& service_;
+  Program& program_;
+  const Desk desk_;
   WindowDialogs& dialogs_;
-  // By index of the table of pages.
-  std::vector<Page*> pages_;  // null until shown
-  std::vector<QTreeWidgetItem*> items_;
-  std::vector<int> pollMs_;  // since the page was read last
-  int shown_ = 0;
-  std::vector<Caption> captions_;
+  Captions captions_;
   LinkState shownState_ = LinkState::kNoServer;
   bool shownLost_ = false;
   bool running_ = false;
@@ -118,16 +94,11 @@ class frmMain : public QMainWindow {
   QLineEdit* edtTyp = nullptr;
   QLabel* lblModel = nullptr;
   QPushButton* butDeviceSelect = nullptr;
-  QTreeWidget* tvwPages = nullptr;
-  QStackedWidget* stack_ = nullptr;
-  QLabel* lblNoPage = nullptr;  // shown instead of a page that the model does not have
+  frmPages* pages_ = nullptr;
   QTimer* tmrAlive = nullptr;
   QLabel* lblConnection = nullptr;
   QLabel* lblSimulation = nullptr;
-  QAction* mnuDeviceSelect = nullptr;
-  QAction* mnuRead = nullptr;
-  QAction* mnuReopen = nullptr;
-  QAction* mnuConnections = nullptr;
+  QList<QAction*> commands_;  // of the menus; disabled while something runs
 };
 
 }  // namespace ostrel

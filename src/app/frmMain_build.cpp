@@ -1,4 +1,4 @@
-// What the main window consists of, and its captions.
+// What the main window consists of.
 
 #include <QActionGroup>
 #include <QHBoxLayout>
@@ -6,17 +6,13 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QSplitter>
-#include <QStackedWidget>
 #include <QStatusBar>
-#include <QTreeWidget>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <utility>
 
 #include "app/frmMain.h"
+#include "app/frmPages.h"
 #include "base/texts.h"
-#include "widgets/named.h"
 
 namespace ostrel {
 
@@ -34,12 +30,8 @@ QLineEdit* ShowingEdit(const char* name, int width) {
 
 }  // namespace
 
-void frmMain::OnLanguage(int id, std::function<void(const QString&)> set) {
-  captions_.push_back({id, std::move(set)});
-}
-
-QLabel* frmMain::Banner(int id, const QColor& back, const QColor& front) {
-  auto* label = new QLabel;
+QLabel* frmMain::Banner(const char* name, int id, const QColor& back, const QColor& front) {
+  auto* label = captions_.On(Named(new QLabel, name), id);
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setMargin(4);
@@ -53,15 +45,12 @@ QLabel* frmMain::Banner(int id, const QColor& back, const QColor& front) {
   bold.setBold(true);
   label->setFont(bold);
   label->hide();
-  OnLanguage(id, [label](const QString& text) { label->setText(text); });
   return label;
 }
 
 void frmMain::BuildHeader(QVBoxLayout& rows) {
-  lblBanner = Banner(text::kSimulatedDevices, kAmber, Qt::black);
-  lblBanner->setObjectName(QStringLiteral("lblBanner"));
-  lblOtherDevice = Banner(text::kOtherDeviceMark, kRed, Qt::white);
-  lblOtherDevice->setObjectName(QStringLiteral("lblOtherDevice"));
+  lblBanner = Banner("lblBanner", text::kSimulatedDevices, kAmber, Qt::black);
+  lblOtherDevice = Banner("lblOtherDevice", text::kOtherDeviceMark, kRed, Qt::white);
   for (QLabel* banner : {lblBanner, lblOtherDevice}) rows.addWidget(banner);
   edtKennName = ShowingEdit("edtKennName", 190);
   edtTyp = ShowingEdit("edtTyp", 90);
@@ -69,10 +58,8 @@ void frmMain::BuildHeader(QVBoxLayout& rows) {
   lblModel->setTextFormat(Qt::PlainText);
   // A long text of a device is cut, not a reason for a wider window.
   lblModel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  butDeviceSelect = Named(new QPushButton, "butDeviceSelect");
-  connect(butDeviceSelect, &QPushButton::clicked, this, &frmMain::DeviceSelect);
-  OnLanguage(text::kSelectDeviceButton,
-             [this](const QString& text) { butDeviceSelect->setText(text); });
+  butDeviceSelect =
+      captions_.Button("butDeviceSelect", text::kSelectDeviceButton, [this] { DeviceSelect(); });
 
   auto* header = new QHBoxLayout;
   const auto addCaptioned = [&](int id, QLineEdit* edit) {
@@ -81,7 +68,7 @@ void frmMain::BuildHeader(QVBoxLayout& rows) {
     header->addWidget(edit);
     header->addSpacing(8);
     // The letter that the caption underlines elsewhere belongs to the button here.
-    OnLanguage(id, [label](QString text) { label->setText(text.remove(QLatin1Char('&')) + ':'); });
+    captions_.Add([=, this] { label->setText(captions_.Plain(id) + ':'); });
   };
   addCaptioned(text::kDevice, edtKennName);
   addCaptioned(text::kType, edtTyp);
@@ -90,66 +77,44 @@ void frmMain::BuildHeader(QVBoxLayout& rows) {
   rows.addLayout(header);
 }
 
-void frmMain::BuildTree(QVBoxLayout& rows) {
-  tvwPages = Named(new QTreeWidget, "tvwPages");
-  tvwPages->setHeaderHidden(true);
-  tvwPages->setMinimumWidth(120);
-  stack_ = new QStackedWidget;
-  lblNoPage = Named(new QLabel, "lblNoPage");
-  lblNoPage->setTextFormat(Qt::PlainText);
-  lblNoPage->setAlignment(Qt::AlignCenter);
-  lblNoPage->setWordWrap(true);
-  stack_->addWidget(lblNoPage);
-  auto* splitter = new QSplitter;
-  splitter->addWidget(tvwPages);
-  splitter->addWidget(stack_);
-  splitter->setStretchFactor(1, 1);
-  splitter->setSizes({240, 710});
-  splitter->setChildrenCollapsible(false);
-  rows.addWidget(splitter, 1);
-}
-
 QMenu* frmMain::AddMenu(int id) {
   QMenu* menu = menuBar()->addMenu(QString());
-  OnLanguage(id, [menu](const QString& text) { menu->setTitle(text); });
+  captions_.Add([=, this] { menu->setTitle(captions_.Text(id)); });
   return menu;
 }
 
-QAction* frmMain::AddCommand(QMenu& menu, int id, const QKeySequence& keys,
-                             void (frmMain::*command)()) {
-  QAction* action = menu.addAction(QString());
+void frmMain::AddCommand(QMenu& menu, const char* name, int id, const QKeySequence& keys,
+                         std::function<void()> command) {
+  QAction* action = captions_.On(Named(menu.addAction(QString()), name), id);
   action->setShortcut(keys);
-  connect(action, &QAction::triggered, this, command);
-  OnLanguage(id, [action](const QString& text) { action->setText(text); });
-  return action;
+  connect(action, &QAction::triggered, this, std::move(command));
+  commands_.append(action);
 }
 
 void frmMain::BuildMenus(Scheme scheme) {
   QMenu* program = AddMenu(text::kMenuProgram);
-  mnuDeviceSelect =
-      AddCommand(*program, text::kSelectDeviceButton, QKeySequence::Open, &frmMain::DeviceSelect);
-  mnuRead = AddCommand(*program, text::kReadPage, Qt::Key_F5, &frmMain::ReadPage);
-  mnuReopen = AddCommand(*program, text::kReopenConnection, {}, &frmMain::ReopenConnection);
-  mnuReopen->setObjectName(QStringLiteral("mnuReopen"));
+  AddCommand(*program, "mnuDeviceSelect", text::kSelectDeviceButton, QKeySequence::Open,
+             [this] { DeviceSelect(); });
+  AddCommand(*program, "mnuRead", text::kReadPage, Qt::Key_F5, [this] { pages_->Read(); });
+  AddCommand(*program, "mnuReopen", text::kReopenConnection, {},
+             [this] { Run([this] { desk_.session.ConnectionReselect(); }); });
   program->addSeparator();
-  mnuConnections = AddCommand(*program, text::kMenuConnections, {}, &frmMain::ShowConnections);
+  AddCommand(*program, "mnuConnections", text::kMenuConnections, {}, [this] { ShowConnections(); });
   program->addSeparator();
-  AddLogSwitch(*program);
+  QAction* log =
+      captions_.On(Named(program->addAction(QString()), "mnuServiceLog"), text::kServiceLog);
+  log->setCheckable(true);
+  log->setChecked(program_.Log().Active());
+  connect(log, &QAction::triggered, this,
+          [this](bool on) { program_.Log().Switch(desk_.settings, on); });
   program->addSeparator();
-  AddCommand(*program, text::kMenuQuit, QKeySequence(Qt::CTRL | Qt::Key_Q), &frmMain::Quit);
+  QAction* quit = captions_.On(program->addAction(QString()), text::kMenuQuit);
+  quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+  connect(quit, &QAction::triggered, this, [this] { close(); });
   QMenu* view = AddMenu(text::kMenuView);
   AddSchemes(*view, scheme);
   view->addSeparator();
   AddLanguages(*view);
-}
-
-void frmMain::AddLogSwitch(QMenu& menu) {
-  QAction* action = menu.addAction(QString());
-  action->setObjectName(QStringLiteral("mnuServiceLog"));
-  action->setCheckable(true);
-  action->setChecked(service_.Log().Active());
-  connect(action, &QAction::triggered, this, [this](bool on) { service_.SwitchLog(on); });
-  OnLanguage(text::kServiceLog, [action](const QString& text) { action->setText(text); });
 }
 
 void frmMain::AddSchemes(QMenu& menu, Scheme current) {
@@ -157,13 +122,12 @@ void frmMain::AddSchemes(QMenu& menu, Scheme current) {
   for (const auto& [scheme, id] : {std::pair{Scheme::kSystem, text::kSchemeSystem},
                                    std::pair{Scheme::kLight, text::kSchemeLight},
                                    std::pair{Scheme::kDark, text::kSchemeDark}}) {
-    QAction* action = group->addAction(menu.addAction(QString()));
+    QAction* action = captions_.On(group->addAction(menu.addAction(QString())), id);
     action->setCheckable(true);
     action->setChecked(scheme == current);
-    OnLanguage(id, [action](const QString& text) { action->setText(text); });
     connect(action, &QAction::triggered, this, [this, chosen = scheme] {
       ApplyScheme(chosen);
-      service_.Settings().WriteProgram("Ostrel", "Misc", "Scheme", SchemeName(chosen));
+      desk_.settings.WriteProgram("Ostrel", "Misc", "Scheme", SchemeName(chosen));
     });
   }
 }
@@ -176,13 +140,13 @@ void frmMain::AddLanguages(QMenu& menu) {
     QAction* action = group->addAction(menu.addAction(QString::fromUtf8(name)));
     action->setCheckable(true);
     action->setObjectName(QStringLiteral("mnuLanguage_") + QLatin1String(code));
-    action->setChecked(service_.Languages().Current() == code);
+    action->setChecked(program_.Languages().Current() == code);
     connect(action, &QAction::triggered, this, [this, chosen = code] { ChangeLanguage(chosen); });
   }
 }
 
 void frmMain::BuildStatusBar() {
-  lblSimulation = Banner(text::kSimulationMark, kAmber, Qt::black);
+  lblSimulation = Banner("lblSimulation", text::kSimulationMark, kAmber, Qt::black);
   lblSimulation->setMargin(1);
   lblConnection = Named(new QLabel, "lblConnection");
   lblConnection->setTextFormat(Qt::PlainText);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/frmMain.h"
+#include "app/frmPages.h"
 #include "app/placement.h"
 
 namespace ostrel {
@@ -20,7 +21,7 @@ constexpr std::string_view kWindow = "frmMain";
 
 void frmMain::RestorePlacement() {
   resize(960, 640);
-  const auto stored = LoadPlacement(service_.Settings(), kApplication, kWindow);
+  const auto stored = LoadPlacement(desk_.settings, kApplication, kWindow);
   if (!stored) return;
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect area = screen->availableGeometry();
@@ -37,7 +38,7 @@ void frmMain::KeepPlacement() {
   const bool large = isMaximized() || isFullScreen();
   const QPoint frame = geometry().topLeft() - frameGeometry().topLeft();
   const QRect place = large ? normalGeometry().translated(-frame) : QRect(pos(), size());
-  SavePlacement(service_.Settings(), kApplication, kWindow,
+  SavePlacement(desk_.settings, kApplication, kWindow,
                 {place.left(), place.top(), place.width(), place.height()}, isMinimized());
 }
 
@@ -53,10 +54,10 @@ void frmMain::End(bool asks) {
   asks_ = asks_ && asks;
   // A second time as well: that also ends what the end itself asks.
   dialogs_.Silence();
-  service_.ServerLink().GiveUp();
+  desk_.session.GiveUp();
   if (std::exchange(ending_, true)) return;
   tmrAlive->stop();
-  KeepUnsaved(!asks_);
+  pages_->KeepUnsaved(!asks_);
   KeepPlacement();
   hide();
   QCoreApplication::exit(0);
@@ -66,33 +67,21 @@ void frmMain::SessionEnds() {
   sessionEnds_ = true;
   if (ending_) return BeendenQuietly();
   KeepPlacement();
-  KeepUnsaved(true);
-  service_.KeepPeriod();
-}
-
-void frmMain::KeepUnsaved(bool unasked) {
-  for (Page* page : pages_) {
-    if (page != nullptr) page->KeepUnsaved(unasked);
-  }
+  pages_->KeepUnsaved(true);
+  program_.KeepPeriod();
 }
 
 void frmMain::Finish() {
   if (!ending_) BeendenQuietly();
   if (asks_) {
     dialogs_.Speak();
-    service_.ServerLink().GiveUp(false);
+    desk_.session.GiveUp(false);
   }
-  service_.Beenden(asks_);
-}
-
-void frmMain::Quit() {
-  close();
+  program_.Beenden(asks_);
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-  for (Page* page : pages_) {
-    if (page != nullptr && !ending_ && !page->MayClose()) return event->ignore();
-  }
+  if (!ending_ && !pages_->MayClose()) return event->ignore();
   Beenden();
   event->accept();
 }

@@ -61,27 +61,24 @@ frmSelect::frmSelect(QWidget* parent, const Messages& messages, StationList& lis
     : QDialog(parent),
       messages_(messages),
       list_(list),
+      captions_(messages),
       txtVerbindung(Named(new QLineEdit, "txtVerbindung")),
       butConnection(Named(new QPushButton, "butConnection")),
-      stationsLabel_(new QLabel),
-      typeLabel_(new QLabel),
       lstStations(Named(new StationBox, "lstStations")),
       txtStation(Named(new QLineEdit, "txtStation")),
-      ButOK(Named(new QPushButton, "ButOK")),
-      butCancel(Named(new QPushButton, "butCancel")),
-      butHelp(Named(new QPushButton, "butHelp")) {
+      ButOK(captions_.Button("ButOK", text::kOk, [this] { accept(); })),
+      butHelp(captions_.Button("butHelp", text::kHelp,
+                               [this] { messages_.Show(text::kHelpStations); })) {
   setObjectName(QStringLiteral("frmSelect"));
   Arrange();
-  connect(ButOK, &QPushButton::clicked, this, &QDialog::accept);
-  connect(butCancel, &QPushButton::clicked, this, &frmSelect::reject);
   connect(butConnection, &QPushButton::clicked, this, &frmSelect::ChangeConnection);
-  connect(butHelp, &QPushButton::clicked, this, [this] { messages_.Show(text::kHelpStations); });
   connect(lstStations, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
   connect(lstStations, &QListWidget::currentRowChanged, this, &frmSelect::ShowStation);
 }
 
 void frmSelect::Arrange() {
-  stationsLabel_->setBuddy(lstStations);
+  butConnection->setText(captions_.Text(text::kConnection) + QStringLiteral(" ..."));
+  txtVerbindung->setAccessibleName(captions_.Plain(text::kConnection));
   for (QLineEdit* edit : {txtVerbindung, txtStation}) edit->setReadOnly(true);
   lstStations->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   ButOK->setDefault(true);
@@ -90,36 +87,26 @@ void frmSelect::Arrange() {
   auto* connection = new QHBoxLayout;
   connection->addWidget(txtVerbindung);
   connection->addWidget(butConnection);
-  auto* captions = new QHBoxLayout;
+  auto* headings = new QHBoxLayout;
   // Above the columns of the list.
   const QFontMetrics list(lstStations->font());
-  stationsLabel_->setMinimumWidth(list.horizontalAdvance(QString(12, QLatin1Char('0'))));
-  captions->addWidget(stationsLabel_);
-  captions->addWidget(typeLabel_, 1);
+  QLabel* stations = captions_.Label(text::kDevice, lstStations);
+  stations->setMinimumWidth(list.horizontalAdvance(QString(12, QLatin1Char('0'))));
+  headings->addWidget(stations);
+  headings->addWidget(captions_.On(new QLabel, text::kType), 1);
   auto* buttons = new QDialogButtonBox;
   buttons->addButton(ButOK, QDialogButtonBox::AcceptRole);
-  buttons->addButton(butCancel, QDialogButtonBox::RejectRole);
+  buttons->addButton(captions_.Button("butCancel", text::kCancel, [this] { reject(); }),
+                     QDialogButtonBox::RejectRole);
   buttons->addButton(butHelp, QDialogButtonBox::HelpRole);
 
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(connection);
-  layout->addLayout(captions);
+  layout->addLayout(headings);
   layout->addWidget(lstStations);
   layout->addWidget(txtStation);
   layout->addWidget(buttons);
   resize(460, 400);
-}
-
-void frmSelect::Captions(int titleId) {
-  const auto caption = [this](int id) { return QString::fromStdString(messages_.Caption(id)); };
-  setWindowTitle(caption(titleId));
-  butConnection->setText(caption(text::kConnection) + QStringLiteral(" ..."));
-  txtVerbindung->setAccessibleName(caption(text::kConnection).remove(QLatin1Char('&')));
-  stationsLabel_->setText(caption(text::kDevice));
-  typeLabel_->setText(caption(text::kType));
-  ButOK->setText(caption(text::kOk));
-  butCancel->setText(caption(text::kCancel));
-  butHelp->setText(caption(text::kHelp));
 }
 
 void frmSelect::ShowRows() {
@@ -153,17 +140,17 @@ void frmSelect::SetWaiting(bool waiting) {
 void frmSelect::ChangeConnection() {
   if (waiting_) return;
   SetWaiting(true);
-  const int code = list_.ConnectionChange();
+  const std::optional<Error> error = list_.ConnectionChange();
   SetWaiting(false);
-  if (code == StationList::kEnded || code == text::kNoneRestored) {
-    code_ = code;
+  if (error && (error->told || error->code == text::kNoneRestored)) {
+    error_ = *error;
     return QDialog::reject();
   }
   if (rejected_) return QDialog::reject();
-  if (code == StationList::kUnchanged) return lstStations->setFocus();
+  if (!error) return lstStations->setFocus();
   ShowRows();
   // The list may be empty then, but another connection can be chosen.
-  if (code != 0) list_.Tell(code);
+  list_.Tell(*error);
 }
 
 void frmSelect::reject() {
@@ -172,16 +159,16 @@ void frmSelect::reject() {
 }
 
 StationChoice frmSelect::DoDialog(QWidget* parent, const Messages& messages, StationList& list,
-                                  int titleId, const std::function<int()>& fill) {
-  const int code = fill();
-  if (!StationList::Usable(code)) return {.code = code};
-  if (code != 0) list.Tell(code);
+                                  int titleId, const std::function<Error()>& fill) {
+  const Error error = fill();
+  if (!StationList::Usable(error)) return {.error = error};
+  list.Tell(error);
   frmSelect dialog(parent, messages, list);
-  dialog.Captions(titleId);
+  dialog.setWindowTitle(dialog.captions_.Text(titleId));
   dialog.ShowRows();
   const bool accepted = RunModal(dialog);
   const int row = dialog.lstStations->currentRow();
-  if (!accepted || row < 0) return {.code = dialog.code_};
+  if (!accepted || row < 0) return {.error = dialog.error_};
   return {.station = list.Rows()[static_cast<std::size_t>(row)]};
 }
 

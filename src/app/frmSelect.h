@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QDialog>
-#include <QString>
 #include <functional>
 #include <string>
 
 #include "base/messages.h"
 #include "device/station_list.h"
+#include "widgets/captions.h"
 
-class QLabel;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
@@ -17,12 +16,12 @@ namespace ostrel {
 
 /// The dialog in which the user picks one of the stations of a connection, or of another one that
 /// he changes to. All entries fill the list first; where that gives none to choose from, the dialog
-/// does not open and the code is returned.
+/// does not open and the error is returned.
 class frmSelect : public QDialog {
  public:
   /// With the list that `fill` fills, and with this message as the title.
   static StationChoice DoDialog(QWidget* parent, const Messages& messages, StationList& list,
-                                int titleId, const std::function<int()>& fill);
+                                int titleId, const std::function<Error()>& fill);
   /// With all stations that the rights allow; the one whose address is `preselected` is selected at
   /// first, else the current one.
   static StationChoice DoDialogTxtLong(QWidget* parent, const Messages& messages, StationList& list,
@@ -37,7 +36,6 @@ class frmSelect : public QDialog {
  private:
   frmSelect(QWidget* parent, const Messages& messages, StationList& list);
   void Arrange();
-  void Captions(int titleId);
   void ShowRows();
   void ShowStation(int row);
   void ChangeConnection();
@@ -45,18 +43,16 @@ class frmSelect : public QDialog {
 
   const Messages& messages_;
   StationList& list_;
-  int code_ = 0;          // with which the dialog ended
+  Captions captions_;
+  Error error_;           // with which the dialog ended
   bool waiting_ = false;  // an exchange is under way, or the user chooses a connection
   bool rejected_ = false;
 
   QLineEdit* txtVerbindung;
   QPushButton* butConnection;
-  QLabel* stationsLabel_;
-  QLabel* typeLabel_;
   QListWidget* lstStations;
   QLineEdit* txtStation;  // the selected row with its whole name
   QPushButton* ButOK;
-  QPushButton* butCancel;
   QPushButton* butHelp;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace ostrel {
 
@@ -9,6 +10,9 @@ struct LocalTime {
   int year = 1970, month = 1, day = 1;
   int hour = 0, minute = 0, second = 0;
 };
+
+/// "2024-05-06  07:08:09", two blanks between: as the logs have it.
+std::string TimeStamp(const LocalTime& time);
 
 /// Time, and the events that go on while something is awaited.
 class Clock {

@@ -78,9 +78,8 @@ std::vector<std::string> CSprachen::GetSprachenFolder() const {
 }
 
 int CSprachen::RCFaktor(std::string_view code) const {
-  const std::string lower = LowerAscii(code);
   const auto record = std::find_if(records_.begin(), records_.end(),
-                                   [&](const Record& known) { return known.code == lower; });
+                                   [&](const Record& known) { return SameText(known.code, code); });
   return record == records_.end() ? -1 : static_cast<int>(record - records_.begin());
 }
 

@@ -19,10 +19,22 @@ std::string Broken(std::string text) {
   return text;
 }
 
+std::span<const TableEntry> TableWith(int id) {
+  if (id < Second(0)) return FirstBlock();
+  if (id < Own(0)) return SecondBlock();
+  if (id < Own(kSharedTexts)) return OwnBlock();
+  static const auto kTables = FeatureTables();
+  const auto hundred = [](int number) { return number / kTextsOfAFeature; };
+  for (const auto table : kTables) {
+    if (hundred(table.front().id) == hundred(id)) return table;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string Messages::Text(int id, int factor) {
-  const auto table = id < Second(0) ? FirstBlock() : id < Own(0) ? SecondBlock() : OwnBlock();
+  const auto table = TableWith(id);
   const auto entry =
       std::lower_bound(table.begin(), table.end(), id,
                        [](const TableEntry& e, int wanted) { return e.id < wanted; });

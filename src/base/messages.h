@@ -9,7 +9,7 @@
 namespace ostrel {
 
 /// German ids of the string table: the first block (n = 0..660), the second (n = 0..323), and the
-/// texts that have no number in either.
+/// texts that have no number in either: n = 0..299 the shared ones, then a hundred a feature.
 constexpr int First(int n) {
   return 1000 + n;
 }
@@ -19,6 +19,8 @@ constexpr int Second(int n) {
 constexpr int Own(int n) {
   return 20000 + n;
 }
+inline constexpr int kSharedTexts = 300;
+inline constexpr int kTextsOfAFeature = 100;
 
 /// The message loader: texts by German id in the language whose factor is set.
 class Messages {

@@ -22,7 +22,7 @@ std::string ProgramKey(std::string_view application, std::string_view section) {
 
 std::string SubKeyOf(std::string_view key, std::string_view path) {
   const std::string prefix = SettingsPath(key, "") + '\\';
-  if (!LowerAscii(path).starts_with(LowerAscii(prefix))) return {};
+  if (!SameText(path.substr(0, prefix.size()), prefix)) return {};
   const std::string_view rest = path.substr(prefix.size());
   const std::size_t end = rest.find('\\');
   return end == std::string_view::npos ? std::string() : std::string(rest.substr(0, end));

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace ostrel {
 
@@ -18,8 +19,12 @@ std::span<const TableEntry> FirstBlock();
 std::span<const TableEntry> SecondBlock();
 std::span<const TableEntry> OwnBlock();
 
-/// What look-ups need of a block.
-constexpr bool Ascending(std::span<const TableEntry> block) {
+/// The tables of the features, one each; defined beside their list.
+std::vector<std::span<const TableEntry>> FeatureTables();
+
+/// What look-ups need of a table: its ids ascend and are some of the `count` from `first` on.
+constexpr bool Ascending(std::span<const TableEntry> block, int first, int count) {
+  if (block.empty() || block.front().id < first || block.back().id >= first + count) return false;
   for (std::size_t n = 1; n < block.size(); ++n) {
     if (block[n - 1].id >= block[n].id) return false;
   }

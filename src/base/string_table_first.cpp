@@ -93,7 +93,7 @@ constexpr TableEntry kTable[] = {
       "Login as a user with higher grants if you want to do more.",
       "Connectez-vous comme utilisateur disposant de droits plus élevés pour en faire davantage."}},
 };
-static_assert(Ascending(kTable));
+static_assert(Ascending(kTable, First(0), 1000));
 
 }  // namespace
 

@@ -243,7 +243,7 @@ constexpr TableEntry kTable[] = {
       "If the device has a SCADA connection, COM2 must be excepted from the protection.",
       "Si l'appareil a une liaison SCADA, COM2 doit être exclu de la protection."}},
 };
-static_assert(Ascending(kTable));
+static_assert(Ascending(kTable, Second(0), 1000));
 
 }  // namespace
 

@@ -1,12 +1,18 @@
 #include "base/text.h"
 
+#include <algorithm>
+
+#include "base/utf8.h"
+
 namespace ostrel {
 
 namespace {
 
-bool StartsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+char Lower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
+
+constexpr char32_t kNoCharacter = 0xFFFFFFFF;
 
 }  // namespace
 
@@ -18,10 +24,13 @@ std::string_view Trim(std::string_view text) {
 
 std::string LowerAscii(std::string_view text) {
   std::string lower(text);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  for (char& letter : lower) letter = Lower(letter);
   return lower;
+}
+
+bool SameText(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
 std::size_t CharCount(std::string_view text) {
@@ -47,19 +56,18 @@ std::string Fitted(std::string_view text, std::size_t width) {
 
 std::string VisibleLine(std::string_view text) {
   std::string visible;
-  for (std::size_t n = 0; n < text.size(); ++n) {
-    const auto byte = static_cast<unsigned char>(text[n]);
-    const auto next = n + 1 < text.size() ? static_cast<unsigned char>(text[n + 1]) : 0;
-    if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {
-      visible += "\uFFFD";  // the control characters above 127 steer terminals as well
-      ++n;
-    } else if (byte >= 32 && byte != 127) {
-      visible += text[n];
-    } else if (byte == 127) {
+  while (!text.empty()) {
+    const std::string_view before = text;
+    const char32_t character = PopCharacter(text).value_or(kNoCharacter);
+    if (character == kNoCharacter) text.remove_prefix(1);  // a byte of no character stays
+    if (character < 32) {
+      AppendCharacter(visible, 0x2400 + character);  // the pictures of the control characters
+    } else if (character == 127) {
       visible += "\u2421";
+    } else if (character >= 0x80 && character < 0xA0) {
+      visible += "\uFFFD";  // the control characters above 127 steer terminals as well
     } else {
-      visible += "\xE2\x90";  // the pictures of the control characters, U+2400..U+241F
-      visible += static_cast<char>(0x80 + byte);
+      visible += before.substr(0, before.size() - text.size());
     }
   }
   return visible;

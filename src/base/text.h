@@ -12,6 +12,9 @@ std::string_view Trim(std::string_view text);
 /// ASCII letters in lower case, all other bytes as they are.
 std::string LowerAscii(std::string_view text);
 
+/// Whether two texts are the same but for the case of ASCII letters.
+bool SameText(std::string_view left, std::string_view right);
+
 /// The number of characters (not bytes) of a UTF-8 text.
 std::size_t CharCount(std::string_view text);
 

@@ -78,7 +78,7 @@ inline constexpr int kGrant5 = Second(351);
 inline constexpr int kAccessableByAnyone = Second(354);
 inline constexpr int kExceptForScada = Second(362);
 
-// Texts without a number in either block.
+// Texts without a number in either block; those of one feature stand in its folder.
 inline constexpr int kOutOfRange = Own(1);
 inline constexpr int kUsedInstead = Own(2);
 inline constexpr int kExchangeUnderWay = Own(3);
@@ -103,8 +103,6 @@ inline constexpr int kOtherSelection = Own(22);
 inline constexpr int kNothingSent = Own(28);
 
 // Captions of windows and tables.
-inline constexpr int kTapPosition = Own(100);
-inline constexpr int kCounter = Own(101);
 inline constexpr int kAddress = Own(102);
 inline constexpr int kName = Own(103);
 inline constexpr int kVersion = Own(104);
@@ -119,8 +117,6 @@ inline constexpr int kPrograms = Own(113);
 inline constexpr int kChannels = Own(114);
 inline constexpr int kSelectDeviceButton = Own(120);
 inline constexpr int kRead = Own(121);
-inline constexpr int kDelete = Own(122);
-inline constexpr int kCopy = Own(123);
 inline constexpr int kSimulatedDevices = Own(124);
 inline constexpr int kMenuProgram = Own(125);
 inline constexpr int kMenuQuit = Own(126);
@@ -133,14 +129,15 @@ inline constexpr int kNotConnected = Own(132);
 inline constexpr int kReading = Own(133);
 inline constexpr int kReopenConnection = Own(134);
 inline constexpr int kSelectConnection = Own(135);
-inline constexpr int kChooseDeviceFirst = Own(136);
+inline constexpr int kTreeOperation = Own(137);
+inline constexpr int kTreeConfiguration = Own(138);
+inline constexpr int kConsole = Own(139);
 
 // The desktop program.
 inline constexpr int kYes = Own(160);
 inline constexpr int kNo = Own(161);
 inline constexpr int kConnectedTo = Own(162);
 inline constexpr int kSimulationMark = Own(163);
-inline constexpr int kNotReadYet = Own(164);
 inline constexpr int kReadPage = Own(165);
 
 // Connections: their list, their data, their test.
@@ -219,87 +216,5 @@ inline constexpr int kConnectionLost = Own(285);
 inline constexpr int kPageNotOnModel = Own(286);
 inline constexpr int kServiceLog = Own(287);
 inline constexpr int kReadEveryMinute = Own(288);
-
-// The console and its files.
-inline constexpr int kRow = Own(300);
-inline constexpr int kTooLong = Own(301);
-inline constexpr int kMoreRows = Own(302);
-inline constexpr int kTooManyLines = Own(303);
-inline constexpr int kRegLCommands = Own(304);
-inline constexpr int kLogNotWritten = Own(305);
-inline constexpr int kFileNotRead = Own(306);
-inline constexpr int kFileTooLarge = Own(307);
-inline constexpr int kFileNoText = Own(308);
-inline constexpr int kSavedAsUtf8 = Own(309);
-inline constexpr int kNoLineHolds = Own(318);
-
-// Users and rights.
-inline constexpr int kPasswordProblem = Own(340);
-inline constexpr int kRemovePassword = Own(341);
-inline constexpr int kSendAnyway = Own(342);
-inline constexpr int kMasterPassword = Own(343);
-inline constexpr int kTreeConfiguration = Own(344);
-inline constexpr int kUser = Own(345);
-inline constexpr int kPassword = Own(346);
-inline constexpr int kGrant = Own(347);
-inline constexpr int kTimeoutMinutes = Own(348);
-inline constexpr int kIsSet = Own(349);
-inline constexpr int kLoggedIn = Own(350);
-inline constexpr int kGrantInForce = Own(351);
-inline constexpr int kLogIn = Own(352);
-inline constexpr int kLogOut = Own(353);
-inline constexpr int kSetPassword = Own(354);
-inline constexpr int kSendSettings = Own(355);
-inline constexpr int kUnprotect = Own(356);
-inline constexpr int kSendExceptions = Own(357);
-inline constexpr int kFieldUsers = Own(358);
-inline constexpr int kFieldGrant = Own(359);
-inline constexpr int kFieldTimeout = Own(360);
-inline constexpr int kFieldUser = Own(361);
-inline constexpr int kFieldPassword = Own(362);
-inline constexpr int kRefresh = Own(363);
-inline constexpr int kLoginTitle = Own(364);
-inline constexpr int kGrantsTitle = Own(365);
-inline constexpr int kDefinePassword = Own(366);
-inline constexpr int kPortExcepted = Own(367);
-inline constexpr int kPortProtected = Own(368);
-
-// The page of the command console.
-inline constexpr int kTreeOperation = Own(380);
-inline constexpr int kConsole = Own(381);
-inline constexpr int kLoadScript = Own(382);
-inline constexpr int kSaveScript = Own(383);
-inline constexpr int kSaveScriptAs = Own(384);
-inline constexpr int kNewScript = Own(385);
-inline constexpr int kReadScriptButton = Own(386);
-inline constexpr int kSendSeveral = Own(387);
-inline constexpr int kExportAnswers = Own(388);
-inline constexpr int kCheckScript = Own(389);
-inline constexpr int kSendMenu = Own(390);
-inline constexpr int kSendAll = Own(391);
-inline constexpr int kSendFromCursor = Own(392);
-inline constexpr int kSendLine = Own(393);
-inline constexpr int kSendSelection = Own(394);
-inline constexpr int kCopyText = Own(395);
-inline constexpr int kPasteText = Own(396);
-inline constexpr int kUndo = Own(397);
-inline constexpr int kRedo = Own(398);
-inline constexpr int kFind = Own(399);
-inline constexpr int kFindText = Own(400);
-inline constexpr int kFindNext = Own(401);
-inline constexpr int kFindBack = Own(402);
-inline constexpr int kNotFound = Own(403);
-inline constexpr int kRecentFiles = Own(404);
-inline constexpr int kNoFiles = Own(405);
-inline constexpr int kShowAnswers = Own(406);
-inline constexpr int kLogFile = Own(407);
-inline constexpr int kNewScriptName = Own(408);
-inline constexpr int kCaretLine = Own(409);
-inline constexpr int kCharacters = Own(410);
-inline constexpr int kLineOf = Own(411);
-inline constexpr int kDiscardScript = Own(412);
-inline constexpr int kTextFiles = Own(413);
-inline constexpr int kScriptPane = Own(414);
-inline constexpr int kAnswerPane = Own(415);
 
 }  // namespace ostrel::text

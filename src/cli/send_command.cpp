@@ -1,61 +1,81 @@
+#include <CLI/CLI.hpp>
 #include <utility>
 
 #include "base/text.h"
-#include "base/texts.h"
-#include "cli/commands.h"
+#include "cli/own_commands.h"
 #include "terminal/json.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
 
 namespace ostrel {
 
-ExitStatus CliRun::Send(const std::vector<std::string>& lines) {
-  if (!service_.ConnectionOpen()) return ExitStatus::kRefused;
-  const bool fromInput = lines.size() == 1 && lines.front() == "-";
-  auto given = lines.begin();
-  // Each line is sent as it comes: whoever writes them may wait for the answers.
-  const auto next = [&](std::string& line) {
-    if (!fromInput) {
-      if (given == lines.end()) return false;
-      line = *given++;
-    } else {
-      if (!std::getline(ports_.in, line)) return false;
-      if (line.ends_with('\r')) line.pop_back();
-    }
-    return true;
-  };
-  ExitStatus status = ExitStatus::kDone;
-  std::vector<std::string> json;
-  for (std::string line; next(line);) {
-    const ExitStatus one = SendOne(AddressOf(line).addressed ? line : station_ + line, json);
-    if (one != ExitStatus::kDone) status = one;
-    // A link that failed fails for the rest as well.
-    if (service_.ServerLink().ConnState() != LinkState::kChannel) break;
-  }
-  if (json_) PrintJson(JsonList(json));
-  return status;
-}
+namespace {
 
-ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& json) {
-  Link& link = service_.ServerLink();
-  std::string answer;
-  const int code = link.CommandExchangeCode(link.CurrentChannel(), line, answer);
-  const bool ok = code == 0 && !IsErrorAnswer(answer);
-  answer = MaskedAnswer(std::move(answer), line);
-  JsonObject entry;
-  entry.Add("line", Masked(line)).Add("answer", answer).Add("ok", ok);
-  if (code != 0) {
-    service_.Texts().Warn(code);
-    entry.AddRaw(
-        "error",
-        JsonObject().Add("number", code).Add("message", service_.Texts().Text(code)).Text());
-  } else if (!ok) {
-    service_.Texts().Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
-  } else if (!json_ && !answer.empty()) {
-    ports_.out << Visible(answer) << '\n' << std::flush;
+class SendCommand : public Command {
+ public:
+  SendCommand() : Command("send", "Send lines and print the answers") {}
+
+  void Declare(CLI::App& own) override {
+    own.add_option("line", lines_,
+                   "A line of the device language; \"-\" takes them from standard input. A line "
+                   "with an address of its own is sent as it stands")
+        ->required();
   }
-  json.push_back(entry.Text());
-  return ok ? ExitStatus::kDone : ExitStatus::kRefused;
+
+  Ending Run(const Desk& desk, Terminal& terminal) override {
+    const std::optional<Writing> station = desk.session.ToStation(terminal.Station());
+    if (!station) return Ending::kFailed;
+    bool ok = true;
+    for (std::string line; Next(terminal.In(), line);) {
+      ok = SendOne(desk, terminal, *station, line) && ok;
+      // A link that failed fails for the rest as well.
+      if (desk.session.ConnState() != LinkState::kChannel) break;
+    }
+    if (terminal.Json()) terminal.PrintJson(JsonList(json_));
+    return ok ? Ending::kDone : Ending::kFailed;
+  }
+
+ private:
+  /// The next line to send. From standard input each comes when the one before it is done: whoever
+  /// writes them may wait for the answers.
+  bool Next(std::istream& in, std::string& line) {
+    if (lines_.size() != 1 || lines_.front() != "-") {
+      if (next_ == lines_.size()) return false;
+      line = lines_[next_++];
+      return true;
+    }
+    if (!std::getline(in, line)) return false;
+    if (line.ends_with('\r')) line.pop_back();
+    return true;
+  }
+
+  bool SendOne(const Desk& desk, Terminal& terminal, const Writing& station,
+               const std::string& given) {
+    const std::string line = AddressOf(given).addressed ? given : station.Address() + given;
+    const Answer answer = station.TryBare(line);
+    const bool ok = station.Passes(answer, line);
+    const std::string text = MaskedAnswer(answer.text, line);
+    JsonObject entry;
+    entry.Add("line", Masked(line)).Add("answer", text).Add("ok", ok);
+    if (!answer.Ok()) {
+      entry.AddRaw("error", JsonError(answer.error.code, desk.texts.Shown(answer.error)).Text());
+    }
+    json_.push_back(entry.Text());
+    if (ok && !terminal.Json() && !text.empty()) {
+      terminal.Out() << Visible(text) << '\n' << std::flush;
+    }
+    return ok;
+  }
+
+  std::vector<std::string> lines_;
+  std::size_t next_ = 0;
+  std::vector<std::string> json_;
+};
+
+}  // namespace
+
+CommandList MakeSendCommands() {
+  return ListOf(std::make_unique<SendCommand>());
 }
 
 }  // namespace ostrel

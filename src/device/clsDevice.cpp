@@ -70,6 +70,19 @@ std::string ModelName(int model) {
   return std::string(kNames[static_cast<std::size_t>(model)]);
 }
 
+std::string_view AutoReadCommand(int model) {
+  switch (model) {
+    case 0:
+    case 4:
+      return "regauto#";
+    case 3:
+    case 5:
+      return "espauto#";
+    default:
+      return {};
+  }
+}
+
 int ModelFromType(std::string_view typeString) {
   const std::string type = LowerAscii(Trim(typeString));
   for (const Rule& rule : kRules) {

@@ -17,6 +17,10 @@ std::string ModelName(int model);
 /// The model number of a type string, such as "KT-XB" or "lx=x".
 int ModelFromType(std::string_view typeString);
 
+/// The line, without an address, that reads the automatic or manual state of a model; empty for
+/// models that have none.
+std::string_view AutoReadCommand(int model);
+
 /// The digits of a serial number: what stands before the first "-", from its first digit to its
 /// last; empty where there is none.
 std::string SerialDigitsCore(std::string_view text);

@@ -264,9 +264,7 @@ bool Session::Simulated() const {
 }
 
 void Session::ConnectionChanged(const std::string& before, const std::string& after) {
-  const auto isIt = [name = LowerAscii(before)](const std::string& other) {
-    return LowerAscii(other) == name;
-  };
+  const auto isIt = [before](const std::string& other) { return SameText(other, before); };
   if (isIt(link_.ConnectionName())) link_.ConnectionClose();
   if (isIt(options_.connection)) options_.connection = after;
   // Another device may answer there under the address of the selected one.
@@ -277,7 +275,7 @@ bool Session::ConnectionUse(const std::string& name) {
   if (!Connections(ports_.settings).Use(name)) return false;
   // A connection that was named for this run counts no longer.
   options_.connection.clear();
-  goOver_ = LowerAscii(link_.ConnectionName()) != LowerAscii(name);
+  goOver_ = !SameText(link_.ConnectionName(), name);
   return true;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/cli.h"
+#include "wire/server_control.h"
 
 namespace ostrel {
 

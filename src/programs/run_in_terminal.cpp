@@ -24,7 +24,7 @@ std::size_t TerminalWidth() {
 
 }  // namespace
 
-ExitStatus RunInTerminal(const std::vector<std::string>& arguments, const ChartPainter& paint) {
+ExitStatus RunInTerminal(const std::vector<std::string>& arguments) {
   RegistrySettings settings;
   ServerFactory automation;
   EventClock clock;
@@ -35,7 +35,6 @@ ExitStatus RunInTerminal(const std::vector<std::string>& arguments, const ChartP
                             .clock = clock,
                             .desktop = desktop,
                             .server = server,
-                            .paintChart = paint,
                             .in = std::cin,
                             .out = std::cout,
                             .err = std::cerr,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,11 +7,8 @@
 
 namespace ostrel {
 
-/// Paints the chart of the tap statistics as PNG bytes.
-using ChartPainter = std::function<std::string(const TapCounters& data, const Messages& messages)>;
-
 /// Runs one command of the command line on this process's terminal and settings. A
-/// QCoreApplication must exist.
-ExitStatus RunInTerminal(const std::vector<std::string>& arguments, const ChartPainter& paint);
+/// QCoreApplication must exist, for a picture of a chart a QApplication.
+ExitStatus RunInTerminal(const std::vector<std::string>& arguments);
 
 }  // namespace ostrel

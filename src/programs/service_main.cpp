@@ -11,7 +11,7 @@
 
 #include "app/frmChooser.h"
 #include "app/frmMain.h"
-#include "app/service.h"
+#include "app/program.h"
 #include "base/texts.h"
 #include "link/connection_chooser.h"
 #include "platform/display.h"
@@ -30,7 +30,8 @@ namespace ostrel {
 namespace {
 
 struct Options {
-  RunOptions run;
+  SessionOptions session;
+  std::string language;
   std::string station;
   std::string scheme;
 };
@@ -38,11 +39,11 @@ struct Options {
 /// Nothing when the program is to go on, else its exit status.
 std::optional<int> Parse(int argc, char** argv, Options& options) {
   CLI::App app("Commissioning and maintenance of voltage-regulator relays.", "ostrel-service");
-  app.add_option("--connection", options.run.connection,
+  app.add_option("--connection", options.session.connection,
                  "Connection of the server; else the current one");
   app.add_option("--station", options.station, "Select the station with this address at once")
       ->check(CLI::Validator(StationProblem, "ADDRESS"));
-  app.add_option("--language", options.run.language, "Language of this run")
+  app.add_option("--language", options.language, "Language of this run")
       ->check(CLI::IsMember({"deu", "eng", "fra"}));
   app.add_option("--scheme", options.scheme, "Colours of this run")
       ->check(CLI::IsMember({"light", "dark"}));
@@ -53,7 +54,7 @@ std::optional<int> Parse(int argc, char** argv, Options& options) {
     return app.exit(end) == 0 ? 0 : 2;
   }
   // A connection named on the command line is meant: no other one is offered.
-  options.run.chooser = options.run.connection.empty();
+  options.session.chooser = options.session.connection.empty();
   options.station = StationAddress(options.station).value_or("");
   return std::nullopt;
 }
@@ -82,18 +83,18 @@ int RunWithoutDisplay(int argc, char** argv) {
   Options options;
   if (const auto status = Parse(argc, argv, options)) return *status;
   const QCoreApplication application(argc, argv);
-  std::cerr << "ostrel-service: " << NoDisplayText(options.run.language) << std::endl;
+  std::cerr << "ostrel-service: " << NoDisplayText(options.language) << std::endl;
   std::vector<std::string> arguments;
   const auto add = [&](const char* name, const std::string& value) {
     if (!value.empty()) arguments.insert(arguments.end(), {name, value});
   };
-  add("--connection", options.run.connection);
+  add("--connection", options.session.connection);
   add("--station", options.station);
-  add("--language", options.run.language);
+  add("--language", options.language);
   int status = 0;
   for (const char* command : {"stations", "identify", "statistics"}) {
     arguments.emplace_back(command);
-    status = static_cast<int>(RunInTerminal(arguments, {}));
+    status = static_cast<int>(RunInTerminal(arguments));
     if (status != 0) break;
     arguments.pop_back();
     std::cout << std::endl;
@@ -108,18 +109,18 @@ int RunInWindow(QApplication& application, const Options& options) {
   const Scheme scheme = SchemeFromName(options.scheme.empty() ? stored : options.scheme);
   if (scheme != Scheme::kSystem) ApplyScheme(scheme);
 
-  const Service* texts = nullptr;
+  const Messages* texts = nullptr;
   ServerFactory server;
   FactoryWithChooser factory(server, [&](const std::string& name, const Message& why) {
     const Connections connections(settings);
-    return ChooseConnection(dialogs.Parent(), texts->Texts(), connections.List(),
+    return ChooseConnection(dialogs.Parent(), *texts, connections.List(),
                             name.empty() ? connections.Current() : name, why.text);
   });
   EventClock clock;
   ProgramDesktop desktop;
-  Service service({settings, factory, dialogs, clock, desktop}, options.run);
-  texts = &service;
-  frmMain window(service, dialogs, scheme);
+  Program program({settings, factory, dialogs, clock, desktop}, options.session, options.language);
+  texts = &program.MakeDesk().texts;
+  frmMain window(program, dialogs, scheme);
   const EndSignals asked([&window] { window.BeendenQuietly(); });
   QObject::connect(
       &application, &QGuiApplication::commitDataRequest, &window,

@@ -75,11 +75,11 @@ bool Listen(QTcpServer& server, const Options& options, Simulation& simulation) 
                  listening ? "" : server.errorString().toStdString());
 }
 
-/// Has the function called from the event loop at each SIGUSR1.
-std::unique_ptr<QSocketNotifier> OnUserSignal(const std::function<void()>& function) {
+/// Has the function called from the event loop at each of these signals.
+std::unique_ptr<QSocketNotifier> OnSignal(int number, const std::function<void()>& function) {
   sigset_t asking;
   sigemptyset(&asking);
-  sigaddset(&asking, SIGUSR1);
+  sigaddset(&asking, number);
   sigprocmask(SIG_BLOCK, &asking, nullptr);
   const int descriptor = signalfd(-1, &asking, SFD_NONBLOCK | SFD_CLOEXEC);
   if (descriptor < 0) return nullptr;
@@ -107,14 +107,19 @@ int main(int argc, char** argv) {
   const BusStart start{.seed = options.seed,
                        .clock = RealTime(options.speed),
                        .connected = options.connected,
-                       .stations = files.stations.Stations()};
+                       .stations = files.stations.Stations(),
+                       .extras = options.extras};
   Simulation simulation{.bus = Bus(start),
                         .fault = options.fault,
                         .baud = options.baud,
                         .replay = options.replay.empty() ? nullptr : &files.replay,
                         .record = options.record.empty() ? nullptr : &files.record};
   const auto report = [&] { std::cout << simulation.count.Text() << std::endl; };
-  const auto userSignal = OnUserSignal(report);
+  const auto reporting = OnSignal(SIGUSR1, report);
+  const auto startingBootloader = OnSignal(SIGUSR2, [&simulation] {
+    simulation.bus.StartBootloader();
+    std::cout << "bootloader started" << std::endl;
+  });
   QTcpServer server;
   if (options.port && !Listen(server, options, simulation)) return 1;
   PtyHost terminal(simulation, options.terminal);

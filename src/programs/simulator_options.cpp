@@ -3,6 +3,8 @@
 #include <arpa/inet.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 
 #include "simulator/bus.h"
 
@@ -46,6 +48,38 @@ void AddBusOptions(CLI::App& arguments, Options& options) {
       ->excludes(stations);
 }
 
+/// What there is on request only, by name.
+struct Extra {
+  std::string_view name;
+  bool Extras::*wanted;
+};
+constexpr Extra kExtras[] = {
+    {"split-records", &Extras::splitRecords},
+    {"odd-records", &Extras::oddRecords},
+    {"many-cards", &Extras::manyCards},
+};
+
+void Want(Extras& extras, const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    const auto* extra = std::find_if(std::begin(kExtras), std::end(kExtras),
+                                     [&](const Extra& known) { return known.name == name; });
+    if (extra == std::end(kExtras)) throw CLI::ValidationError("--with", "no such extra: " + name);
+    extras.*extra->wanted = true;
+  }
+}
+
+void AddExtras(CLI::App& arguments, Extras& extras) {
+  arguments.add_option("--log-blocks", extras.logBlocks, "blocks in the ring of a data log")
+      ->check(CLI::Range(Extras::kFewestLogBlocks, Extras::kMostLogBlocks))
+      ->capture_default_str();
+  const auto want = [&extras](const std::vector<std::string>& names) { Want(extras, names); };
+  arguments
+      .add_option_function<std::vector<std::string>>(
+          "--with", want, "what there is on request: split-records, odd-records, many-cards")
+      ->delimiter(',')
+      ->type_name("NAME[,NAME]");
+}
+
 /// Of the line; the fault is still to be read.
 void AddLineOptions(CLI::App& arguments, Options& options, std::string& fault) {
   arguments
@@ -75,6 +109,7 @@ int ParseOptions(int argc, char** argv, Options& options) {
   const auto* pty = arguments.add_option("--pty", options.terminal,
                                          "path at which a pseudo-terminal is to be found");
   AddBusOptions(arguments, options);
+  AddExtras(arguments, options.extras);
   std::string fault;
   AddLineOptions(arguments, options, fault);
   arguments.set_version_flag("--version", "ostrel-simulator " OSTREL_VERSION);

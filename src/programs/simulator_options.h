@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "simulator/extras.h"
 #include "simulator/fault.h"
 
 namespace ostrel::simulator {
@@ -17,8 +18,9 @@ struct Options {
   std::uint32_t seed = 1;
   LineFault fault;
   std::size_t connected = 0;  ///< place of the physically connected device on the bus
-  double speed = 1;           ///< of simulated time
-  int baud = 0;               ///< at which replies go out; 0 = as fast as it can be
+  Extras extras;
+  double speed = 1;  ///< of simulated time
+  int baud = 0;      ///< at which replies go out; 0 = as fast as it can be
   /// Files; empty = none.
   std::string stations, record, replay;
 };

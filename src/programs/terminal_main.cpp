@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "logs/tap_statistics/tap_statistics_text.h"
 #include "programs/run_in_terminal.h"
-#include "widgets/bar_chart.h"
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
@@ -23,8 +21,5 @@ int main(int argc, char** argv) {
   } else {
     application = std::make_unique<QCoreApplication>(argc, argv);
   }
-  const auto paint = [](const ostrel::TapCounters& data, const ostrel::Messages& messages) {
-    return ostrel::BarChartPng(ostrel::TapChart(data, messages));
-  };
-  return static_cast<int>(ostrel::RunInTerminal(arguments, paint));
+  return static_cast<int>(ostrel::RunInTerminal(arguments));
 }

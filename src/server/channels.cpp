@@ -160,6 +160,16 @@ void Channels::SetFrame(Channel& channel, int frame) {
   channel.line->bus->SetRaw(frame == frame::kTransparent);
 }
 
+AutomationResult Channels::StartBootloader(const std::string& name) {
+  const auto connection = Connections(settings_).Find(name);
+  if (!connection || connection->kind != "simulator") {
+    return ObjectError(code::kNoSuchConnection,
+                       "there is no simulated connection \"" + name + "\"");
+  }
+  portMaker_.SimulationOf(*connection).bus.StartBootloader();
+  return {};
+}
+
 void Channels::Close(int number) {
   const auto found = channels_.find(number);
   if (found == channels_.end()) return;

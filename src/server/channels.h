@@ -44,6 +44,8 @@ class Channels : public QObject {
   Channel* Find(int client, int number);
   /// Frame mode 0 or 2; what was under way on the channel is forgotten.
   void SetFrame(Channel& channel, int frame);
+  /// Starts the bootloader of a simulated connection's device, as by hand.
+  AutomationResult StartBootloader(const std::string& name);
 
   const std::map<std::string, std::unique_ptr<Line>>& Lines() const { return lines_; }
   void TraceTo(BusConnection::Trace trace) { trace_ = std::move(trace); }

@@ -64,6 +64,7 @@ const CommServer::Member* CommServer::FindMember(std::string_view name) {
       Member{"COpenLocked", "", nullptr},
       Member{"CTerminateApps", "", nullptr},
       Member{"CAbout", "|s", nullptr},
+      Member{"SimulatorBootloader", "s", nullptr},
   };
   const auto found = std::find_if(kMembers.begin(), kMembers.end(),
                                   [name](const Member& member) { return member.name == name; });
@@ -84,6 +85,8 @@ void CommServer::Call(int client, std::string_view name, const Values& arguments
     reply(BadArguments("the arguments do not fit " + std::string(name)));
   } else if (name == "COpen") {
     COpen(client, arguments, reply);
+  } else if (name == "SimulatorBootloader") {
+    reply(channels_.StartBootloader(std::get<std::string>(arguments[0])));
   } else if (name == "CAbout") {
     reply(Done());
   } else if (member->handler == nullptr) {

@@ -1,22 +1,17 @@
 #include "server/line_text.h"
 
 #include "base/text.h"
+#include "base/utf8.h"
 #include "wire/line_rules.h"
 
 namespace ostrel {
 std::optional<std::string> ToLatin1(std::string_view utf8) {
   std::string bytes;
   bytes.reserve(utf8.size());
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const unsigned char lead = static_cast<unsigned char>(utf8[i]);
-    if (lead < 0x80) {
-      bytes += utf8[i];
-      continue;
-    }
-    if ((lead != 0xC2 && lead != 0xC3) || ++i == utf8.size()) return std::nullopt;
-    const unsigned char next = static_cast<unsigned char>(utf8[i]);
-    if ((next & 0xC0) != 0x80) return std::nullopt;
-    bytes += static_cast<char>(((lead & 0x03) << 6) | (next & 0x3F));
+  while (!utf8.empty()) {
+    const std::optional<char32_t> character = PopCharacter(utf8);
+    if (!character || *character > 0xFF) return std::nullopt;
+    bytes += static_cast<char>(*character);
   }
   return bytes;
 }
@@ -24,15 +19,7 @@ std::optional<std::string> ToLatin1(std::string_view utf8) {
 std::string FromLatin1(std::string_view bytes) {
   std::string utf8;
   utf8.reserve(bytes.size());
-  for (const char c : bytes) {
-    const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      utf8 += c;
-    } else {
-      utf8 += static_cast<char>(0xC0 | (byte >> 6));
-      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
+  for (const char byte : bytes) AppendCharacter(utf8, static_cast<unsigned char>(byte));
   return utf8;
 }
 

@@ -7,21 +7,25 @@
 namespace ostrel {
 
 std::unique_ptr<LinePort> PortMaker::Make(const Connection& connection, bool again) {
-  if (connection.kind == "tcp") {
+  if (connection.Is(ConnectionKind::kTcp)) {
     return std::make_unique<TcpPort>(QString::fromStdString(connection.host),
                                      static_cast<quint16>(connection.port));
   }
-  if (connection.kind == "serial") {
+  if (connection.Is(ConnectionKind::kSerial)) {
     std::string& adapter = adapters_[connection.name];
     if (!again) adapter.clear();
     return std::make_unique<SerialPort>(connection, serial_, adapter);
   }
+  return std::make_unique<SimulatorPort>(SimulationOf(connection));
+}
+
+simulator::Simulation& PortMaker::SimulationOf(const Connection& connection) {
   auto& simulation = simulated_[connection.name];
   if (simulation == nullptr) {
     const simulator::BusStart start{.clock = simulator::RealTime()};
     simulation.reset(new simulator::Simulation{simulator::Bus(start)});
   }
-  return std::make_unique<SimulatorPort>(*simulation);
+  return *simulation;
 }
 
 }  // namespace ostrel

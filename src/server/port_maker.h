@@ -23,6 +23,8 @@ class PortMaker {
   /// A port for a connection with valid data. `again`: in place of one that was lost; a serial port
   /// then is that of the same adapter, wherever it is plugged in now. No port outlives its maker.
   std::unique_ptr<LinePort> Make(const Connection& connection, bool again);
+  /// The devices of a connection of kind "simulator".
+  simulator::Simulation& SimulationOf(const Connection& connection);
 
  private:
   // By the connection's name.

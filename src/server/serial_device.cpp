@@ -47,11 +47,19 @@ DeviceAccess AccessOf(const std::string& path) {
           open && entry != nullptr && !InGroup(status.st_gid)};
 }
 
-tcflag_t ParityBits(const std::string& parity) {
-  if (parity == "even") return PARENB;
-  if (parity == "odd") return PARENB | PARODD;
-  if (parity == "space") return PARENB | CMSPAR;
-  if (parity == "mark") return PARENB | PARODD | CMSPAR;
+tcflag_t ParityBits(const Connection& connection) {
+  switch (connection.ParityOfLine()) {
+    case Parity::kEven:
+      return PARENB;
+    case Parity::kOdd:
+      return PARENB | PARODD;
+    case Parity::kMark:
+      return PARENB | PARODD | CMSPAR;
+    case Parity::kSpace:
+      return PARENB | CMSPAR;
+    case Parity::kNone:
+      break;
+  }
   return 0;
 }
 
@@ -128,7 +136,7 @@ std::optional<std::string> WrongSetting(int descriptor, const Connection& connec
   if (std::abs(static_cast<double>(set.c_ospeed) - connection.baud) > 0.02 * connection.baud) {
     return std::to_string(connection.baud) + " baud are not possible";
   }
-  if ((set.c_cflag & (PARENB | PARODD | CMSPAR)) != ParityBits(connection.parity)) {
+  if ((set.c_cflag & (PARENB | PARODD | CMSPAR)) != ParityBits(connection)) {
     return "parity " + connection.parity + " is not possible";
   }
   if ((set.c_cflag & CSIZE) != CS8) return "eight data bits are not possible";

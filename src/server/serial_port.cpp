@@ -14,11 +14,19 @@ namespace {
 /// What the driver may still send after the end, in bytes: the line that says good-bye.
 constexpr int kMaxLastWords = 16;
 
-QSerialPort::Parity ParityOf(const std::string& parity) {
-  if (parity == "even") return QSerialPort::EvenParity;
-  if (parity == "odd") return QSerialPort::OddParity;
-  if (parity == "mark") return QSerialPort::MarkParity;
-  if (parity == "space") return QSerialPort::SpaceParity;
+QSerialPort::Parity ParityOf(const Connection& connection) {
+  switch (connection.ParityOfLine()) {
+    case Parity::kEven:
+      return QSerialPort::EvenParity;
+    case Parity::kOdd:
+      return QSerialPort::OddParity;
+    case Parity::kMark:
+      return QSerialPort::MarkParity;
+    case Parity::kSpace:
+      return QSerialPort::SpaceParity;
+    case Parity::kNone:
+      break;
+  }
   return QSerialPort::NoParity;
 }
 
@@ -90,7 +98,7 @@ SerialFault SerialPort::Find() {
 SerialFault SerialPort::Configure() {
   serial_.setBaudRate(connection_.baud);
   serial_.setDataBits(QSerialPort::Data8);
-  serial_.setParity(ParityOf(connection_.parity));
+  serial_.setParity(ParityOf(connection_));
   // No hardware sends one and a half with eight data bits; two is the same to every receiver.
   serial_.setStopBits(connection_.stopBits == "1" ? QSerialPort::OneStop : QSerialPort::TwoStop);
   serial_.setFlowControl(QSerialPort::NoFlowControl);

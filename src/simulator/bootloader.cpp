@@ -58,6 +58,7 @@ void ResetToFactory(Station& station) {
 }
 
 void Restart(Station& station, std::int64_t milliseconds) {
+  if (station.dataLog) station.dataLog->NotePowerDown(station.LocalMs());
   station.access.LogOut();
   if (station.regulator) station.regulator->Simulate(station, 0);
   if (station.coil) station.coil->simulating = 0;
@@ -79,8 +80,7 @@ void WriteReset(Station& station, const WriteRequest& request) {
   } else if (kind == Value(kRestart)) {
     Restart(station, kRestartMs);
   } else if (kind == Value(kIntoBootloader) && EntersBootloader(station)) {
-    Restart(station, 0);
-    station.boot.inBootloader = true;
+    StartBootloader(station);
   } else {
     throw Fault{"index out of range"};
   }
@@ -129,6 +129,11 @@ constexpr Command kCommands[] = {
 constexpr Variable kVariables[] = {{"sysreset", Always, nullptr, WriteReset}};
 
 }  // namespace
+
+void StartBootloader(Station& station) {
+  Restart(station, 0);
+  station.boot.inBootloader = true;
+}
 
 std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line) {
   const std::string name = LowerCase(TrimBlanks(line));

@@ -22,6 +22,9 @@ struct Boot {
   std::shared_ptr<const Station> backup;  ///< of the RAM, if there is one
 };
 
+/// As by the device's own menu or button, which every device has.
+void StartBootloader(Station& station);
+
 /// The bootloader's answer to a line without address, in the pieces in which it comes.
 std::vector<Portion> BootloaderAnswer(Station& station, std::string_view line);
 

@@ -10,11 +10,15 @@ constexpr std::string_view kGermanRefusal = "Zugriff verweigert";
 constexpr AccessData kProtected = {
     .users = {{{kNoPassword, 2, 0}, {"4711", 5, 0}, {"1234", 4, 15}, {}, {}, {}}}};
 
-constexpr Card kCardsOfNord[] = {{10, 0},  {10, 16}, {10, 4110}, {11, 2},  {11, 3}, {11, 4},
-                                 {11, 16}, {11, 17}, {12, 0},    {12, 16}, {13, 0}, {11, 258}};
-constexpr Card kCardsOfSued[] = {{10, 103}, {11, 5},  {11, 18}, {11, 19}, {12, 1},
-                                 {12, 17},  {13, 16}, {13, 17}, {13, 18}};
-constexpr Card kCardsOfAue[] = {{13, 1}, {13, 2}, {14, 0}, {27, 0}};
+// Nord's are in a row; Sued has two that their own switches map; Aue has gaps between its cards,
+// and one of a type that only later devices know.
+constexpr Card kCardsOfNord[] = {{1, 10, 0}, {2, 10, 16},  {3, 10, 4110}, {4, 11, 2},
+                                 {5, 11, 3}, {6, 11, 4},   {7, 11, 16},   {8, 11, 17},
+                                 {9, 12, 0}, {10, 12, 16}, {11, 13, 0},   {12, 11, 258}};
+constexpr Card kCardsOfSued[] = {{1, 10, 100}, {2, 11, 5},  {3, 11, 18}, {4, 11, 19},
+                                 {5, 12, 1},   {6, 12, 17}, {7, 13, 16}, {8, 13, 17},
+                                 {9, 13, 18},  {10, 13, 1}, {11, 13, 2}, {12, 11, 113}};
+constexpr Card kCardsOfAue[] = {{1, 11, 3}, {2, 10, 16}, {5, 14, 0}, {9, 27, 0}, {16, 31, 2}};
 
 constexpr StationData kBuiltIn[] = {
     {.model = "KT-X",

@@ -32,7 +32,8 @@ Bus::Bus(BusStart start) : clock_(std::move(start.clock)) {
   std::vector<StationData> order(stations.begin(), stations.end());
   const auto connected = order.begin() + static_cast<std::ptrdiff_t>(start.connected);
   std::rotate(order.begin(), connected, connected + 1);
-  for (const StationData& data : order) {
+  for (StationData& data : order) {
+    data.extras = start.extras;
     const std::size_t place = stations_.size();
     stations_.emplace_back(AddressOf(place), data, SeedOf(start.seed, place), start.localSeconds);
   }
@@ -76,6 +77,11 @@ std::vector<Portion> Bus::AnswerInPieces(std::string_view line) {
   // A host relies on it: after the restart its lines without address are for the connected one.
   if (own && address.makeCurrent) current_ = &connected;
   return BootloaderAnswer(connected, own ? address.expression : line);
+}
+
+void Bus::StartBootloader() {
+  CatchUp();
+  simulator::StartBootloader(stations_.front());
 }
 
 std::string Bus::AnswerOfStations(const Address& address) {

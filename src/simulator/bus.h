@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/extras.h"
 #include "simulator/reply_form.h"
 
 namespace ostrel::simulator {
@@ -31,6 +32,7 @@ struct BusStart {
   std::size_t connected = 0;  ///< which of the stations is physically connected
   /// At most kMaxStations in bus order, whose texts outlive the bus; none: the built-in ones.
   std::span<const StationData> stations = {};
+  Extras extras = {};  ///< of all stations
 };
 
 /// A bus of simulated devices. All texts are ISO 8859-1 bytes, as on the line.
@@ -48,6 +50,8 @@ class Bus {
   std::string Answer(std::string_view line);
   /// The same in the pieces in which it comes; none when not even an echo comes.
   std::vector<Portion> AnswerInPieces(std::string_view line);
+  /// Starts the bootloader of the connected device by hand.
+  void StartBootloader();
 
  private:
   void CatchUp();

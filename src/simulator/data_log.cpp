@@ -10,12 +10,16 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::int64_t kMinute = 60'000, kHour = 60 * kMinute;
+// Of a ring of so many blocks; in a longer one, everything lasts longer.
+constexpr int kUsualBlocks = 256;
 // Long enough for everything to happen once.
 constexpr std::int64_t kHistory = 30 * kHour;
 // Fills the ring anew; what came before would be gone from it.
 constexpr std::int64_t kLongestLived = 8 * 24 * kHour;
 // How often a series is written between all else that happens.
 constexpr int kSeriesEach = 10;
+// A rush comes with one in so many events, a length that is wrong (if at all) likewise.
+constexpr int kRushEvery = 24, kWrongLengthEvery = 40;
 
 bool HasDataLog(const Station& station) {
   return station.dataLog.has_value();
@@ -50,13 +54,22 @@ constexpr Variable kVariables[] = {
 
 }  // namespace
 
-DataLog::DataLog(const DeviceTime& clock, Random random) : random_(random), nextMs_(-kHistory) {
+DataLog::DataLog(const DeviceTime& clock, const Extras& extras, Random random)
+    : extras_(extras), random_(random), nextMs_(-Long(kHistory)) {
   ShuffleTokens();
   Advance(0, clock);
 }
 
+std::int64_t DataLog::Long(std::int64_t milliseconds) const {
+  return milliseconds * std::max(1, extras_.logBlocks / kUsualBlocks);
+}
+
 void DataLog::ShuffleTokens() {
   tokens_ = AllLogTokens();
+  if (extras_.oddRecords) {
+    const std::vector<LogToken> odd = OddLogTokens();
+    tokens_.insert(tokens_.end(), odd.begin(), odd.end());
+  }
   for (int n = 1; n < kSeriesEach; ++n) tokens_.insert(tokens_.end(), {kSeries, kSums});
   for (std::size_t left = tokens_.size(); left > 1; --left) {
     std::swap(tokens_[left - 1], tokens_[random_.Below(static_cast<int>(left))]);
@@ -64,64 +77,100 @@ void DataLog::ShuffleTokens() {
 }
 
 void DataLog::Advance(std::int64_t milliseconds, const DeviceTime& clock) {
-  nextMs_ = std::max(nextMs_, milliseconds - kLongestLived);
+  nextMs_ = std::max(nextMs_, milliseconds - Long(kLongestLived));
   while (nextMs_ <= milliseconds) WriteNext(clock);
 }
 
 void DataLog::NoteClockSet(std::int64_t localMs, std::int64_t beforeMs) {
-  Append(MakeClockRecord(Stamp(localMs), beforeMs), false);
+  WriteAlone(MakeClockRecord(localMs, beforeMs));
 }
 
-std::int64_t DataLog::Stamp(std::int64_t localMs) {
-  newest_ = std::max(newest_ + 1, localMs);
-  return newest_;
+void DataLog::NotePowerDown(std::int64_t localMs) {
+  WriteAlone(MakeLogRecord(localMs, kPowerDown | kComing, {}, random_));
+}
+
+LogToken DataLog::NextToken() {
+  if (lasting_ != 0) return std::exchange(lasting_, LogToken{0});
+  const LogToken token = tokens_[nextToken_];
+  nextToken_ = (nextToken_ + 1) % tokens_.size();
+  if ((token & kComesAndGoes) == 0) return token;
+  lasting_ = token;
+  return token | kComing;
 }
 
 void DataLog::WriteNext(const DeviceTime& clock) {
-  LogToken token = std::exchange(open_, LogToken{0});
-  if (token == 0) {
-    token = tokens_[nextToken_];
-    nextToken_ = (nextToken_ + 1) % tokens_.size();
-    if ((token & kComesAndGoes) != 0) {
-      open_ = token;
-      token |= kComing;
-    }
+  if (rush_ == 0 && lasting_ == 0 && random_.Below(kRushEvery) == 0) {
+    CloseBlock();
+    rush_ = 2 + random_.Below(3);
   }
-  const bool series = token == kSeries || token == kSums;
-  const std::int64_t at = Stamp(clock.LocalMs(nextMs_));
-  Append(MakeLogRecord(at, token, series ? series_++ : 0, random_), series);
-  // What has come goes again soon.
-  nextMs_ += open_ != 0 ? 500 + random_.Below(40'000) : 4 * kMinute + random_.Below(2 * kMinute);
+  const LogToken token = NextToken();
+  const bool isSeries = token == kSeries || token == kSums;
+  LogSeries form;
+  if (isSeries) {
+    const int variant = extras_.oddRecords ? series_ % 3 : 0;
+    form = {.number = series_++, .gaps = variant == 1, .mode = variant != 2};
+  }
+  LogBytes record = MakeLogRecord(clock.LocalMs(nextMs_), token, form, random_);
+  const bool spoiled = extras_.oddRecords && random_.Below(kWrongLengthEvery) == 0;
+  if (spoiled) SpoilLength(record);
+  Append(record, isSeries && !spoiled);
+  if (rush_ > 0) {
+    --rush_;
+    CloseBlock();
+    nextMs_ += 20 + random_.Below(150);
+  } else if (lasting_ != 0) {
+    // What has come goes again soon.
+    nextMs_ += 500 + random_.Below(40'000);
+  } else {
+    nextMs_ += 4 * kMinute + random_.Below(2 * kMinute);
+  }
+}
+
+void DataLog::WriteAlone(const LogBytes& record) {
+  CloseBlock();
+  Append(record, false);
+  CloseBlock();
 }
 
 void DataLog::Append(const LogBytes& record, bool mayRunOn) {
-  const std::size_t room = blocks_.empty() ? 0 : kBlockSize - blocks_.back().bytes.size();
-  if (room == 0 || (record.size() > room && !mayRunOn)) BeginBlock(false);
-  for (const std::uint8_t byte : record) {
-    if (blocks_.back().bytes.size() == kBlockSize) BeginBlock(true);
-    blocks_.back().bytes.push_back(byte);
+  const std::size_t room = kBlockSize - open_.bytes.size();
+  std::size_t fits = std::min(room, record.size());
+  if (fits < record.size()) {
+    // A reader that takes the ring up anew begins with block 0.
+    const bool beforeZero =
+        (first_ + static_cast<int>(blocks_.size()) + 1) % extras_.logBlocks == 0;
+    if (!extras_.splitRecords || !mayRunOn || beforeZero) fits = 0;
+    open_.bytes.insert(open_.bytes.end(), record.begin(), record.begin() + fits);
+    CloseBlock();
+    open_.continues = fits > 0;
+  } else {
+    fits = 0;
   }
+  open_.bytes.insert(open_.bytes.end(), record.begin() + fits, record.end());
 }
 
-void DataLog::BeginBlock(bool continues) {
-  if (blocks_.size() == kMaxBlocks) {
-    // The rest of a record whose beginning is lost goes with it.
-    do {
-      blocks_.pop_front();
-      first_ = (first_ + 1) % kMaxBlocks;
-    } while (blocks_.front().continues);
-  }
-  blocks_.push_back({{}, continues});
+void DataLog::CloseBlock() {
+  if (open_.bytes.empty()) return;
+  if (std::ssize(blocks_) == extras_.logBlocks) DropOldest();
+  blocks_.push_back(std::exchange(open_, {}));
+  // The rest of a record whose beginning is lost goes with it.
+  while (blocks_.front().continues) DropOldest();
+}
+
+void DataLog::DropOldest() {
+  blocks_.pop_front();
+  first_ = (first_ + 1) % extras_.logBlocks;
 }
 
 void DataLog::Clear() {
   blocks_.clear();
+  open_ = {};
   first_ = 0;
 }
 
 int DataLog::Last() const {
   const int count = static_cast<int>(blocks_.size());
-  return (first_ + std::max(count, 1) - 1) % kMaxBlocks;
+  return (first_ + std::max(count, 1) - 1) % extras_.logBlocks;
 }
 
 std::size_t DataLog::Size() const {
@@ -131,12 +180,13 @@ std::size_t DataLog::Size() const {
 }
 
 std::string DataLog::Header() const {
-  return "name=LOG,blocks=" + std::to_string(kMaxBlocks) + ",size=" + std::to_string(kBlockSize);
+  return "name=LOG,blocks=" + std::to_string(extras_.logBlocks) +
+         ",size=" + std::to_string(kBlockSize);
 }
 
 const LogBytes* DataLog::BlockAt(int number) const {
-  if (number < 0 || number >= kMaxBlocks) return nullptr;
-  const std::size_t place = (number - first_ + kMaxBlocks) % kMaxBlocks;
+  if (number < 0 || number >= extras_.logBlocks) return nullptr;
+  const std::size_t place = (number - first_ + extras_.logBlocks) % extras_.logBlocks;
   return place < blocks_.size() ? &blocks_[place].bytes : nullptr;
 }
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <iterator>
+#include <limits>
 #include <span>
 #include <string_view>
 
@@ -15,6 +17,8 @@ constexpr LogToken kDebug = 0x4004, kUserEvent = 0x4005;
 constexpr LogToken kInputFunction = 0x6100, kOutputFunction = 0x6200;
 constexpr LogToken kBinaryInput = 0x6300, kBinaryOutput = 0x6380;
 
+constexpr int kErrors = 45;
+
 /// A run of tokens, one for each error, function or channel.
 struct TokenRange {
   LogToken first;
@@ -24,7 +28,7 @@ constexpr TokenRange kTokens[] = {
     {kClockSet, 1},
     {3, 1},
     {5, 5},
-    {kError, 45},
+    {kError, kErrors},
     {kErrorAcknowledged, 1},
     {kComesAndGoes, 6},
     {kInputFunction, 67},
@@ -44,16 +48,17 @@ struct Field {
 };
 
 constexpr Field kFirmwareChange[] = {{'w', 2311, 2311}, {'w', 2404, 2404}};
-// Active current in A, its and the zero voltage in V, angle in radians.
+// Two active currents in A, the zero voltage in V, its angle in degrees.
 constexpr Field kCoil[] = {
-    {'f', 50, 900, 100}, {'f', 40, 880, 100}, {'f', 20, 3500, 1000}, {'f', -3141, 3141, 1000}};
+    {'f', 50, 900, 100}, {'f', 40, 880, 100}, {'f', 20, 3500, 1000}, {'f', 0, 9000, 100}};
 constexpr Field kInjectionPower[] = {
     {'w', 1, 3}, {'f', 0, 1000, 10}, {'f', 0, 1000, 10}, {'f', 500, 1000, 10}};
-constexpr Field kSearchRetry[] = {{'w', 1, 5}, {'w', 0, 3}, {'w', 20, 400}, {'w', 0, 65535}};
+constexpr Field kSearchRetry[] = {{'w', 1, 5}, {'w', 0, 3}, {'w', 20, 400}, {'w', 0, 99}};
+// Two voltages in V, each with its angle in degrees, two currents in A, a frequency in Hz.
 constexpr Field kInjection[] = {
-    {'f', 0, 5000, 1000}, {'f', -3141, 3141, 1000}, {'f', 0, 20000, 1000}, {'f', -3141, 3141, 1000},
-    {'f', 100, 4000, 10}, {'f', 1, 500, 10},        {'f', 0, 100, 100}};
-constexpr Field kReferenceVoltage[] = {{'f', 9800, 10400, 100}, {'f', -3141, 3141, 1000}};
+    {'f', 0, 5000, 1000},  {'f', -1800, 1800, 10}, {'f', 0, 20000, 1000}, {'f', -1800, 1800, 10},
+    {'f', 100, 9900, 100}, {'f', 1, 5000, 100},    {'f', 3000, 7000, 100}};
+constexpr Field kReferenceVoltage[] = {{'f', 5500, 6000, 100}, {'f', -9000, 18000, 100}};
 constexpr Field kStatusError[] = {{'w', 1, 0x00FF}};
 
 /// The payloads that have the same numbers each time.
@@ -77,29 +82,42 @@ void PutWord(LogBytes& bytes, int word) {
   PutNumber(bytes, static_cast<std::uint64_t>(word), 2);
 }
 
+void PutFloat(LogBytes& bytes, double value) {
+  PutNumber(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(value)), 4);
+}
+
 void PutField(LogBytes& bytes, const Field& field, Random& random) {
   const int number = field.low + random.Below(field.high - field.low + 1);
   if (field.kind == 'w') {
     PutWord(bytes, number);
   } else {
-    const double value = static_cast<double>(number) / field.parts;
-    PutNumber(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(value)), 4);
+    PutFloat(bytes, static_cast<double>(number) / field.parts);
   }
 }
 
 /// Whole seconds and milliseconds.
 void PutTime(LogBytes& bytes, std::int64_t localMs) {
+  localMs = std::max<std::int64_t>(localMs, 0);
   PutNumber(bytes, static_cast<std::uint64_t>(localMs / 1000), 4);
   PutWord(bytes, static_cast<int>(localMs % 1000));
 }
 
-/// Values, and behind them how they were summed up.
-void PutSeries(LogBytes& bytes, int series, Random& random) {
-  constexpr int kCounts[] = {12, 60, 0, 24};
-  for (int n = kCounts[series % std::size(kCounts)]; n > 0; --n) {
-    PutField(bytes, {'f', 0, 12000, 100}, random);
+void PutSeries(LogBytes& bytes, const LogSeries& series, Random& random) {
+  constexpr int kPoints[] = {2, 10, 0, 4};
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN(), kWidth = 8;
+  const int count = kPoints[series.number % std::size(kPoints)];
+  const double tuned = 20 + random.Below(60), active = 1 + random.Below(40) / 10.0;
+  const double fixed = random.Below(2) * 12.5, further = random.Below(100) / 10.0;
+  for (int n = 0; n < count; ++n) {
+    const double current = 10 + 80.0 * (n + 1) / (count + 1), away = (current - tuned) / kWidth;
+    PutFloat(bytes, current);
+    PutFloat(bytes, active);
+    PutFloat(bytes, 2 + 90 / (1 + away * away));
+    PutFloat(bytes, series.gaps ? kNone : -90 * away / (1 + std::abs(away)));
+    PutFloat(bytes, fixed);
+    PutFloat(bytes, series.gaps && n % 2 == 1 ? kNone : further);
   }
-  PutWord(bytes, random.Below(4));
+  if (series.mode) PutWord(bytes, random.Below(4));
 }
 
 void PutDebug(LogBytes& bytes, Random& random) {
@@ -122,21 +140,35 @@ void PutUserEvent(LogBytes& bytes, Random& random) {
   for (int n = 0; n < count; ++n) PutField(bytes, {'f', 0, 5000, 100}, random);
 }
 
-/// What the device found when the function or channel changed: bits that say what follows.
+/// What the device found when the function or channel changed: bits that say what follows. The
+/// angle, in radians, comes with its voltage.
 void PutState(LogBytes& bytes, Random& random) {
-  const int a = 1 << random.Below(12) | 1 << random.Below(12) | random.Below(4) << 12;
-  const int b = random.Below(0x80);
+  constexpr int kVoltageAndAngle = 0x30, kCurrent = 0x40;
+  int a = random.Below(4) << 12;
+  for (int n = 0; n < 2; ++n) a |= 1 << random.Below(12);
+  int b = random.Below(0x10);
+  if (random.Below(2) == 0) b |= kVoltageAndAngle;
+  if (random.Below(2) == 0) b |= kCurrent;
   PutWord(bytes, a);
   PutWord(bytes, b);
   const int words = std::popcount(static_cast<unsigned>(a & 0x0FFF)) +
                     std::popcount(static_cast<unsigned>(b & 0x000F));
   for (int n = 0; n < words; ++n) PutWord(bytes, random.Below(0x10000));
-  if ((b & 0x10) != 0) PutField(bytes, {'f', 0, 11000, 100}, random);
-  if ((b & 0x20) != 0) PutField(bytes, {'f', -3141, 3141, 1000}, random);
-  if ((b & 0x40) != 0) PutField(bytes, {'f', 0, 30000, 100}, random);
+  if ((b & kVoltageAndAngle) != 0) {
+    PutField(bytes, {'f', 0, 11000, 100}, random);
+    PutField(bytes, {'f', -3141, 3141, 1000}, random);
+  }
+  if ((b & kCurrent) != 0) PutField(bytes, {'f', 0, 9900, 100}, random);
 }
 
-LogBytes MakePayload(std::int64_t localMs, LogToken token, int series, Random& random) {
+/// Which error, and more about it; most have nothing more to say.
+void PutError(LogBytes& bytes, int error, Random& random) {
+  PutWord(bytes, error);
+  PutWord(bytes, random.Below(3) == 0 ? 1 + random.Below(20) : 0);
+}
+
+LogBytes MakePayload(std::int64_t localMs, LogToken token, const LogSeries& series,
+                     Random& random) {
   LogBytes payload;
   const LogToken plain = token & static_cast<LogToken>(~kComing);
   for (const FixedPayload& fixed : kFixedPayloads) {
@@ -148,10 +180,8 @@ LogBytes MakePayload(std::int64_t localMs, LogToken token, int series, Random& r
   if (plain == kDebug) PutDebug(payload, random);
   if (plain == kUserEvent) PutUserEvent(payload, random);
   if (plain >= kInputFunction) PutState(payload, random);
-  if (plain >= kError && plain < kErrorAcknowledged) {
-    PutWord(payload, plain - kError);
-    PutWord(payload, 1 + random.Below(20));
-  }
+  if (plain >= kError && plain < kErrorAcknowledged) PutError(payload, plain - kError, random);
+  if (plain == kErrorAcknowledged) PutError(payload, random.Below(kErrors), random);
   return payload;
 }
 
@@ -160,10 +190,8 @@ LogBytes Framed(std::int64_t localMs, LogToken token, const LogBytes& payload) {
   PutTime(record, localMs);
   PutWord(record, token);
   PutWord(record, static_cast<int>(payload.size()));
-  std::uint8_t check = 0;
-  for (const std::uint8_t byte : payload) check ^= byte;
   record.insert(record.end(), payload.begin(), payload.end());
-  PutWord(record, check);
+  PutWord(record, static_cast<int>(record.size()) + 2);
   return record;
 }
 
@@ -177,15 +205,26 @@ std::vector<LogToken> AllLogTokens() {
   return tokens;
 }
 
-LogBytes MakeLogRecord(std::int64_t localMs, LogToken token, int series, Random& random) {
+std::vector<LogToken> OddLogTokens() {
+  return {0,      10,     0x0099,           0x0200,
+          0x4006, 0x5000, kError + kErrors, kInputFunction + 67,
+          0x61FF, 0x6400, 0x7FFF,           kOutputFunction + 92};
+}
+
+LogBytes MakeLogRecord(std::int64_t localMs, LogToken token, const LogSeries& series,
+                       Random& random) {
   return Framed(localMs, token, MakePayload(localMs, token, series, random));
 }
 
 LogBytes MakeClockRecord(std::int64_t localMs, std::int64_t beforeMs) {
   LogBytes payload;
-  // A change of zone takes a clock that stands at the first day back to the year before.
-  PutTime(payload, std::max<std::int64_t>(beforeMs, 0));
+  PutTime(payload, beforeMs);
   return Framed(localMs, kClockSet, payload);
+}
+
+void SpoilLength(LogBytes& record) {
+  constexpr std::size_t kLength = 8;  // behind time and token
+  record[kLength] |= 2;
 }
 
 }  // namespace ostrel::simulator

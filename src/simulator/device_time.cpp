@@ -58,6 +58,7 @@ void SetClock(Station& station, std::int64_t localMs) {
 }
 
 Values ReadTime(Station& station, const Values&) {
+  station.time.NoteRead(station.nowMs);
   return {TimeText(station.LocalMs())};
 }
 
@@ -66,13 +67,13 @@ void WriteTime(Station& station, const WriteRequest& request) {
   SetClock(station, midnight + WrittenTimeOfDay(request));
 }
 
-/// Puts the clock back to a time that was read before the zone changed. That may have taken it
-/// past midnight, so the day is the one that is nearest.
+/// Puts the clock back to a time that was read before the zone changed. That may have taken it to
+/// another day, so the day is the one that is nearest to what it showed.
 void WriteTimeBack(Station& station, const WriteRequest& request) {
-  const std::int64_t now = station.LocalMs();
-  const std::int64_t ahead = WrittenTimeOfDay(request) - (now - Floor(now, kDayMs) * kDayMs);
+  const std::int64_t shown = station.time.LocalMsAsRead(station.nowMs).value_or(station.LocalMs());
+  const std::int64_t ahead = WrittenTimeOfDay(request) - (shown - Floor(shown, kDayMs) * kDayMs);
   const std::int64_t days = Floor(ahead + kDayMs / 2, kDayMs);
-  SetClock(station, now + ahead - days * kDayMs);
+  SetClock(station, shown + ahead - days * kDayMs);
 }
 
 Values ReadDate(Station& station, const Values&) {
@@ -159,6 +160,7 @@ std::int64_t DeviceTime::LocalMs(std::int64_t nowMs) const {
 
 void DeviceTime::SetLocalMs(std::int64_t nowMs, std::int64_t localMs) {
   const bool summer = zone.summerTime != 0 && zone.rules.InForce(Floor(localMs - kHourMs, 1000));
+  readAhead_.reset();
   utcAtZero_ = localMs - (summer ? kHourMs : 0) - zone.hours * kHourMs - nowMs;
 }
 

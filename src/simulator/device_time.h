@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "simulator/summer_time.h"
@@ -25,10 +26,19 @@ class DeviceTime {
   /// Makes it this local time now. Of the hour that comes twice, it means the first.
   void SetLocalMs(std::int64_t nowMs, std::int64_t localMs);
 
+  /// Notes what the clock shows now, for whoever reads it to put it back.
+  void NoteRead(std::int64_t nowMs) { readAhead_ = LocalMs(nowMs) - nowMs; }
+  /// What it would show now had nothing changed since it was read last; nothing when it was not, or
+  /// was set in the meantime.
+  std::optional<std::int64_t> LocalMsAsRead(std::int64_t nowMs) const {
+    return readAhead_ ? std::optional(*readAhead_ + nowMs) : std::nullopt;
+  }
+
   TimeZone zone;  ///< a change moves the local time, for the clock runs in UTC
 
  private:
-  std::int64_t utcAtZero_ = 0;  ///< at simulated time 0
+  std::int64_t utcAtZero_ = 0;             ///< at simulated time 0
+  std::optional<std::int64_t> readAhead_;  ///< of simulated time
 };
 
 /// A local time in its parts.

@@ -23,22 +23,41 @@ constexpr int kMaxCount = 1000;
 constexpr int kHistoryChanges = 120;
 constexpr std::int64_t kTapMs = 6000;
 
-/// What else happens in a station, the older part of a pair last.
+/// What else happens in a station, the older part of a pair last; what lasts no time has none.
 struct Incident {
   Event event;
   int then, before;
   std::int64_t lastsMs;
+  bool ofTaps = false;
+  std::string_view more = {};
 };
 constexpr Incident kIncidents[] = {
-    {Event::kUndervoltage, 0, 1, 41'300}, {Event::kOvervoltage, 0, 1, 18'450},
-    {Event::kInhibitLow, 0, 1, 9'070},    {Event::kAutomatic, 1, 0, 1'260'500},
-    {Event::kSetPoint, 1, 2, 28'800'000}, {Event::kRemote, 1, 0, 600'250},
-    {Event::kSimulation, 0, 1, 432'100},  {Event::kPanelLogin, 0, 1, 300'000},
-    {Event::kOvercurrent, 0, 1, 3'900},   {Event::kInhibitHigh, 0, 1, 2'700},
-    {Event::kFastUp, 0, 1, 12'000},       {Event::kFastDown, 0, 1, 12'400},
-    {Event::kTapError, 0, 1, 95'020},     {Event::kStatus, 0, 1, 60'700},
+    {Event::kUndervoltage, 0, 1, 41'300},
+    {Event::kOvervoltage, 0, 1, 18'450},
+    {Event::kInhibitLow, 0, 1, 9'070},
+    {Event::kAutomatic, 1, 0, 1'260'500},
+    {Event::kSetPoint, 1, 2, 28'800'000},
+    {Event::kRemote, 1, 0, 600'250},
+    {Event::kSimulation, 0, 1, 432'100},
+    {Event::kPanelLogin, 0, 1, 300'000, false, ";5"},
+    {Event::kOvercurrent, 0, 1, 3'900},
+    {Event::kInhibitHigh, 0, 1, 2'700},
+    {Event::kFastUp, 0, 1, 12'000, true},
+    {Event::kFastDown, 0, 1, 12'400, true},
+    {Event::kTapError, 0, 1, 95'020, true, ";6;MOT"},
+    {Event::kTapChangerError, 0, 1, 61'300, true},
+    {Event::kStatus, 0, 1, 60'700},
+    {Event::kUnnamed, 0, 0, 0},
+    {Event::kGridBreakdown, 0, 1, 5'100},
+    {Event::kHunting, 0, 1, 900'400},
+    {Event::kBusError, 0, 1, 15'600, false, ";2;COM2"},
+    {Event::kRecordsCleared, 0, 0, 0},
+    {Event::kLaterFirmware, 0, 1, 2'000},
+    {Event::kBeyondTable, 7, 7, 0, false, ";1"},
 };
-constexpr int kIncidentEvery = 8;
+// So that each comes at least once in a history.
+constexpr int kIncidentEvery = 4;
+static_assert(kHistoryChanges / kIncidentEvery >= std::ssize(kIncidents));
 
 bool HasEventLog(const Station& station) {
   return station.regulator && station.data.HasFirmware(kFirstFirmware);
@@ -51,7 +70,8 @@ std::string Line(const LogEntry& entry) {
   while (fraction.size() > 1 && fraction.back() == '0') fraction.pop_back();
   return Padded(at.year, 4) + Padded(at.month, 2) + Padded(at.day, 2) + ";" + Padded(at.hour, 2) +
          ":" + Padded(at.minute, 2) + ":" + Padded(at.second, 2) + ";." + fraction + ";" +
-         std::to_string(static_cast<int>(entry.event)) + ";" + std::to_string(entry.value);
+         std::to_string(static_cast<int>(entry.event)) + ";" + std::to_string(entry.value) +
+         std::string(entry.more);
 }
 
 /// The offset counts from the newest entry, which is 0.
@@ -125,31 +145,37 @@ constexpr Variable kVariables[] = {
 }  // namespace
 
 void EventLog::Add(std::int64_t localMs, Event event, int value) {
-  entries_.push_front({localMs, event, value});
+  entries_.push_front({localMs, event, value, {}});
   if (entries_.size() > kMaxEntries) entries_.pop_back();
 }
 
-void EventLog::AddHistory(std::int64_t localMs, const TapChangerData& changer, int position,
-                          Random random) {
+void EventLog::AddHistory(std::int64_t localMs, const TapChangerData& changer,
+                          std::optional<int> position, Random random) {
   // Back from now, so that the tap changes end at the position where it is.
   std::int64_t at = localMs;
-  const auto before = [&](std::int64_t gapMs, Event event, int value) {
+  const auto before = [&](std::int64_t gapMs, Event event, int value, std::string_view more = {}) {
     at -= gapMs;
-    entries_.push_back({at, event, value});
+    entries_.push_back({at, event, value, more});
   };
+  std::size_t next = random.Below(static_cast<int>(std::size(kIncidents)));
   for (int n = 0; n < kHistoryChanges; ++n) {
     const std::int64_t pause = 60'000 + random.Below(6'000'000);
-    if (random.Below(kIncidentEvery) == 0) {
-      const Incident& incident = kIncidents[random.Below(static_cast<int>(std::size(kIncidents)))];
-      before(pause, incident.event, incident.then);
-      before(incident.lastsMs + random.Below(900), incident.event, incident.before);
+    const Incident& incident = kIncidents[next];
+    if (n % kIncidentEvery == 0) next = (next + 1) % std::size(kIncidents);
+    if (n % kIncidentEvery == 0 && (position || !incident.ofTaps)) {
+      before(pause, incident.event, incident.then, incident.more);
+      const std::int64_t lasted = incident.lastsMs + random.Below(900);
+      if (incident.lastsMs > 0) before(lasted, incident.event, incident.before, incident.more);
     }
-    const int away = position - changer.normal;
+    if (!position) continue;
+    const int away = *position - changer.normal;
     bool up = random.Below(10) < 5 + std::clamp(away * 2, -4, 4);
-    if (position == changer.highest || position == changer.lowest) up = position != changer.lowest;
-    before(pause, Event::kTapPosition, position);
+    if (*position == changer.highest || *position == changer.lowest) {
+      up = *position != changer.lowest;
+    }
+    before(pause, Event::kTapPosition, *position);
     before(kTapMs + random.Below(900), up ? Event::kUp : Event::kDown, 1);
-    position += up ? -1 : 1;
+    *position += up ? -1 : 1;
   }
 }
 

@@ -40,7 +40,7 @@ double LogNumber(const DataLog& log, const Values& arguments) {
   const std::string which = FormatValue(arguments[1]);
   if (which == "fi") return log.First();
   if (which == "li") return log.Last();
-  if (which == "mr") return DataLog::kMaxBlocks;
+  if (which == "mr") return log.Capacity();
   ThrowUnknown(which);
 }
 

@@ -13,7 +13,7 @@ namespace {
 using Kind = IoMaps::Kind;
 
 constexpr int kPerAddress = 100;
-constexpr int kMaxChannel[] = {8, 16, 16, 16};  // of any card, by Kind
+constexpr int kMaxChannel[] = {8, 16, 8, 16};  // of any card, by Kind
 constexpr int kSwitchMapped = 100, kLedForm = 256;
 constexpr double kFirmwareSteps[] = {2.15, 2.24, 3.24};
 
@@ -33,37 +33,53 @@ constexpr ModelMaps kModels[] = {
     {"LX-X", {6, 16, 18, 8}, {{1, 1, 1, 1}, {0, 64, 128, 128}, {0, 64, 64, 64}, {0, 0, 64, 64}}},
 };
 
-/// The channels of a card by its type and, for those with LEDs, its form.
+/// The channels of a card by its type and subtype; the first that fits counts.
 struct CardChannels {
-  int type;
+  int type, firstSubtype, lastSubtype;
   Kind kind;
   int channels;
 };
+constexpr int kAnySubtype = 0xFFFF;
 constexpr CardChannels kCardChannels[] = {
-    {10, IoMaps::kInputs, 16},  {11, IoMaps::kRelays, 8}, {12, IoMaps::kAnalogue, 4},
-    {13, IoMaps::kAnalogue, 4}, {14, IoMaps::kInputs, 8}, {27, IoMaps::kRelays, 4},
+    {10, 0, 0, IoMaps::kRelays, 8},
+    {10, 16, 16, IoMaps::kRelays, 6},
+    {10, 4110, 4110, IoMaps::kRelays, 8},
+    {11, 16, 19, IoMaps::kInputs, 6},
+    {11, 0, kAnySubtype, IoMaps::kInputs, 16},
+    {12, 0, 1, IoMaps::kAnalogue, 8},
+    {12, 16, 17, IoMaps::kAnalogue, 2},
+    {13, 0, 2, IoMaps::kAnalogue, 8},
+    {13, 16, 18, IoMaps::kAnalogue, 2},
+    {14, 0, kAnySubtype, IoMaps::kLeds, 16},
 };
+constexpr Card kFurtherCard = {0, 11, 3};
+constexpr int kBeyondAddresses = 2;
 
 bool IsSwitchMapped(const Card& card) {
   return card.subtype >= kSwitchMapped && card.subtype < 2 * kSwitchMapped;
 }
 
+/// Those that a map leads to.
 int ChannelsOf(const Card& card, Kind kind) {
-  if (IsSwitchMapped(card)) return 0;
-  if ((card.subtype & kLedForm) != 0) return kind == IoMaps::kLeds ? kMaxChannel[kind] : 0;
+  if (IsSwitchMapped(card) || card.address > kMaxCards) return 0;
+  const bool leds = (card.subtype & kLedForm) != 0;
+  const int subtype = leds ? card.subtype & 0xFF : card.subtype;
   for (const CardChannels& known : kCardChannels) {
-    if (known.type == card.type && known.kind == kind) return known.channels;
+    if (known.type != card.type || subtype < known.firstSubtype || subtype > known.lastSubtype) {
+      continue;
+    }
+    return (leds ? IoMaps::kLeds : known.kind) == kind ? known.channels : 0;
   }
   return 0;
 }
 
 void MapCards(IoMap& map, Kind kind, int internal, const std::vector<Card>& cards) {
   std::size_t next = internal;
-  int address = 0;
   for (const Card& card : cards) {
-    ++address;
     for (int channel = 1; channel <= ChannelsOf(card, kind); ++channel) {
-      if (next < map.entries.size()) map.entries[next++] = address * kPerAddress + channel;
+      if (next == map.entries.size()) return;
+      map.entries[next++] = card.address * kPerAddress + channel;
+      map.used = static_cast<int>(next);
     }
   }
 }
@@ -71,10 +87,19 @@ void MapCards(IoMap& map, Kind kind, int internal, const std::vector<Card>& card
 /// A bit for each card that has channels of this kind.
 int AddressesWith(const std::vector<Card>& cards, Kind kind) {
   int mask = 0;
-  for (std::size_t n = 0; n < cards.size(); ++n) {
-    if (ChannelsOf(cards[n], kind) > 0) mask |= 1 << n;
+  for (const Card& card : cards) {
+    if (ChannelsOf(card, kind) > 0) mask |= 1 << (card.address - 1);
   }
   return mask;
+}
+
+void AddFurtherCards(std::vector<Card>& cards) {
+  for (int address = 1; address <= kMaxCards + kBeyondAddresses; ++address) {
+    const auto place = std::find_if(cards.begin(), cards.end(),
+                                    [=](const Card& card) { return card.address >= address; });
+    if (place != cards.end() && place->address == address) continue;
+    cards.insert(place, {address, kFurtherCard.type, kFurtherCard.subtype});
+  }
 }
 
 template <Kind kind>
@@ -148,17 +173,18 @@ void WriteMap(Station& station, const WriteRequest& request) {
 /// A number of one card by its address, 0 where there is none, or a line for each card.
 Values ReadCards(const Station& station, const Values& arguments, std::string_view name,
                  int Card::*number) {
-  const std::vector<Card>& cards = station.ioMaps->cards;
-  if (!AskForAll(arguments)) {
-    const std::size_t place = IntegerArgument(arguments, 0, 1, kMaxCards) - 1;
-    return {place < cards.size() ? static_cast<double>(cards[place].*number) : 0.0};
-  }
+  const bool all = AskForAll(arguments);
+  const int address = all ? 0 : IntegerArgument(arguments, 0, 1, kMaxCards + kBeyondAddresses);
   Values lines;
-  for (const Card& card : cards) {
-    lines.emplace_back(std::string(name) + " " + std::to_string(lines.size() + 1) + "=" +
-                       std::to_string(card.*number));
+  for (const Card& card : station.ioMaps->cards) {
+    if (all) {
+      lines.emplace_back(std::string(name) + " " + std::to_string(card.address) + "=" +
+                         std::to_string(card.*number));
+    } else if (card.address == address) {
+      return {static_cast<double>(card.*number)};
+    }
   }
-  return lines;
+  return all ? lines : Values{0.0};
 }
 
 Values ReadCardTypes(Station& station, const Values& arguments) {
@@ -200,23 +226,22 @@ constexpr Variable kVariables[] = {
 }  // namespace
 
 std::optional<IoMaps> MakeIoMaps(std::string_view model, std::string_view firmware,
-                                 std::span<const Card> cards) {
+                                 std::span<const Card> cards, bool manyCards) {
   const auto* known = std::find_if(std::begin(kModels), std::end(kModels),
                                    [&](const ModelMaps& m) { return m.model == model; });
   if (known == std::end(kModels)) return std::nullopt;
-  const double version = ParseNumber(firmware).value_or(0);
+  const double version = LeadingNumber(firmware);
   const auto step = std::count_if(std::begin(kFirmwareSteps), std::end(kFirmwareSteps),
                                   [&](double from) { return version >= from; });
   IoMaps result;
   result.cards.assign(cards.begin(), cards.end());
+  if (manyCards) AddFurtherCards(result.cards);
   for (const Kind kind : {IoMaps::kAnalogue, IoMaps::kInputs, IoMaps::kRelays, IoMaps::kLeds}) {
     IoMap& map = result.maps[kind];
     const int internal = known->internal[kind], entries = known->entries[kind][step];
     map.exists = kind != IoMaps::kLeds || step > 0;
     map.entries.resize(entries > 0 ? entries : internal);
     MapCards(map, kind, internal, result.cards);
-    const int all = static_cast<int>(map.entries.size());
-    map.used = cards.empty() ? std::min(internal, all) : all;
   }
   result.mappedRelays = AddressesWith(result.cards, IoMaps::kRelays);
   return result;

@@ -10,18 +10,20 @@
 
 namespace ostrel::simulator {
 
-/// An extension card on a device's COM3; its address is its place in the station's list, from 1.
+/// An extension card on a device's COM3.
 struct Card {
+  int address;  ///< as set with its switches, from 1
   int type;
   int subtype;  ///< 100 to 199: mapped by its own switches; bit 256: the form with LEDs
 };
 
+/// The highest address that a map can name.
 inline constexpr int kMaxCards = 16;
 
 /// What the entries of one map stand for. An entry says which channel of which card serves it.
 struct IoMap {
   bool exists = false;
-  int used = 0;              ///< the entries that the device looks at
+  int used = 0;              ///< internal channels and those of cards; 0 = there are no cards
   std::vector<int> entries;  ///< address * 100 + channel, 0 = not mapped
 };
 
@@ -36,8 +38,9 @@ struct IoMaps {
 };
 
 /// Maps in which the cards' channels follow the internal ones; nothing for models without maps.
+/// With many cards, there is one at each free address and at two beyond the highest.
 std::optional<IoMaps> MakeIoMaps(std::string_view model, std::string_view firmware,
-                                 std::span<const Card> cards);
+                                 std::span<const Card> cards, bool manyCards);
 
 /// The maps and the cards.
 VariableTable IoMapVariables();

@@ -74,6 +74,7 @@ void Regulator::Tap(Station& station, int step) {
 }
 
 void Regulator::Simulate(Station& station, int on) {
+  if (on == 0) SimulateTap(0);
   if ((on != 0) == simulating_) return;
   station.Note(Event::kSimulation, on);
   simulating_ = on != 0;
@@ -121,8 +122,8 @@ void Regulator::Step(Station& station, std::int64_t second) {
 void Regulator::Measure(std::int64_t second) {
   const GridState state = grid_.At(second);
   inputs_.voltage = VoltageAt(tap_, state.deviation);
-  inputs_.current = state.load * settings.range;
-  inputs_.angle = state.angle;
+  inputs_.current = state.load;
+  inputs_.angle = (state.angle + 5) / 10 * 100;  // as finely as it measures
   inputs_.circulating = state.circulating * settings.range;
 }
 
@@ -131,10 +132,12 @@ void Regulator::FinishTap(Station& station) {
     simulatedTap_ = std::clamp(simulatedTap_ + step_, tapChanger_.lowest, tapChanger_.highest);
   } else {
     tap_ += step_;
-    const bool underLoad = inputs_.current >= kUnderLoad * settings.range;
+    const bool underLoad = inputs_.current >= kUnderLoad;
     if (station.tapChanger) station.tapChanger->Count(tap_, underLoad);
   }
-  station.Note(Event::kTapPosition, stepsSimulated_ ? simulatedTap_ : tap_);
+  if (hasTapPosition_) {
+    station.Note(Event::kTapPosition, stepsSimulated_ ? simulatedTap_ : tap_);
+  }
 }
 
 void Regulator::WatchLimits(Station& station) {
@@ -170,7 +173,7 @@ bool Regulator::MayTap(int step) const {
 }
 
 void Regulator::StartTap(Station& station, int step) {
-  station.Note(step > 0 ? Event::kUp : Event::kDown, 1);
+  if (hasTapPosition_) station.Note(step > 0 ? Event::kUp : Event::kDown, 1);
   step_ = step;
   stepsSimulated_ = TapIsSimulated();
   running_ = kTapSeconds;

@@ -16,7 +16,7 @@ struct Station;
 /// What the models that regulate a voltage differ in.
 struct RegulatorModel {
   std::string_view model;
-  bool tapPosition = true;  ///< it shows the tap position and the circulating current
+  bool tapPosition = true;  ///< it shows and logs it, and shows the circulating current
   int range = 1;            ///< rated current in A: 1 or 5
   int currentRatio = 0;     ///< of the current transformer, in 1/100
 };
@@ -41,8 +41,8 @@ struct RegulatorSettings {
 /// What a regulator measures on the secondary side, or is told in simulation mode.
 struct Measurements {
   int voltage = 0;      ///< mV
-  int current = 0;      ///< mA
-  int angle = 0;        ///< 1/100 degree
+  int current = 0;      ///< mA, with a range of 5 A divided by 5
+  int angle = 0;        ///< 1/1000 degree
   int circulating = 0;  ///< mA
 };
 

@@ -14,7 +14,7 @@ constexpr int kLowestSetPoint = 60'000, kHighestSetPoint = 140'000;
 constexpr int kLargestRatio = 1'000'000;
 constexpr int kLargestVoltage = 200'000;
 constexpr int kLargestCurrent = 10'000;
-constexpr int kLargestAngle = 18'000;
+constexpr int kLargestAngle = 180'000;
 constexpr int kMilli = 1000;
 
 bool HasRegulator(const Station& station) {
@@ -95,6 +95,12 @@ void WriteInput(Station& station, const WriteRequest& request) {
   input = WrittenNumber(request, lowest, highest, scale);
 }
 
+/// What is read and written is to be multiplied by the range.
+void WriteCurrent(Station& station, const WriteRequest& request) {
+  int& current = station.regulator->SimulatedInputs().current;
+  current = WrittenNumber(request, 0, kLargestCurrent / station.regulator->settings.range, kMilli);
+}
+
 Values ReadTapPosition(Station& station, const Values&) {
   const Regulator& regulator = *station.regulator;
   const bool shown = regulator.settings.tapIndication != 0;
@@ -173,10 +179,9 @@ constexpr Variable kVariables[] = {
     {"regtapdown", HasRegulator, nullptr, WriteTap<-1>},
     {"regun", HasRegulator, ReadInput<&In::voltage, kMilli, 100>,
      WriteInput<&In::voltage, 0, kLargestVoltage, kMilli>},
-    {"regin", HasRegulator, ReadInput<&In::current, kMilli, 1000>,
-     WriteInput<&In::current, 0, kLargestCurrent, kMilli>},
-    {"regphi", HasRegulator, ReadInput<&In::angle, 100, 10>,
-     WriteInput<&In::angle, -kLargestAngle, kLargestAngle, 100>},
+    {"regin", HasRegulator, ReadInput<&In::current, kMilli, 1000>, WriteCurrent},
+    {"regphi", HasRegulator, ReadInput<&In::angle, kMilli, 1000>,
+     WriteInput<&In::angle, -kLargestAngle, kLargestAngle, kMilli>},
     {"regikr", HasTapPosition, ReadInput<&In::circulating, kMilli, 1000>, nullptr},
     {"regstufe", HasTapPosition, ReadTapPosition, WriteTapPosition},
     {"regstuftyp", HasTapPosition, ReadSetting<&Set::tapIndication>,

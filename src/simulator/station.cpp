@@ -29,13 +29,18 @@ std::optional<TapChanger> MakeTapChanger(const StationData& data, std::uint64_t 
   return TapChanger(data.tapChanger, wide ? -60 : -40, wide ? 59 : 39, Random(seed));
 }
 
+const RegulatorModel* FindRegulator(std::string_view name) {
+  const auto* found =
+      std::find_if(std::begin(kRegulators), std::end(kRegulators),
+                   [&](const RegulatorModel& known) { return known.model == name; });
+  return found == std::end(kRegulators) ? nullptr : found;
+}
+
 std::optional<Regulator> MakeRegulator(const StationData& data, std::uint64_t seed,
                                        std::int64_t localSeconds) {
-  for (const RegulatorModel& model : kRegulators) {
-    if (model.model != data.model) continue;
-    return Regulator(model, data.tapChanger, Grid(seed ^ kGridDice, localSeconds));
-  }
-  return std::nullopt;
+  const RegulatorModel* model = FindRegulator(data.model);
+  if (!model) return std::nullopt;
+  return Regulator(*model, data.tapChanger, Grid(seed ^ kGridDice, localSeconds));
 }
 
 std::optional<CoilController> MakeCoilController(const StationData& data) {
@@ -47,6 +52,7 @@ std::optional<CoilController> MakeCoilController(const StationData& data) {
 }  // namespace
 
 bool StationData::HasFirmware(std::string_view first) const {
+  if (FindRegulator(model)) return LeadingNumber(firmware) >= LeadingNumber(first);
   return Compare(std::string(firmware), std::string(first)) >= 0;
 }
 
@@ -60,15 +66,17 @@ Station::Station(std::string stationAddress, const StationData& stationData,
       tapChanger(MakeTapChanger(stationData, stationSeed)),
       regulator(MakeRegulator(stationData, stationSeed, localSeconds)),
       coil(MakeCoilController(stationData)),
-      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards)),
+      ioMaps(MakeIoMaps(stationData.model, stationData.firmware, stationData.cards,
+                        stationData.extras.manyCards)),
       programs(regulator ? std::optional(MakePrograms()) : std::nullopt),
       access(stationData.access, IsConnected()) {
   if (regulator) {
-    const int position = regulator->TapPosition();
+    const auto position =
+        regulator->HasTapPosition() ? std::optional(regulator->TapPosition()) : std::nullopt;
     eventLog.AddHistory(LocalMs(), data.tapChanger, position, Random(seed ^ kHistoryDice));
   }
   if (coil && data.HasFirmware(kDataLogFirmware)) {
-    dataLog.emplace(time, Random(seed ^ kDataLogDice));
+    dataLog.emplace(time, data.extras, Random(seed ^ kDataLogDice));
   }
 }
 

@@ -11,6 +11,7 @@
 #include "simulator/data_log.h"
 #include "simulator/device_time.h"
 #include "simulator/event_log.h"
+#include "simulator/extras.h"
 #include "simulator/file_store.h"
 #include "simulator/io_map.h"
 #include "simulator/programs.h"
@@ -30,9 +31,11 @@ struct StationData {
   TapChangerData tapChanger = {};
   AccessData access = {};
   BootloaderData bootloader = {};
-  std::span<const Card> cards = {};  ///< on COM3, by address from 1 on; at most kMaxCards
+  std::span<const Card> cards = {};  ///< on COM3, by address
+  Extras extras = {};
 
-  /// Whether it has this firmware or a later one.
+  /// Whether it has this firmware or a later one. Those of regulators count as decimal numbers, so
+  /// that 2.3 is later than 2.27; others field by field.
   bool HasFirmware(std::string_view first) const;
 };
 

@@ -30,10 +30,10 @@ constexpr Model kModels[] = {
 /// The newest built-in device of the model that is no newer than this firmware, or else its first.
 StationData Pattern(std::string_view model, std::string_view firmware) {
   const StationData* pattern = nullptr;
+  const StationData wanted{model, firmware, "", ""};
   for (const StationData& data : BuiltInStations()) {
     if (data.model != model) continue;
-    const bool fits = Compare(std::string(data.firmware), std::string(firmware)) <= 0;
-    if (!pattern || fits) pattern = &data;
+    if (!pattern || wanted.HasFirmware(data.firmware)) pattern = &data;
   }
   return pattern ? *pattern : StationData{};
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <limits>
+#include <utility>
 
 namespace ostrel::simulator {
 
@@ -18,6 +20,7 @@ constexpr int kLast = 0;
 constexpr int kFirstOfMonth = 91;
 constexpr int kFifthOfMonth = 95;
 constexpr std::int64_t kLargestRule = 7'95'12'23'59;
+constexpr int kFirstHourBefore = 97;
 constexpr int kLeapYear = 2000;
 // By hemisphere: the last Sundays of March at 2:00 and of October at 3:00; the first Sundays of
 // October at 2:00 and of April at 3:00.
@@ -39,6 +42,7 @@ Rule Unpack(std::int64_t packed) {
   rule.before = packed < 0;
   rule.minute = take();
   rule.hour = take();
+  if (rule.hour >= kFirstHourBefore) rule.hour -= 100;
   rule.month = take();
   rule.day = take();
   rule.weekday = take();
@@ -112,11 +116,19 @@ void SummerTimeRules::SetAll(ClockChange change, int rule) {
 bool SummerTimeRules::InForce(std::int64_t standardSeconds) const {
   const auto date = std::chrono::floor<days>(kEpoch + std::chrono::seconds(standardSeconds));
   const int year = static_cast<int>(std::chrono::year_month_day(date).year());
-  const std::int64_t begin = ChangeSeconds(RuleOf(ClockChange::kToSummer, year), year);
-  const std::int64_t end = ChangeSeconds(RuleOf(ClockChange::kToWinter, year), year) - kHour;
-  const bool afterBegin = standardSeconds >= begin, beforeEnd = standardSeconds < end;
-  // A summer may last across the end of the year, as it does south of the equator.
-  return begin < end ? afterBegin && beforeEnd : afterBegin || beforeEnd;
+  // A rule may reach into the year before; a summer may last across the end of one.
+  std::int64_t latest = std::numeric_limits<std::int64_t>::min();
+  bool summer = false;
+  for (int of = year - 1; of <= year + 1; ++of) {
+    const std::int64_t begin = ChangeSeconds(RuleOf(ClockChange::kToSummer, of), of);
+    const std::int64_t end = ChangeSeconds(RuleOf(ClockChange::kToWinter, of), of) - kHour;
+    for (const auto& [at, toSummer] : {std::pair(begin, true), std::pair(end, false)}) {
+      if (at > standardSeconds || at < latest) continue;
+      latest = at;
+      summer = toSummer;
+    }
+  }
+  return summer;
 }
 
 }  // namespace ostrel::simulator

@@ -13,7 +13,8 @@ enum class ClockChange { kToSummer = 1, kToWinter = 2 };
 
 /// Whether a number is a packed rule [W]DDMMHHmm. Without weekday W it is a date. W is 1 (Monday)
 /// to 7 (Sunday), and DD then 00 = the last of the month, 91 to 95 = the first to the fifth,
-/// another day = the first one on or after it, with a minus sign the last one before it.
+/// another day = the first one on or after it, with a minus sign the last one before it. HH is 00
+/// to 23, or 97 to 99 for three to one hours before midnight of that day.
 bool IsChangeRule(std::int64_t packed);
 
 /// When a rule takes effect in a year: local time before the change, in seconds since 1990-01-01

@@ -1,6 +1,7 @@
 #include "simulator/tap_changer.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "simulator/station.h"
@@ -37,11 +38,11 @@ Values ReadCounters(Station& station, const Values& arguments) {
 }
 
 Values ReadTotal(Station& station, const Values&) {
-  return {AsPrinted(station.tapChanger->Total())};
+  return {static_cast<double>(station.tapChanger->Total())};
 }
 
 Values ReadTotalUnderLoad(Station& station, const Values&) {
-  return {AsPrinted(station.tapChanger->TotalUnderLoad())};
+  return {static_cast<double>(station.tapChanger->TotalUnderLoad())};
 }
 
 void ClearCounters(Station& station, const WriteRequest& request) {
@@ -75,7 +76,9 @@ TapChanger::TapChanger(const TapChangerData& data, int first, int last, Random r
 }
 
 void TapChanger::Count(int position, bool underLoad) {
-  ++counters_[position - first_];
+  std::uint16_t& counter = counters_[position - first_];
+  if (counter == std::numeric_limits<std::uint16_t>::max()) return;
+  ++counter;
   ++total_;
   if (underLoad) ++totalUnderLoad_;
 }

@@ -16,8 +16,8 @@ struct TapChangerData {
   int changesSoFar = 0;  ///< about; 0 = the device has no tap changer
 };
 
-/// Counts the tap changes as a device does: 16-bit counters that wrap, one for each position
-/// moved to, and two totals.
+/// Counts the tap changes as a device does: a 16-bit counter for each position moved to, which
+/// stays at its highest number, and two totals. The first is the sum of the counters.
 class TapChanger {
  public:
   /// Counters for the positions first to last, with a history of changes behind them.
@@ -27,8 +27,8 @@ class TapChanger {
   int Last() const { return first_ + static_cast<int>(counters_.size()) - 1; }
   /// Position between First() and Last().
   std::uint16_t CounterAt(int position) const { return counters_[position - first_]; }
-  std::uint16_t Total() const { return total_; }
-  std::uint16_t TotalUnderLoad() const { return totalUnderLoad_; }
+  int Total() const { return total_; }
+  int TotalUnderLoad() const { return totalUnderLoad_; }  ///< no more than Total()
   void ClearStatistics();
   /// A change to a position between First() and Last().
   void Count(int position, bool underLoad);
@@ -36,8 +36,8 @@ class TapChanger {
  private:
   int first_;
   std::vector<std::uint16_t> counters_;
-  std::uint16_t total_ = 0;
-  std::uint16_t totalUnderLoad_ = 0;
+  int total_ = 0;
+  int totalUnderLoad_ = 0;
 };
 
 /// The statistics' variables, which a device without tap changer lacks.

@@ -54,6 +54,12 @@ std::optional<double> ParseNumber(std::string_view text) {
   return number;
 }
 
+double LeadingNumber(std::string_view text) {
+  double number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+  return number;
+}
+
 std::string FormatNumber(double number) {
   if (number == 0) return "0";
   // Rounding first: 0.1 + 0.2 is 0.3 to whoever reads it.

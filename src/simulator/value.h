@@ -21,6 +21,9 @@ struct Fault {
 /// The whole text as a number: "12", "-40", "+.5", "1E6"; nothing else is one.
 std::optional<double> ParseNumber(std::string_view text);
 
+/// The number at the beginning of a text, 0 where there is none: "2.27b" is 2.27.
+double LeadingNumber(std::string_view text);
+
 /// As a device prints it: at most ten significant digits, no exponent, no trailing zeros, ".".
 std::string FormatNumber(double number);
 std::string FormatValue(const Value& value);

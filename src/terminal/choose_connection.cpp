@@ -1,7 +1,9 @@
+#include "terminal/choose_connection.h"
+
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
-#include "cli/commands.h"
+#include "terminal/table.h"
 
 namespace ostrel {
 
@@ -12,11 +14,11 @@ std::string ChooseInTerminal(const std::vector<Connection>& connections,
                                                  messages.Caption(text::kKind),
                                                  messages.Caption(text::kTarget)}};
   for (const Connection& connection : connections) {
-    const bool marked = LowerAscii(connection.name) == LowerAscii(preselected);
+    const bool marked = SameText(connection.name, preselected);
     rows.push_back({marked ? "*" : " ", std::to_string(rows.size()), connection.name,
                     connection.kind, connection.Target()});
   }
-  PrintTable(err, rows);
+  WriteTable(err, rows);
   for (std::string input;;) {
     err << messages.Caption(text::kChooseNumber) << std::flush;
     if (!std::getline(in, input)) return {};

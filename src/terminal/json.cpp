@@ -1,23 +1,10 @@
 #include "terminal/json.h"
 
+#include "base/utf8.h"
+
 namespace ostrel {
 
 namespace {
-
-/// The length of the UTF-8 character at the start of a text; 0 when there is none.
-std::size_t CharLength(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const std::size_t length = lead < 0x80                    ? 1
-                             : lead >= 0xC2 && lead < 0xE0  ? 2
-                             : lead >= 0xE0 && lead < 0xF0  ? 3
-                             : lead >= 0xF0 && lead <= 0xF4 ? 4
-                                                            : 0;
-  if (length == 0 || length > text.size()) return 0;
-  for (std::size_t n = 1; n < length; ++n) {
-    if ((static_cast<unsigned char>(text[n]) & 0xC0) != 0x80) return 0;
-  }
-  return length;
-}
 
 std::string Escaped(char letter) {
   switch (letter) {
@@ -45,15 +32,16 @@ std::string Escaped(char letter) {
 std::string JsonString(std::string_view text) {
   std::string json = "\"";
   while (!text.empty()) {
-    const std::size_t length = CharLength(text);
-    if (length == 0) {
+    const std::string_view before = text;
+    const std::optional<char32_t> character = PopCharacter(text);
+    if (!character) {
       json += "\uFFFD";
-    } else if (length == 1) {
-      json += Escaped(text[0]);
+      text.remove_prefix(1);
+    } else if (*character < 0x80) {
+      json += Escaped(before[0]);
     } else {
-      json += text.substr(0, length);
+      json += before.substr(0, before.size() - text.size());
     }
-    text.remove_prefix(length == 0 ? 1 : length);
   }
   return json + '"';
 }
@@ -77,6 +65,10 @@ JsonObject& JsonObject::AddRaw(std::string_view key, std::string_view json) {
   members_ += JsonString(key) + ": ";
   members_ += json;
   return *this;
+}
+
+JsonObject JsonError(int number, std::string_view message) {
+  return JsonObject().Add("number", number).Add("message", message);
 }
 
 }  // namespace ostrel

@@ -31,4 +31,7 @@ class JsonObject {
   std::string members_;
 };
 
+/// What went wrong: the number of its message, and its text as it is shown.
+JsonObject JsonError(int number, std::string_view message);
+
 }  // namespace ostrel

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "widgets/bar_chart_data.h"
+#include "widgets/bar_chart_png.h"
 
 class QCPBars;
 class QCPItemText;
@@ -50,9 +50,5 @@ class BarChart : public QWidget {
   QCPItemText* hint_ = nullptr;
   BarChartData data_;
 };
-
-/// PNG bytes of a chart of all that was counted, 1200 × 600 pixels large, in light colours, drawn
-/// off screen. A QApplication must exist.
-std::string BarChartPng(const BarChartData& data);
 
 }  // namespace ostrel

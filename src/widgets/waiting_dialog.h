@@ -3,9 +3,8 @@
 #include <QDialog>
 #include <functional>
 
-#include "app/service.h"
-
-class QPushButton;
+#include "device/desk.h"
+#include "widgets/captions.h"
 
 namespace ostrel {
 
@@ -13,14 +12,13 @@ namespace ostrel {
 /// closed even then, and is hidden when the exchange returns.
 class WaitingDialog : public QDialog {
  protected:
-  WaitingDialog(QWidget* parent, Service& service, const char* name, int titleId);
-  QString Text(int id) const;
-  QPushButton* Button(const char* name, int id, const std::function<void()>& command);
+  WaitingDialog(QWidget* parent, const Desk& desk, const char* name, int titleId);
   /// What holds all controls.
   QWidget* Body() { return body_; }
   void Wait(const std::function<void()>& exchange);
 
-  Service& service_;
+  const Desk desk_;
+  Captions captions_;
 
  private:
   QWidget* body_;

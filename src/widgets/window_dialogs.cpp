@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/service.h"
+#include "base/program_title.h"
 #include "base/texts.h"
 
 namespace ostrel {
@@ -23,6 +23,10 @@ namespace {
 
 /// A device may answer more than fits on a screen.
 constexpr qsizetype kMostCharacters = 1500;
+
+QString Title() {
+  return QString::fromUtf8(kProgramTitle);
+}
 
 QString BoxText(const Message& message) {
   QString text = QString::fromStdString(message.text).remove(QLatin1Char('\r'));
@@ -81,8 +85,9 @@ QWidget* WindowDialogs::Parent() const {
   return open != nullptr ? open : parent_;
 }
 
-std::string WindowDialogs::Caption(int id) const {
-  return messages_ != nullptr ? messages_->Caption(id) : Messages::Text(id, 0);
+QString WindowDialogs::Caption(int id) const {
+  return QString::fromStdString(messages_ != nullptr ? messages_->Caption(id)
+                                                     : Messages::Text(id, 0));
 }
 
 void WindowDialogs::Silence() {
@@ -95,26 +100,24 @@ void WindowDialogs::Silence() {
 
 void WindowDialogs::Show(const Message& message) {
   if (silent_) return;
-  const std::string title = message.title.empty() ? Service::Title() : message.title;
+  const QString title = QString::fromStdString(message.title);
   QMessageBox box(
       message.style == MessageStyle::kExclamation ? QMessageBox::Warning : QMessageBox::Information,
-      QString::fromStdString(title), {}, QMessageBox::NoButton, Parent());
+      title.isEmpty() ? Title() : title, {}, QMessageBox::NoButton, Parent());
   box.setTextFormat(Qt::PlainText);
   box.setText(BoxText(message));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  box.addButton(QString::fromStdString(Caption(text::kOk)), QMessageBox::AcceptRole);
+  box.addButton(Caption(text::kOk), QMessageBox::AcceptRole);
   RunModal(box);
 }
 
 bool WindowDialogs::AskYesNo(const std::string& question) {
   if (silent_) return false;
-  QMessageBox box(QMessageBox::Question, QString::fromStdString(Service::Title()), {},
-                  QMessageBox::NoButton, Parent());
+  QMessageBox box(QMessageBox::Question, Title(), {}, QMessageBox::NoButton, Parent());
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(question));
-  const auto* yes =
-      box.addButton(QString::fromStdString(Caption(text::kYes)), QMessageBox::YesRole);
-  auto* no = box.addButton(QString::fromStdString(Caption(text::kNo)), QMessageBox::NoRole);
+  const auto* yes = box.addButton(Caption(text::kYes), QMessageBox::YesRole);
+  auto* no = box.addButton(Caption(text::kNo), QMessageBox::NoRole);
   box.setDefaultButton(no);
   box.setEscapeButton(no);
   RunModal(box);
@@ -128,8 +131,8 @@ std::optional<std::string> WindowDialogs::AskText(const InputRequest& request) {
   box.setLabelText(QString::fromStdString(request.prompt));
   box.setTextValue(QString::fromStdString(request.value));
   box.setTextEchoMode(request.password ? QLineEdit::Password : QLineEdit::Normal);
-  box.setOkButtonText(QString::fromStdString(Caption(text::kOk)));
-  box.setCancelButtonText(QString::fromStdString(Caption(text::kCancel)));
+  box.setOkButtonText(Caption(text::kOk));
+  box.setCancelButtonText(Caption(text::kCancel));
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   if (!RunModal(box) || silent_) return std::nullopt;
   return box.textValue().toStdString();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <string>
 
 #include "base/dialogs.h"
@@ -40,7 +41,7 @@ class WindowDialogs : public Dialogs {
   void ToClipboard(const std::string& text, const std::string& pngPicture) override;
 
  private:
-  std::string Caption(int id) const;
+  QString Caption(int id) const;
 
   QWidget* parent_ = nullptr;
   const Messages* messages_ = nullptr;

@@ -5,7 +5,6 @@
 
 #include "base/settings_path.h"
 #include "base/text.h"
-#include "base/texts.h"
 
 namespace ostrel {
 
@@ -13,10 +12,6 @@ namespace {
 
 constexpr std::string_view kSimulator = "Simulator";
 constexpr std::string_view kCurrent = "CurrentConnection";
-
-bool Same(std::string_view left, std::string_view right) {
-  return LowerAscii(left) == LowerAscii(right);
-}
 
 int IntOr(std::string_view text, int fallback) {
   int number = 0;
@@ -38,27 +33,24 @@ std::string KeyOf(std::string_view name) {
 Connection BuiltIn() {
   Connection connection;
   connection.name = kSimulator;
-  connection.kind = "simulator";
+  connection.kind = StoredAs(ConnectionKind::kSimulator);
   return connection;
 }
 
 /// The id of the text that says what is wrong with the data of its kind; 0 when nothing is.
 int DataProblem(const Connection& connection) {
-  if (connection.kind == "simulator") return 0;
-  if (connection.kind == "tcp") {
+  if (connection.Simulated()) return 0;
+  if (connection.Is(ConnectionKind::kTcp)) {
     if (connection.host.empty()) return text::kHostProblem;
     return connection.port >= 1 && connection.port <= 65535 ? 0 : text::kPortProblem;
   }
-  if (connection.kind != "serial") return text::kKindProblem;
-  const auto oneOf = [](std::string_view value, std::initializer_list<std::string_view> known) {
-    return std::find(known.begin(), known.end(), value) != known.end();
-  };
+  if (!connection.Is(ConnectionKind::kSerial)) return text::kKindProblem;
   if (connection.device.empty()) return text::kDeviceProblem;
   if (connection.baud <= 0) return text::kBaudProblem;
-  if (!oneOf(connection.parity, {"none", "even", "odd", "mark", "space"})) {
-    return text::kFramingProblem;
-  }
-  return oneOf(connection.stopBits, {"1", "1.5", "2"}) ? 0 : text::kFramingProblem;
+  const bool framed = Chosen(kParities, connection.parity) != nullptr &&
+                      std::find(std::begin(kStopBits), std::end(kStopBits), connection.stopBits) !=
+                          std::end(kStopBits);
+  return framed ? 0 : text::kFramingProblem;
 }
 
 Connection Load(const SettingsStore& settings, const std::string& name) {
@@ -70,19 +62,29 @@ Connection Load(const SettingsStore& settings, const std::string& name) {
   connection.port = IntOr(settings.ReadShared(key, "Port", ""), 0);
   connection.device = settings.ReadShared(key, "Device", "");
   connection.baud = IntOr(settings.ReadShared(key, "Baud", "19200"), 0);
-  connection.parity = settings.ReadShared(key, "Parity", "none");
-  connection.stopBits = settings.ReadShared(key, "StopBits", "1");
+  connection.parity = settings.ReadShared(key, "Parity", connection.parity);
+  connection.stopBits = settings.ReadShared(key, "StopBits", connection.stopBits);
   return connection;
 }
 
 }  // namespace
 
+bool Connection::Is(ConnectionKind wanted) const {
+  const Choice<ConnectionKind>* chosen = Chosen(kConnectionKinds, kind);
+  return chosen != nullptr && chosen->meaning == wanted;
+}
+
+Parity Connection::ParityOfLine() const {
+  const Choice<Parity>* chosen = Chosen(kParities, parity);
+  return chosen == nullptr ? Parity::kNone : chosen->meaning;
+}
+
 std::string Connection::Target() const {
-  if (kind == "tcp") {
+  if (Is(ConnectionKind::kTcp)) {
     const bool brackets = host.find(':') != std::string::npos;
     return (brackets ? "[" + host + "]" : host) + ":" + std::to_string(port);
   }
-  if (kind == "serial") return device + ", " + std::to_string(baud) + " baud";
+  if (Is(ConnectionKind::kSerial)) return device + ", " + std::to_string(baud) + " baud";
   return {};
 }
 
@@ -91,7 +93,9 @@ std::vector<Connection> Connections::List() const {
   for (const std::string& name : settings_.SharedSubKeys(keys::kConnections)) {
     list.push_back(Load(settings_, name));
   }
-  const auto taken = [](const Connection& connection) { return Same(connection.name, kSimulator); };
+  const auto taken = [](const Connection& connection) {
+    return SameText(connection.name, kSimulator);
+  };
   if (std::none_of(list.begin(), list.end(), taken)) list.insert(list.begin(), BuiltIn());
   return list;
 }
@@ -99,7 +103,7 @@ std::vector<Connection> Connections::List() const {
 std::optional<Connection> Connections::Find(std::string_view name) const {
   const std::string wanted = name.empty() ? Current() : std::string(name);
   for (Connection& connection : List()) {
-    if (Same(connection.name, wanted)) return std::move(connection);
+    if (SameText(connection.name, wanted)) return std::move(connection);
   }
   return std::nullopt;
 }
@@ -117,12 +121,12 @@ bool Connections::Stored(std::string_view name) const {
   if (!settings_.ReadShared(KeyOf(name), "Kind", "").empty()) return true;
   const std::vector<std::string> names = settings_.SharedSubKeys(keys::kConnections);
   return std::any_of(names.begin(), names.end(),
-                     [name](const std::string& stored) { return Same(stored, name); });
+                     [name](const std::string& stored) { return SameText(stored, name); });
 }
 
 int Connections::Problem(const Connection& connection, std::string_view before) const {
   if (!ValidName(connection.name)) return text::kNameProblem;
-  if (!Same(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
+  if (!SameText(connection.name, before) && Stored(connection.name)) return text::kConnectionTaken;
   return DataProblem(connection);
 }
 
@@ -131,10 +135,10 @@ bool Connections::Add(const Connection& connection) {
   const std::string key = KeyOf(connection.name);
   settings_.RemoveSharedKey(key);
   settings_.WriteShared(key, "Kind", connection.kind);
-  if (connection.kind == "tcp") {
+  if (connection.Is(ConnectionKind::kTcp)) {
     settings_.WriteShared(key, "Host", connection.host);
     settings_.WriteShared(key, "Port", std::to_string(connection.port));
-  } else if (connection.kind == "serial") {
+  } else if (connection.Is(ConnectionKind::kSerial)) {
     settings_.WriteShared(key, "Device", connection.device);
     settings_.WriteShared(key, "Baud", std::to_string(connection.baud));
     settings_.WriteShared(key, "Parity", connection.parity);
@@ -145,10 +149,10 @@ bool Connections::Add(const Connection& connection) {
 
 bool Connections::Change(std::string_view name, const Connection& changed) {
   if (!Stored(name) || Problem(changed, name) != 0) return false;
-  const bool current = Same(Current(), name);
+  const bool current = SameText(Current(), name);
   // The new one stands before the old one goes: nothing is lost between the two.
   Add(changed);
-  if (!Same(changed.name, name)) Remove(name);
+  if (!SameText(changed.name, name)) Remove(name);
   if (current) settings_.WriteShared(keys::kServerMisc, kCurrent, changed.name);
   return true;
 }
@@ -162,9 +166,9 @@ bool Connections::Use(std::string_view name) {
 
 bool Connections::Remove(std::string_view name) {
   for (const std::string& stored : settings_.SharedSubKeys(keys::kConnections)) {
-    if (!Same(stored, name)) continue;
+    if (!SameText(stored, name)) continue;
     settings_.RemoveSharedKey(KeyOf(stored));
-    if (Same(Current(), name)) settings_.WriteShared(keys::kServerMisc, kCurrent, kSimulator);
+    if (SameText(Current(), name)) settings_.WriteShared(keys::kServerMisc, kCurrent, kSimulator);
     return true;
   }
   return false;

@@ -1,28 +1,72 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/settings_store.h"
+#include "base/texts.h"
 
 namespace ostrel {
+
+enum class ConnectionKind { kSimulator, kTcp, kSerial };
+enum class Parity { kNone, kEven, kOdd, kMark, kSpace };
+
+/// One of the values that a connection can have: as it is stored, what it means, its caption's id.
+template <typename Meaning>
+struct Choice {
+  const char* stored;
+  Meaning meaning;
+  int caption;
+};
+
+inline constexpr Choice<ConnectionKind> kConnectionKinds[] = {
+    {"simulator", ConnectionKind::kSimulator, text::kKindSimulator},
+    {"tcp", ConnectionKind::kTcp, text::kKindTcp},
+    {"serial", ConnectionKind::kSerial, text::kKindSerial},
+};
+inline constexpr Choice<Parity> kParities[] = {
+    {"none", Parity::kNone, text::kParityNone},    {"even", Parity::kEven, text::kParityEven},
+    {"odd", Parity::kOdd, text::kParityOdd},       {"mark", Parity::kMark, text::kParityMark},
+    {"space", Parity::kSpace, text::kParitySpace},
+};
+inline constexpr const char* kStopBits[] = {"1", "1.5", "2"};
+
+/// The choice that is stored so; nullptr where there is none.
+template <typename Meaning, std::size_t size>
+const Choice<Meaning>* Chosen(const Choice<Meaning> (&choices)[size], std::string_view stored) {
+  for (const Choice<Meaning>& choice : choices) {
+    if (choice.stored == stored) return &choice;
+  }
+  return nullptr;
+}
+
+constexpr const char* StoredAs(ConnectionKind kind) {
+  for (const Choice<ConnectionKind>& choice : kConnectionKinds) {
+    if (choice.meaning == kind) return choice.stored;
+  }
+  return "";
+}
 
 /// One way to devices, as the communication server knows it.
 struct Connection {
   std::string name;
-  std::string kind;    // "simulator", "tcp" or "serial"
+  std::string kind;    // of kConnectionKinds; what the settings hold may be another
   std::string host;    // tcp
   int port = 0;        // tcp, 1..65535
   std::string device;  // serial, e.g. "/dev/ttyUSB0"
   int baud = 19200;
-  std::string parity = "none";
-  std::string stopBits = "1";
+  std::string parity = "none";  // of kParities
+  std::string stopBits = "1";   // of kStopBits
 
   /// Where it leads: "192.0.2.7:4001", "/dev/ttyUSB0, 19200 baud", empty for the simulator.
   std::string Target() const;
-  bool Simulated() const { return kind == "simulator"; }
+  bool Is(ConnectionKind wanted) const;
+  /// None where the stored one is not known.
+  Parity ParityOfLine() const;
+  bool Simulated() const { return Is(ConnectionKind::kSimulator); }
 };
 
 /// The server's connection list. It lives in the settings, so every program sees the same.

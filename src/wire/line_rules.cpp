@@ -69,7 +69,7 @@ LineAddress AddressOf(std::string_view line) {
   const auto length = static_cast<std::size_t>(first - line.begin());
   if (length == 0 || length == line.size()) return {};
   const std::string_view word = line.substr(0, length);
-  if (LowerAscii(word) == "all" && (line[length] == ',' || line[length] == ' ')) return {true, {}};
+  if (SameText(word, "all") && (line[length] == ',' || line[length] == ' ')) return {true, {}};
   if (line[length] != ':') return {};
   const std::string_view rest = line.substr(length);
   if (rest.size() < 2 || rest.find_first_not_of(':') != std::string_view::npos) return {true, {}};

@@ -79,7 +79,7 @@ TEST_F(ConnectionsTest, OnlyFittingAndValidDataAreTaken) {
       Find<QLineEdit>(data, "edtPort").setText(c.port);
       Find<QComboBox>(data, "cmbBaud").setCurrentText(c.baud);
       const std::string told = Find<QLabel>(data, "lblProblem").text().toStdString();
-      EXPECT_EQ(told, service.Texts().Filled(c.problem, c.name)) << c.kind << c.name << c.port;
+      EXPECT_EQ(told, desk.texts.Filled(c.problem, c.name)) << c.kind << c.name << c.port;
       EXPECT_EQ(Find<QPushButton>(data, "ButOK").isEnabled(), c.problem == 0) << told;
       EXPECT_EQ(Find<QLineEdit>(data, "edtPort").isVisible(), kind.currentIndex() == 1);
       EXPECT_EQ(Find<QComboBox>(data, "cmbParity").isVisible(), kind.currentIndex() == 2);
@@ -119,8 +119,8 @@ TEST_F(ConnectionsTest, WhatIsOpenIsClosedWhenItsDataChange) {
     std::string names;
     for (const Connection& one : stored.List()) names += one.name + " ";
     EXPECT_EQ(names, step.names);
-    EXPECT_TRUE(service.ConnectionOpen());
-    EXPECT_EQ(service.Selected().GetKenn().has_value(), step.closed == 0)
+    EXPECT_TRUE(session.ConnectionOpen());
+    EXPECT_EQ(session.Selected().GetKenn().has_value(), step.closed == 0)
         << names << ": a device of the earlier connection is still selected";
   }
 }
@@ -132,7 +132,7 @@ TEST_F(ConnectionsTest, TheOneInUseIsGoneOverToAtTheNextSelection) {
     Click(list, "butUse");
   });
   EXPECT_EQ(stored.Current(), "Halle");
-  EXPECT_TRUE(service.ConnectionOpen() && service.Selected().GetKenn()) << "closed too early";
+  EXPECT_TRUE(session.ConnectionOpen() && session.Selected().GetKenn()) << "closed too early";
   EXPECT_EQ(world.server.opened, std::vector<std::string>{"Werk"});
   Select(0);
   EXPECT_EQ(world.server.opened.back(), "") << "the current one, not the one of the command line";
@@ -154,14 +154,14 @@ TEST_F(ConnectionsTest, ATestDisturbsNothingAndEndsWithTheDialog) {
   };
   world.server.answerAfterMs = 500;
   test([&](QDialog& list) {
-    EXPECT_EQ(service.Tester().Run("").code, text::kExchangeUnderWay);
+    EXPECT_EQ(program.Tester().Run("").error.code, text::kExchangeUnderWay);
     for (const char* name : {"butAdd", "butChange", "butRemove", "butTest", "butUse"}) {
       EXPECT_FALSE(Find<QPushButton>(list, name).isEnabled()) << name;
     }
   });
   EXPECT_EQ(world.server.opened.back(), "Halle");
   EXPECT_EQ(world.server.closed, 1) << "its own channel alone";
-  EXPECT_TRUE(service.Selected().GetKenn());
+  EXPECT_TRUE(session.Selected().GetKenn());
 
   world.server.answerAfterMs = 5000;
   const std::pair<const char*, Act> ends[] = {
@@ -179,7 +179,7 @@ TEST_F(ConnectionsTest, ATestDisturbsNothingAndEndsWithTheDialog) {
 
 TEST_F(ConnectionsTest, EveryControlHasALetterOfItsOwn) {
   for (const char* language : {"deu", "eng", "fra"}) {
-    service.Languages().SetLanguage(language);
+    program.Languages().SetLanguage(language);
     InList([&](QDialog& list) {
       ExpectLettersOfTheirOwn(list);
       InData([&] { Click(list, "butAdd"); }, &ExpectLettersOfTheirOwn);

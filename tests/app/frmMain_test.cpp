@@ -32,15 +32,15 @@ TEST_F(WindowTest, SelectsReadsAndShowsDeviceTextsAsTheyAre) {
   EXPECT_TRUE(Find<QPushButton>(window, "butTapStat2Clip").isEnabled());
 }
 
-using Ending = std::pair<const char*, void (*)(frmMain&, Service&)>;
+using Ending = std::pair<const char*, void (*)(frmMain&, Session&)>;
 struct EndingTest : WindowTest, testing::WithParamInterface<Ending> {};
 
 INSTANTIATE_TEST_SUITE_P(
     Ways, EndingTest,
     testing::Values(
-        Ending{"closed", [](frmMain& window, Service&) { window.close(); }},
-        Ending{"asked", [](frmMain&, Service& asked) { asked.ServerLink().onTerminate(); }},
-        Ending{"twice", [](frmMain& window, Service&) { window.Beenden(), window.close(); }}),
+        Ending{"closed", [](frmMain& window, Session&) { window.close(); }},
+        Ending{"asked", [](frmMain&, Session& asked) { asked.onTerminate(); }},
+        Ending{"twice", [](frmMain& window, Session&) { window.Beenden(), window.close(); }}),
     [](const auto& way) { return way.param.first; });
 
 TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {
@@ -50,7 +50,7 @@ TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {
   world.clock.onEvents = [&] {
     EXPECT_FALSE(Find<QPushButton>(window, "butDeviceSelect").isEnabled());
     EXPECT_FALSE(Find<QPushButton>(window, "butStatDel").isEnabled());
-    if (++passes == 3) GetParam().second(window, service);
+    if (++passes == 3) GetParam().second(window, session);
     EXPECT_EQ(world.server.closed, 0) << "closed under a waiting exchange";
   };
   Find<QPushButton>(window, "butStatLesen").click();
@@ -63,7 +63,7 @@ TEST_P(EndingTest, GivesUpAReadingAndClosesTheChannelAfterIt) {
 TEST_P(EndingTest, ClosesAnOpenQuestionWithNo) {
   Select(1);
   During<QMessageBox>([&] { Find<QPushButton>(window, "butStatDel").click(); },
-                      [&](QMessageBox&) { GetParam().second(window, service); });
+                      [&](QMessageBox&) { GetParam().second(window, session); });
   EXPECT_EQ(world.server.sent.back(), "B1:sysSN#") << "something was deleted";
 }
 
@@ -91,8 +91,8 @@ TEST_F(WindowTest, ReopensTheConnectionAndIdentifiesTheDeviceThere) {
 }
 
 TEST_F(WindowTest, FromALanguageWithoutTextsTheMenuLeadsBack) {
-  service.Languages().SetLanguage("pol");
-  const frmMain polish(service, dialogs, Scheme::kSystem);
+  program.Languages().SetLanguage("pol");
+  const frmMain polish(program, dialogs, Scheme::kSystem);
   EXPECT_EQ(Find<QPushButton>(polish, "butDeviceSelect").text(), "Select &Device ...");
   EXPECT_EQ(polish.menuBar()->actions()[1]->text(), "&View");
   Find<QAction>(polish, "mnuLanguage_deu").trigger();
@@ -108,7 +108,7 @@ TEST_F(WindowTest, PlacementComesBackUnlessItIsOnNoScreen) {
       {{40, 50, 700, 520}, true}, {{-9000, 20, 700, 520}, false}, {{100, 100000, 700, 520}, false}};
   for (const auto& c : cases) {
     SavePlacement(world.settings, "Service", "frmMain", c.stored, false);
-    const frmMain next(service, dialogs, Scheme::kSystem);
+    const frmMain next(program, dialogs, Scheme::kSystem);
     EXPECT_EQ(next.pos() == QPoint(c.stored.left, c.stored.top), c.restored) << c.stored.left;
     EXPECT_EQ(next.width() == c.stored.width, c.restored) << c.stored.left;
     EXPECT_LE(next.minimumSizeHint().width(), 800);
@@ -123,7 +123,7 @@ TEST_F(WindowTest, APageThatTheModelDoesNotHaveSaysSo) {
     bool page, commands;
   } cases[] = {{"KT-XF", false, false}, {"other", true, false}, {"LX-X", true, true}};
   for (const auto& c : cases) {
-    service.DeviceChange("B1:x", c.type, "2.27", "1");
+    session.DeviceChange("B1:x", c.type, "2.27", "1");
     EXPECT_EQ(Find<QLabel>(window, "lblNoPage").isVisible(), !c.page) << c.type;
     EXPECT_EQ(item->isDisabled(), !c.page) << c.type;
     EXPECT_EQ(Find<QPushButton>(window, "butStatLesen").isEnabled(), c.commands) << c.type;
@@ -147,9 +147,9 @@ TEST_F(WindowTest, ReadsEveryMinuteAsLongAsThatWorks) {
                         EXPECT_FALSE(readsAfter(60001)) << "beside a question";
                         box.close();
                       });
-  service.ServerLink().Doubt();
+  Lose();
   EXPECT_FALSE(readsAfter(60001)) << "lost";
-  service.ServerLink().Identified();
+  EXPECT_TRUE(session.ToRead());
   world.server.answers.erase("B1:RegTAPSUML#");
   During<QMessageBox>([&] { readsAfter(1); }, [](QMessageBox& box) { box.close(); });
   EXPECT_FALSE(poll.isChecked());
@@ -168,10 +168,9 @@ TEST_F(WindowTest, TheEndComesInItsOrderAndFromOutsideItAsksNothing) {
               {"end of the session", [](frmMain& w) { w.SessionEnds(), w.close(); }, false}};
   for (const auto& way : ways) {
     WindowDialogs boxes;
-    Service own({world.settings, world.factory, boxes, world.clock, world.desktop},
-                {.connection = {}, .language = "eng"});
+    Program own({world.settings, world.factory, boxes, world.clock, world.desktop}, {}, "eng");
     frmMain next(own, boxes, Scheme::kSystem);
-    ASSERT_TRUE(own.DeviceSelectByAddress("B1:"));
+    ASSERT_TRUE(own.MakeDesk().session.DeviceSelectByAddress("B1:"));
     world.server.closed = 0;
     own.LogPeriod() = {"1.1.", "2.2."};
     std::ofstream(file) << "x";

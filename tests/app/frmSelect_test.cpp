@@ -42,14 +42,14 @@ TEST_F(SelectTest, KeysFindAndChooseAStation) {
       const QString shown = Find<QLineEdit>(dialog, "txtStation").text();
       EXPECT_TRUE(list.currentItem()->text().startsWith(shown)) << keys;
     });
-    EXPECT_FALSE(service.Selected().GetKenn()) << "cancelled";
+    EXPECT_FALSE(session.Selected().GetKenn()) << "cancelled";
   }
   InDialog([](QDialog&, QListWidget& list) {
     EXPECT_TRUE(list.item(0)->text().endsWith("V1  (AA:)"));
     EXPECT_TRUE(list.item(1)->text().startsWith(QString::fromUtf8("B1:\uFFFDNord")));
     for (const auto key : {Qt::Key_End, Qt::Key_Return}) QTest::keyClick(&list, key);
   });
-  EXPECT_EQ(service.Selected().KennName(), "B3:Main 2");
+  EXPECT_EQ(session.Selected().KennName(), "B3:Main 2");
 }
 
 TEST_F(SelectTest, ChangesTheConnectionAndIsClosedOnlyAfterwards) {
@@ -74,8 +74,8 @@ TEST_F(SelectTest, ChangesTheConnectionAndIsClosedOnlyAfterwards) {
     change(dialog, list);
     EXPECT_FALSE(dialog.isVisible());
   });
-  EXPECT_EQ(service.ServerLink().ConnectionName(), "Werk");
-  EXPECT_FALSE(service.Selected().GetKenn()) << "a device of the connection before";
+  EXPECT_EQ(session.ConnectionName(), "Werk");
+  EXPECT_FALSE(session.Selected().GetKenn()) << "a device of the connection before";
   world.server.closedFor = {"Dach", "Werk"};
   During<QMessageBox>([&] { InDialog(change); },
                       [](QMessageBox& box) {

@@ -23,9 +23,12 @@ TEST(Texts, EveryEntryIsWholeInThreeLanguages) {
   const auto holders = [](std::string_view text) {
     return std::count(text.begin(), text.end(), '%');
   };
+  std::vector<std::span<const TableEntry>> blocks = FeatureTables();
+  blocks.insert(blocks.begin(), {FirstBlock(), SecondBlock(), OwnBlock()});
   int lowest = 1000;
-  for (const auto block : {FirstBlock(), SecondBlock(), OwnBlock()}) {
+  for (const auto block : blocks) {
     for (const TableEntry& entry : block) {
+      EXPECT_EQ(Messages::Text(entry.id, 2), entry.texts[2]) << "another table has its hundred";
       for (const std::string_view text : entry.texts) {
         EXPECT_FALSE(text.empty()) << entry.id;
         EXPECT_EQ(holders(text), holders(entry.texts[0])) << text;
@@ -95,14 +98,14 @@ TEST(Texts, LineEndsOfTheTableAndNoOthers) {
   Messages messages(dialogs);
   messages.SetFactor(1);
   messages.WarnFilled(Error{code::kPortInUse, "/dev/tty\\n: no such device"}, "B1:");
-  messages.WarnFilled(text::kFileNotRead, R"(C:\new\%s)");
+  messages.WarnFilled(text::kFileNotWritten, R"(C:\new\%s)");
   messages.Ask(code::kPortInUse);
   const std::string adapter =
       "\nIf using a PC without serial ports: Please plug in your USB adapter.";
   EXPECT_TRUE(dialogs.shown[0].text.ends_with(adapter + "\n/dev/tty\\n: no such device"));
   EXPECT_TRUE(dialogs.shown[1].text.ends_with(R"(: C:\new\%s)")) << dialogs.shown[1].text;
   EXPECT_TRUE(dialogs.asked[0].ends_with(adapter));
-  EXPECT_EQ(messages.Filled(text::kLineOf, "%s", "\\n"), "Line %s of \\n");
+  EXPECT_EQ(messages.Filled(text::kSendToDevice, "%s", "\\n"), "Send %s to device \\n ?");
 }
 
 TEST(Languages, TableAndFolders) {
@@ -179,7 +182,7 @@ TEST(TextWidth, CountsCharacters) {
   EXPECT_EQ(Padded("Süd-West", 3), "Süd-West");
   const std::pair<std::string, const char*> cases[] = {
       {"a\r\nb\n", "a\nb\n"}, {"\x1b[2J", "␛[2J"},      {"\x7f", "␡"}, {"a\rb", "a␍b"},
-      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},
+      {"\xc2\x9b", "\uFFFD"}, {std::string(1, 0), "␀"}, {"ü", "ü"},    {"\xe2\x1b", "\xe2␛"},
   };
   for (const auto& [text, visible] : cases) EXPECT_EQ(Visible(text), visible);
   EXPECT_EQ(VisibleLine("N\r\nfake"), "N␍␊fake");

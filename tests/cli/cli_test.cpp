@@ -1,62 +1,11 @@
-#include "cli/cli.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <sstream>
-
-#include "base/text.h"
-#include "kit/kit.h"
-#include "terminal/json.h"
+#include "base/files.h"
+#include "base/user_files.h"
+#include "cli/fixture.h"
 
 namespace ostrel {
 namespace {
 
-class NoServer : public ServerControl {
- public:
-  std::optional<ServerInfo> Status() override { return info; }
-  std::optional<bool> Stop() override { return info ? std::optional(info->answers) : std::nullopt; }
-  std::optional<ServerInfo> info;
-};
-
-struct CliTest : testing::Test {
-  kit::World world;
-  NoServer control;
-  std::string out, err;
-
-  int Run(const std::vector<std::string>& arguments, const std::string& input = "",
-          bool interactive = false) {
-    std::istringstream in(input);
-    std::ostringstream outStream, errStream;
-    const ExitStatus status =
-        RunCli(arguments, {.settings = world.settings,
-                           .automation = world.factory,
-                           .clock = world.clock,
-                           .desktop = world.desktop,
-                           .server = control,
-                           .paintChart = [](const TapCounters&, const Messages&) { return "PNG"; },
-                           .in = in,
-                           .out = outStream,
-                           .err = errStream,
-                           .interactive = interactive});
-    out = outStream.str();
-    err = errStream.str();
-    return static_cast<int>(status);
-  }
-
-  void SetUp() override {
-    std::string counters;
-    for (int n = 0; n < 120; ++n) counters += "1\r\n";
-    world.server.answers = {
-        {"AA:dirn_", "AA:Nord"},         {"AA:ver.", "KT-X+;V2.27"},
-        {"AA:sysSN#", "123-A"},          {"AA:bad", "<<no\x1b[2J>>"},
-        {"AA:login 1 geheim", "<<no>>"}, {"B1:ver.", "KT-XB+;V2.10"},
-        {"B2:dirn_", "<<no: such>>"},    {"AA:;-60,59,fori,RegTAPSTAT# 1 i,ni", counters},
-        {"AA:RegTAPSUM#", "120"},        {"AA:RegTAPSUML#", "-1"},
-        {"AA:RegTAPSTATCL*=0", ""},      {"AA:dirn_\r\n", "AA:Nord"},
-        {"aa:passwort- 0,dr,!", "5"},    {R"(all,station&#,!+";", ver.+)", "AA:Nord;KT-X+;V2.27"}};
-  }
-};
+using kit::CliTest;
 
 TEST_F(CliTest, ExitStatusAndStreams) {
   const struct {
@@ -143,44 +92,6 @@ TEST_F(CliTest, JsonAndNothingElse) {
   }
 }
 
-TEST_F(CliTest, ConnectionsAreNotLostSilently) {
-  const char* const tcp = R"("tcp", "target": "h:1", "current": true, "host": "h", "port": 1})";
-  const char* const serial =
-      R"("serial", "target": "/dev/x, 300 baud", "current": true, "device": "/dev/x", )"
-      R"("baud": 300, "parity": "none", "stopBits": "1"})";
-  ASSERT_EQ(Run({"connections", "add", "W", "tcp", "h:1"}), 0);
-  ASSERT_EQ(Run({"connections", "use", "w"}), 0);
-  const struct {
-    std::vector<std::string> arguments;
-    int status;
-    const char *name, *stored;  // the connection beside the built-in one afterwards
-  } steps[] = {
-      {{"add", "w", "serial", "/dev/x"}, 1, "W", tcp},
-      {{"add", "V", "tcp", "h:1", "--baud", "300"}, 2, "W", tcp},
-      {{"add", "V", "simulator", "h"}, 2, "W", tcp},
-      {{"change", "Simulator", "--name", "V"}, 1, "W", tcp},
-      {{"change", "W", "--target", "h:x"}, 2, "W", tcp},
-      {{"change", "W", "--parity", "even"}, 2, "W", tcp},
-      {{"change", "W", "--kind", "serial"}, 2, "W", tcp},
-      {{"change", "W", "--name", "V"}, 0, "V", tcp},
-      {{"change", "v", "--kind=serial", "--target=/dev/x", "--baud=300"}, 0, "V", serial},
-      {{"change", "V", "--stop-bits", "1"}, 0, "V", serial},
-      {{"remove", "V"}, 3, "V", serial},
-      {{"remove", "Simulator", "--yes"}, 1, "V", serial},
-      {{"remove", "\\V", "--yes"}, 1, "V", serial},
-  };
-  for (const auto& step : steps) {
-    std::vector<std::string> arguments = step.arguments;
-    arguments.insert(arguments.begin(), "connections");
-    EXPECT_EQ(Run(arguments), step.status) << arguments[1] << arguments[2] << err;
-    EXPECT_EQ(Run({"connections", "--json"}), 0);
-    const std::string only = std::string("false},\n {\"name\": \"") + step.name + "\", \"kind\": ";
-    EXPECT_TRUE(out.ends_with(only + step.stored + "]\n")) << arguments[1] << arguments[2] << out;
-  }
-  EXPECT_EQ(Run({"connections", "remove", "V"}, "j\n", true), 0);
-  EXPECT_EQ(out.find('V'), std::string::npos);
-}
-
 TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
   world.server.fails["COpen"] = ObjectError(10042, "host nix: unknown");
   EXPECT_EQ(Run({"--connection", "nix", "stations"}), 1);
@@ -192,22 +103,40 @@ TEST_F(CliTest, ALostConnectionIsSaidAndEndsTheBlock) {
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"AA:ver."});
 }
 
-TEST_F(CliTest, AnotherConnectionIsOfferedWhereSomebodySits) {
+TEST_F(CliTest, AFailureSaysWhy) {
   const struct {
-    const char* input;
-    bool interactive;
-    int asked;  // how often
-  } cases[] = {{"2\n1\n\n", true, 3}, {"7\nx\n0\n", true, 4}, {"", true, 1}, {"1\n", false, 0}};
-  world.server.fails["COpen"] = ObjectError(10042, "refused");
-  Run({"connections", "add", "Werk", "tcp", "192.0.2.7:4001"});
+    const char* member;
+    int code;
+  } cases[] = {{"CSend", 10014}, {"CReceive", 10015}, {"CReceive", 10017}};
   for (const auto& c : cases) {
-    EXPECT_EQ(Run({"--language", "eng", "identify"}, c.input, c.interactive), 1);
-    EXPECT_EQ(std::count(err.begin(), err.end(), '='), c.asked) << c.input << err;
-    EXPECT_NE(err.find("refused"), std::string::npos) << err;
-    EXPECT_EQ(err.find("*  1  Simulator") == std::string::npos, !c.interactive) << err;
+    const std::string number = std::to_string(c.code);
+    world.server.fails = {{c.member, ObjectError(c.code, "because \x1b")}};
+    for (const char* form : {"", "--json"}) {
+      std::vector<std::string> arguments = {"--language", "eng", "send", "ver."};
+      if (*form != 0) arguments.emplace_back(form);
+      EXPECT_EQ(Run(arguments), 1) << number;
+      EXPECT_TRUE(err.starts_with("ostrel: " + number + ": ")) << err;
+      EXPECT_TRUE(err.ends_with("\nbecause ␛\n")) << err;
+      if (*form == 0) continue;
+      EXPECT_NE(out.find("{\"number\": " + number), std::string::npos) << out;
+      EXPECT_TRUE(out.ends_with(R"(\nbecause \u001b"}}])"
+                                "\n"))
+          << out;
+    }
+    world.server.fails.clear();
   }
-  world.server.fails.clear();
-  EXPECT_EQ(Run({"identify"}), 0);
+}
+
+TEST_F(CliTest, ARunStandsInTheServiceLog) {
+  world.settings.WriteShared(keys::kServiceMisc, "ServiceLog", "1");
+  ASSERT_EQ(Run({"identify"}), 0);
+  std::string log;
+  ASSERT_EQ(ReadBytes(ServiceLogFile(world.desktop.DocumentsFolder()).string(), 9999, log), 0);
+  const std::string version = ": Service " OSTREL_VERSION "\r\n";
+  const std::size_t start = log.find("Start" + version);
+  const std::size_t device = log.find("Device: AA:Nord, KT-X, 2.27, 123-A\r\n");
+  EXPECT_TRUE(start < device && device < log.find("End" + version)) << log;
+  EXPECT_TRUE(log.ends_with("End" + version)) << log;
 }
 
 TEST_F(CliTest, QuestionsAreAskedWhereSomebodySits) {
@@ -225,17 +154,6 @@ TEST_F(CliTest, QuestionsAreAskedWhereSomebodySits) {
               c.status)
         << c.language << c.input;
   }
-}
-
-TEST(Json, EscapesAndInvalidBytes) {
-  const std::pair<std::string, const char*> cases[] = {
-      {"a\"b\\c", R"("a\"b\\c")"},
-      {"\r\n\t\x01\x7f", R"("\r\n\t\u0001\u007f")"},
-      {"ü€😀", "\"ü€😀\""},
-      {"\xff\xc3", "\"\uFFFD\uFFFD\""},
-      {std::string(1, 0), R"("\u0000")"},
-  };
-  for (const auto& [text, json] : cases) EXPECT_EQ(JsonString(text), json);
 }
 
 }  // namespace

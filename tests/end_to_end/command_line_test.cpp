@@ -33,6 +33,10 @@ TEST(CommandLine, TheWholeWayOverTcp) {
   // The devices behind the port and those in the server are the same: one seed, one history.
   EXPECT_EQ(programs.Run({"statistics", "--json", "--connection", "Simulator"}).Json(), read);
 
+  const Outcome refused = programs.Run({"send", QString::fromUtf8("AA:€")});
+  EXPECT_TRUE(refused.err.startsWith("ostrel: 10014: ")) << refused.err.toStdString();
+  EXPECT_TRUE(refused.err.contains("character outside ISO 8859-1")) << refused.err.toStdString();
+
   EXPECT_EQ(programs.Run({"statistics", "clear", "--yes"}).status, 0);
   EXPECT_EQ(programs.Run({"statistics", "--json"}).Json()["total"].toInt(-1), 0);
 }

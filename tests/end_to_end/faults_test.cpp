@@ -85,17 +85,26 @@ TEST(Faults, OfEveryLineAndWhatEachOperationSays) {
 }
 
 TEST(Faults, OfOneLineLeaveTheNextItsOwnAnswer) {
-  const std::pair<const char*, int> faults[] = {
-      {"silent:2", 10012},    {"late:2", 10012},      {"lost-first:2", 10012},
-      {"garbage:2", 10015},   {"truncated:2", 10012}, {"endless:2", 10017},
-      {"drop-link:2", 10015}, {"doubled:2", 0},       {"split:2", 0}};
+  const struct {
+    const char* fault;
+    int code;
+    const char* said;  // why, beside the text of the number
+  } faults[] = {{"silent:2", 10012, ""},
+                {"late:2", 10012, ""},
+                {"lost-first:2", 10012, ""},
+                {"garbage:2", 10015, "\nthe reply holds characters that no device sends"},
+                {"truncated:2", 10012, ""},
+                {"endless:2", 10017, "\nthe answer is longer than 256 KiB"},
+                {"drop-link:2", 10015, "\n"},
+                {"doubled:2", 0, ""},
+                {"split:2", 0, ""}};
   std::vector<Bus> buses;
   for (const auto& fault : faults) {
-    for (const bool serial : {false, true}) buses.push_back({fault.first, serial});
+    for (const bool serial : {false, true}) buses.push_back({fault.fault, serial});
   }
   const std::vector<Result> results = RunOnAll(buses, "2", {{"send", "1,!", "2,!", "3,!", "4,!"}});
   for (std::size_t n = 0; n < results.size(); ++n) {
-    const auto& [fault, code] = faults[n / 2];
+    const auto& [fault, code, said] = faults[n / 2];
     SCOPED_TRACE(std::string(fault) + (n % 2 == 0 ? " tcp" : " serial"));
     const Result& result = results[n];
     const QJsonArray lines = result.outcomes[0].Json().array();
@@ -103,6 +112,8 @@ TEST(Faults, OfOneLineLeaveTheNextItsOwnAnswer) {
     for (int line = 0; line < 4; ++line) {
       const int number = line == 1 ? code : 0;
       EXPECT_EQ(lines[line]["error"]["number"].toInt(), number) << line;
+      const QString message = lines[line]["error"]["message"].toString();
+      EXPECT_EQ(message.contains(said), number != 0 || *said == 0) << message.toStdString();
       EXPECT_EQ(lines[line]["answer"], number == 0 ? QString::number(line + 1) : "") << line;
     }
     EXPECT_TRUE(result.count.contains("received 4 lines, 28 bytes, 1 faults"));

@@ -75,8 +75,8 @@ inline void Answering(const char* text, const std::function<void()>& operation) 
 /// The window before the stations AA and B1, the first of them the current one.
 struct WindowTest : testing::Test {
   explicit WindowTest(const std::string& connection = {})
-      : service({world.settings, world.factory, dialogs, world.clock, world.desktop},
-                {.connection = connection, .language = "eng"}) {
+      : program({world.settings, world.factory, dialogs, world.clock, world.desktop},
+                {.connection = connection}, "eng") {
     std::string counters;
     for (int n = 0; n < 120; ++n) counters += std::to_string(n) + "\r\n";
     world.server.answers = {
@@ -109,6 +109,13 @@ struct WindowTest : testing::Test {
     QApplication::exec();
   }
   void TearDown() override { LeaveLoop(); }
+  /// The server tells that the port was lost, and can open it again.
+  void Lose() {
+    world.server.fails["CStatus"] = ObjectError(code::kPortFailure, "");
+    window.AliveTick(1);
+    world.server.fails.clear();
+    EXPECT_TRUE(session.Lost());
+  }
   void Select(int row) {
     During<QDialog>([&] { window.DeviceSelect(); },
                     [row](QDialog& dialog) {
@@ -120,8 +127,10 @@ struct WindowTest : testing::Test {
 
   kit::World world;
   WindowDialogs dialogs;
-  Service service;
-  frmMain window{service, dialogs, Scheme::kSystem};
+  Program program;
+  Desk desk = program.MakeDesk();
+  Session& session = desk.session;
+  frmMain window{program, dialogs, Scheme::kSystem};
 };
 
 }  // namespace ostrel

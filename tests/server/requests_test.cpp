@@ -64,6 +64,16 @@ TEST_F(Requests, OfABadClientLeaveTheSessionAlive) {
   }
 }
 
+TEST_F(Requests, StartTheSimulatedBootloaderByHand) {
+  Client client(path);
+  EXPECT_EQ(client.Code("SimulatorBootloader", {"Tcp"}), 10032);
+  EXPECT_EQ(client.Code("SimulatorBootloader", {"simulator"}), 0);
+  const int channel = client.Call("COpen", {"Simulator", 2}).toInt();
+  EXPECT_EQ(client.Exchange(channel, "ver"), "KT-X Urlader V2.14");
+  EXPECT_EQ(client.Exchange(channel, "reset"), "");
+  EXPECT_EQ(client.Exchange(channel, "ver"), "KT-X Version V2.27");
+}
+
 TEST_F(Requests, AClientThatDoesNotReadIsCutOffAndTheOthersGoOn) {
   Client other(path), client(path);
   other.Call("COpen", {"Tcp"});

@@ -80,5 +80,17 @@ TEST(Bootloader, IsWhatTheConnectedDeviceHas) {
   }
 }
 
+TEST(Bootloader, StartsByHandOnEveryDevice) {
+  for (const std::size_t connected : {5u, 7u, 9u}) {
+    Bus bus({.connected = connected});
+    const std::string firmware = bus.Answer("ver"), model = firmware.substr(0, firmware.find(' '));
+    bus.StartBootloader();
+    EXPECT_EQ(bus.Answer("ver"), model + " Urlader V2.14");
+    EXPECT_EQ(bus.Answer("RamBackup"), "Saving ....o.k.");
+    EXPECT_EQ(bus.Answer("reset"), "");
+    EXPECT_EQ(bus.Answer("ver"), firmware);
+  }
+}
+
 }  // namespace
 }  // namespace ostrel::simulator

@@ -37,12 +37,25 @@ TEST(IoMaps, HaveTheEntriesOfModelAndFirmware) {
 }
 
 TEST(IoMaps, LeadToChannelsOfCards) {
+  const std::string sizes = "AnaMapMax#,RegInpMapMax#,RegRelMapMax#,RegLEDMapMax#";
   ExpectAnswers({
-      {"B3:devmodid *", "DevModID 1=13\r\nDevModID 2=13\r\nDevModID 3=14\r\nDevModID 4=27"},
-      {"RegInpMap# 16,RegInpMap# 17,RegInpMap# 64,RegInpMap# 65", "0\r\n1.01\r\n3.16\r\n0"},
-      {"RegRelMap# 9,RegRelMap# 10,RegRelMap# 18,RegLEDMap# 8", "0\r\n4.01\r\n5.01\r\n12.01"},
-      {"B2:RegInpMap# 17,AnaMap# 7,AnaMap# 26", "0\r\n5.01\r\n9.04"},
-      {"B3:RegInpMap# 24,RegInpMap# 25", "3.08\r\n0"},
+      {"RegInpMap# 16,RegInpMap# 17,RegInpMap# 64,RegInpMap# 65,RegInpMap# 76,RegInpMap# 77",
+       "0\r\n4.01\r\n6.16\r\n7.01\r\n8.06\r\n0"},
+      {"RegRelMap# 9,RegRelMap# 10,RegRelMap# 18,RegRelMap# 31,RegRelMap# 32",
+       "0\r\n1.01\r\n2.01\r\n3.08\r\n0"},
+      {"AnaMap# 7,AnaMap# 16,AnaMap# 24,RegLEDMap# 8,RegLEDMap# 23,RegLEDMap# 24",
+       "9.01\r\n10.02\r\n11.08\r\n12.01\r\n12.16\r\n0"},
+      {sizes, "24\r\n76\r\n31\r\n23"},
+      {"DevRel2Map#", "7"},
+      {"B1:AnaMapMax#,RegInpMapMax#,RegRelMapMax#", "0\r\n0\r\n0"},
+      {"B2:" + sizes, "38\r\n44\r\n0\r\n0"},
+      {"B2:RegInpMap# 17,RegInpMap# 44,AnaMap# 15,AnaMap# 38,DevSubType# 1,DevSubType# 12",
+       "2.01\r\n4.06\r\n6.01\r\n11.08\r\n100\r\n113"},
+      {"B3:" + sizes, "0\r\n32\r\n24\r\n0"},
+      {"B3:devmodid *",
+       "DevModID 1=11\r\nDevModID 2=10\r\nDevModID 5=14\r\nDevModID 9=27\r\nDevModID 16=31"},
+      {"B3:RegInpMap# 32,RegRelMap# 19,DevModID# 3,DevSubType# 16", "1.16\r\n2.01\r\n0\r\n2"},
+      {"RegRelMap 33=5.09", "<<no such channel>>"},
       {"RegInpMap 33=5.1,RegInpMap# 33", "5.10"},
       {"RegInpMap 33=16.16,RegInpMap# 33", "16.16"},
       {"RegInpMap 33=0,RegInpMap# 33", "0"},
@@ -52,6 +65,12 @@ TEST(IoMaps, LeadToChannelsOfCards) {
   for (const std::string value : {"5", "5.17", "0.01", "17.01", "5.011", "-5.01", "1E300", "x"}) {
     ExpectAnswers({{"RegInpMap 33=" + value, "<<no such channel>>"}});
   }
+}
+
+TEST(IoMaps, HaveMoreCardsThanAddressesOnRequest) {
+  Bus bus({.extras = {.manyCards = true}});
+  EXPECT_EQ(Lines(bus.Answer("AA:devsubtype# *")).size(), 18u);
+  EXPECT_EQ(bus.Answer("B1:RegInpMap# 32,DevSubType# 18"), "1.16\r\n3");
 }
 
 const std::string kRegulators[] = {"AA:", "B1:", "B2:", "B3:", "B6:"};

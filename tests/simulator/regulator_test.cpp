@@ -1,3 +1,5 @@
+#include <set>
+
 #include "steps.h"
 
 namespace ostrel::simulator {
@@ -107,8 +109,11 @@ TEST(Regulator, RefusesWhatItDoesNotKnowOrCannotDo) {
   const Step cases[] = {
       {"RegUn=100.5", notSimulating},
       {"RegSimul=1,RegStufe=3", notSimulating},
-      {"RegSimul=1,RegUn=100.5,Regphi=-30,RegIn=1.25,RegUn#,Regphi#,RegIn#",
-       "100.5\r\n-30\r\n1.25"},
+      {"RegSimul=1,RegUn=100.5,Regphi=-30.125,RegIn=1.25,RegUn#,Regphi#,RegIn#",
+       "100.5\r\n-30.125\r\n1.25"},
+      {"B1:RegIBereich#,RegIn-,1.2,<,!,RegSimul=1,RegIn=2,RegIn#", "5\r\n1\r\n2"},
+      {"B1:RegSimul=1,RegIn=2.001", range},
+      {"RegSimul=1,RegSimuls=1,RegSimul=0,RegSimuls#,RegSimul=1,RegSimuls#", "0\r\n0"},
       {"RegSimul=1,RegUn=200.1", range},
       {"RegSimul=1,Regphi=180.5", range},
       {"RegSimul=1,RegSimuls=1,RegStufe=-4,RegSimuls=1,RegStufe#,RegSimul=0,RegSimul=1,RegStufe#",
@@ -167,6 +172,24 @@ TEST(EventLog, IsReadInTheFormOfTheFirmware) {
   for (int n = 0; n < 1500; ++n) life.bus.Answer("RegAuto=0,RegAuto=1");
   EXPECT_NE(life.bus.Answer("FL@ LOGI#WI " + std::to_string(65535 - 2047) + " 9"), "");
   EXPECT_EQ(life.bus.Answer("FL@ LOGI#WI " + std::to_string(65535 - 2048) + " 9"), "");
+}
+
+TEST(EventLog, TellsOfTapsWhereTheyAreSeen) {
+  const std::set<int> noTaps = {1,  7,  11, 12, 13, 17, 18, 19, 20,
+                                21, 22, 26, 27, 28, 41, 65, 67, 68};
+  std::set<int> all = {8, 9, 23, 24, 25, 29, 30};
+  all.insert(noTaps.begin(), noTaps.end());
+  for (const std::string station : {"AA:", "B6:"}) {
+    Life life;
+    life.now = kDay;
+    std::set<int> events, fields;
+    for (const std::string& line : Lines(life.bus.Answer(station + "FL@ LOGI#WI 65535 999"))) {
+      events.insert(std::stoi(line.substr(line.find(';', line.find(";.") + 1) + 1)));
+      fields.insert(static_cast<int>(std::count(line.begin(), line.end(), ';')) + 1);
+    }
+    EXPECT_EQ(events, station == "AA:" ? all : noTaps) << station;
+    EXPECT_EQ(fields, (std::set<int>{5, 6, 7})) << station;
+  }
 }
 
 }  // namespace

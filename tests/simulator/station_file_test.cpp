@@ -22,6 +22,10 @@ TEST(StationFile, MakesTheBus) {
       {"KT-XB;3.30;A;1", "RegTAPSTATCL*=0", "<<access denied>>"},
       {"LX-X;2.21;A;1", "RegTAPSTAT# 1 -60", "<<index out of range>>"},
       {"KT-XWB;2.22;A;1", "RegTAPSTAT# 1 -60", "0"},
+      // That of regulators is a decimal number.
+      {"KT-X;2.3;A;1", "RegTAPSTAT# 1 -60", "0"},
+      {"KT-XW;2.3.1;A;1", "eventlog/^^%. \"%.3w;%n\" 1..1 0", "<<unknown: eventlog>>"},
+      {"KT-XF;2.4.10;A;1", "sysreset=0.9", ""},
       {many + "NV-X;1.5;last;2", "H9:station#", "last"},
       {many + "NV-X;1.5;last;2", "C1:dir", "C1:"},
   };

@@ -1,4 +1,4 @@
-// What the page of the users consists of, and its captions.
+// What the page of the users consists of.
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -9,11 +9,10 @@
 #include <QRegularExpressionValidator>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-#include <utility>
 
 #include "base/texts.h"
 #include "config/users/users_page.h"
-#include "widgets/named.h"
+#include "config/users/users_texts.h"
 
 namespace ostrel {
 
@@ -25,50 +24,67 @@ constexpr std::array<const char*, 3> kPortNumbers = {"&1", "&2", "&4"};
 
 }  // namespace
 
-UsersPage::UsersPage(Service& service, Runner run)
-    : service_(service),
-      run_(std::move(run)),
-      butPWRead(Button("butPWRead", text::kRead, &UsersPage::Read)),
-      butLogin(Button("butLogin", text::kLogIn, &UsersPage::LogIn)),
-      butLogout(Button("butLogout", text::kLogOut, &UsersPage::LogOut)),
+UsersPage::UsersPage(const Seat& seat)
+    : Page(seat),
+      users_(desk_),
       lblUser(Named(new QLabel, "lblUser")),
       lblGrant(Named(new QLabel, "lblGrant")),
       lstUsers(Named(new QTreeWidget, "lstUsers")),
-      txtPWUser(Named(new QLabel, "txtPWUser")),
-      cmbPWGrants(Named(new QComboBox, "cmbPWGrants")),
-      edtPWTimeout(Named(new QLineEdit, "edtPWTimeout")),
-      butPWSendSi(Button("butPWSendSi", text::kSendSettings, &UsersPage::SendSettings)),
-      butPWPW(Button("butPWPW", text::kSetPassword, &UsersPage::SetPassword)),
-      butCOMSend(Button("butCOMSend", text::kSendExceptions, &UsersPage::SendPorts)),
-      butPWDel(Button("butPWDel", text::kUnprotect, &UsersPage::Unprotect)) {
-  for (std::size_t n = 0; n < chkPWCOM.size(); ++n) {
-    chkPWCOM[n] = Named(new QCheckBox, kPortBoxes[n]);
-  }
+      txtPWUser(OfUser(Named(new QLabel, "txtPWUser"))),
+      cmbPWGrants(OfUser(Named(new QComboBox, "cmbPWGrants"))),
+      edtPWTimeout(OfUser(Named(new QLineEdit, "edtPWTimeout"))) {
   for (QLabel* label : {lblUser, lblGrant, txtPWUser}) label->setTextFormat(Qt::PlainText);
+  ArrangeUsers();
   Arrange();
   connect(lstUsers, &QTreeWidget::currentItemChanged, this, [this] {
     ShowUser();
-    PWEnableSingle();
+    Enable();
   });
-  Refresh();
 }
 
-QPushButton* UsersPage::Button(const char* name, int id, void (UsersPage::*command)()) {
-  auto* button = Named(new QPushButton, name);
-  connect(button, &QPushButton::clicked, this, command);
-  captions_.emplace_back(id, [button](const QString& text) { button->setText(text); });
-  return button;
+template <typename Control>
+Control* UsersPage::OfUser(Control* control) {
+  return Follows(control, About::kDevice, [this] {
+    return SelectedRecord().has_value() && users_.State().protects.value_or(false);
+  });
 }
 
-QLabel* UsersPage::Label(int id, QWidget* buddy) {
-  auto* label = new QLabel;
-  label->setBuddy(buddy);
-  captions_.emplace_back(id, [label](const QString& text) { label->setText(text); });
-  return label;
+void UsersPage::ArrangeUsers() {
+  lstUsers->setRootIsDecorated(false);
+  lstUsers->setAllColumnsShowFocus(true);
+  lstUsers->setColumnCount(4);
+  for (int user = 0; user < kUserCount; ++user) new QTreeWidgetItem(lstUsers);
+  lstUsers->setCurrentItem(lstUsers->topLevelItem(kAdministrator));
+  captions_.Add([this] {
+    lstUsers->setHeaderLabels({captions_.Text(text::kUser), captions_.Text(text::kPassword),
+                               captions_.Text(text::kGrant),
+                               captions_.Text(text::kTimeoutMinutes)});
+  });
+}
+
+QHBoxLayout* UsersPage::Commands() {
+  auto* row = new QHBoxLayout;
+  row->addWidget(ReadCommand("butPWRead", text::kRead, [this] { PWReadAll(); }));
+  row->addWidget(Command("butLogin", text::kLogIn, About::kDevice, [this] { LogIn(); }));
+  row->addWidget(Command("butLogout", text::kLogOut, About::kDevice, [this] {
+    if (users_.LogOut()) users_.ReadLogin();
+  }));
+  row->addStretch();
+  row->addWidget(Command(
+      "butPWDel", text::kUnprotect, About::kDevice,
+      [this] {
+        if (users_.Unprotect() == Ending::kDone) PWReadAll();
+      },
+      [this] { return users_.State().protects.has_value(); }));
+  return row;
 }
 
 QHBoxLayout* UsersPage::UserRow() {
-  for (int level = 0; level <= kHighestGrant; ++level) cmbPWGrants->addItem(QString());
+  for (int level = 0; level <= kHighestGrant; ++level) {
+    cmbPWGrants->addItem(QString());
+    captions_.Add(
+        [=, this] { cmbPWGrants->setItemText(level, captions_.Text(text::kGrant0 + level)); });
+  }
   static const QRegularExpression digits(QStringLiteral("[0-9]{0,5}"));
   edtPWTimeout->setValidator(new QRegularExpressionValidator(digits, this));
   edtPWTimeout->setFixedWidth(edtPWTimeout->fontMetrics().horizontalAdvance("000000") + 16);
@@ -76,74 +92,74 @@ QHBoxLayout* UsersPage::UserRow() {
   bold.setBold(true);
   txtPWUser->setFont(bold);
   auto* row = new QHBoxLayout;
-  row->addWidget(Label(text::kFieldGrant, cmbPWGrants));
+  row->addWidget(captions_.Label(text::kFieldGrant, cmbPWGrants));
   row->addWidget(cmbPWGrants);
   row->addSpacing(kGap);
-  row->addWidget(Label(text::kFieldTimeout, edtPWTimeout));
+  row->addWidget(captions_.Label(text::kFieldTimeout, edtPWTimeout));
   row->addWidget(edtPWTimeout);
   row->addStretch();
   return row;
 }
 
+QHBoxLayout* UsersPage::SendRow() {
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  row->addWidget(
+      OfUser(captions_.Button("butPWSendSi", text::kSendSettings, [this] { SendSettings(); })));
+  row->addWidget(Command(
+      "butPWPW", text::kSetPassword, About::kDevice,
+      [this] {
+        if (users_.SetPassword(SelectedUser()) == Ending::kDone) ShowFields();
+      },
+      // The first password is the administrator's.
+      [this] {
+        const std::optional<bool>& protects = users_.State().protects;
+        return protects && (*protects || SelectedUser() == kAdministrator);
+      }));
+  return row;
+}
+
 QHBoxLayout* UsersPage::PortRow() {
+  const auto known = [this] { return users_.State().ports.has_value(); };
   auto* boxes = new QVBoxLayout;
-  for (QCheckBox* box : chkPWCOM) boxes->addWidget(box);
+  for (std::size_t n = 0; n < chkPWCOM.size(); ++n) {
+    QCheckBox* box = Follows(Named(new QCheckBox, kPortBoxes[n]), About::kDevice, known);
+    captions_.Add(
+        [=, this] { box->setText(captions_.Filled(text::kExceptPort, kPortNumbers[n])); });
+    boxes->addWidget(box);
+    chkPWCOM[n] = box;
+  }
   auto* row = new QHBoxLayout;
   row->addLayout(boxes);
   row->addStretch();
-  row->addWidget(butCOMSend, 0, Qt::AlignBottom);
+  row->addWidget(
+      Command(
+          "butCOMSend", text::kSendExceptions, About::kDevice, [this] { SendPorts(); }, known),
+      0, Qt::AlignBottom);
   return row;
 }
 
 void UsersPage::Arrange() {
-  lstUsers->setRootIsDecorated(false);
-  lstUsers->setAllColumnsShowFocus(true);
-  lstUsers->setColumnCount(4);
-  for (int user = 0; user < kUserCount; ++user) new QTreeWidgetItem(lstUsers);
-  lstUsers->setCurrentItem(lstUsers->topLevelItem(kAdministrator));
-
-  auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {butPWRead, butLogin, butLogout}) buttons->addWidget(button);
-  buttons->addStretch();
-  buttons->addWidget(butPWDel);
   auto* login = new QHBoxLayout;
   login->addWidget(lblUser);
   login->addSpacing(2 * kGap);
   login->addWidget(lblGrant);
   login->addStretch();
-  auto* sending = new QHBoxLayout;
-  sending->addStretch();
-  for (QPushButton* button : {butPWSendSi, butPWPW}) sending->addWidget(button);
 
   auto* layout = new QVBoxLayout(this);
-  layout->addLayout(buttons);
+  layout->addLayout(Commands());
   layout->addLayout(login);
-  layout->addWidget(Label(text::kFieldUsers, lstUsers));
+  layout->addWidget(captions_.Label(text::kFieldUsers, lstUsers));
   layout->addWidget(lstUsers, 1);
   layout->addWidget(txtPWUser);
   layout->addLayout(UserRow());
-  layout->addLayout(sending);
+  layout->addLayout(SendRow());
   layout->addSpacing(kGap);
   layout->addLayout(PortRow());
 }
 
-QString UsersPage::Text(int id) const {
-  return QString::fromStdString(service_.Texts().Caption(id));
-}
-
-void UsersPage::Captions() {
-  for (const auto& [id, set] : captions_) set(Text(id));
-  lstUsers->setHeaderLabels(
-      {Text(text::kUser), Text(text::kPassword), Text(text::kGrant), Text(text::kTimeoutMinutes)});
-  for (int level = 0; level <= kHighestGrant; ++level) {
-    cmbPWGrants->setItemText(level, Text(text::kGrant0 + level));
-  }
-  for (std::size_t n = 0; n < chkPWCOM.size(); ++n) {
-    chkPWCOM[n]->setText(
-        QString::fromStdString(service_.Texts().Filled(text::kExceptPort, kPortNumbers[n])));
-  }
-  ShowLogin();
-  ShowRows();
+Page* MakeUsersPage(const Page::Seat& seat) {
+  return new UsersPage(seat);
 }
 
 }  // namespace ostrel

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "config/users/users.h"
 #include "widgets/waiting_dialog.h"
 
 class QComboBox;
@@ -20,28 +21,28 @@ class frmLogin : public WaitingDialog {
     std::string password;
   };
   /// Asks alone; nothing when the user cancels.
-  static std::optional<Data> DoDialogGetData(QWidget* parent, Service& service);
+  static std::optional<Data> DoDialogGetData(QWidget* parent, const Desk& desk, Users& users);
   /// The same as the line that logs in, without an address.
-  static std::optional<std::string> DoDiaGetLoginx(QWidget* parent, Service& service);
+  static std::optional<std::string> DoDiaGetLoginx(QWidget* parent, const Desk& desk, Users& users);
   /// True when the device accepted the user.
-  static bool DoDiaLogin(QWidget* parent, Service& service);
-  static bool DoDiaLoginAA(QWidget* parent, Service& service);
+  static bool DoDiaLogin(QWidget* parent, const Desk& desk, Users& users);
+  static bool DoDiaLoginAA(QWidget* parent, const Desk& desk, Users& users);
   /// The same, and reads the grant level then; nothing without one.
-  static std::optional<int> DoDiaLoginGrants(QWidget* parent, Service& service);
-  static std::optional<int> DoDiaLoginGrantsAA(QWidget* parent, Service& service);
+  static std::optional<int> DoDiaLoginGrants(QWidget* parent, const Desk& desk, Users& users);
+  static std::optional<int> DoDiaLoginGrantsAA(QWidget* parent, const Desk& desk, Users& users);
 
  private:
-  /// Addresses of the login and of the reading of the grant; without one it is not done.
-  struct Target {
-    std::string login, grant;
-  };
-  frmLogin(QWidget* parent, Service& service, Target target);
-  static Target Selected(const Service& service);
+  /// Where the user is logged in; kNowhere asks alone.
+  enum class At { kNowhere, kSelected, kConnected };
+  frmLogin(QWidget* parent, const Desk& desk, Users& users, At at, bool reads);
   void Arrange();
   Data Typed() const;
   void Accept();
+  void LogIn(const Data& typed);
 
-  Target target_;
+  Users& users_;
+  At at_;
+  bool reads_;  // the grant level, after the login
   bool done_ = false;
   std::optional<int> grant_;
   QComboBox* cmbUserNr;

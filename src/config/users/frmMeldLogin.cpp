@@ -6,21 +6,21 @@
 #include <QVBoxLayout>
 
 #include "base/texts.h"
-#include "widgets/named.h"
+#include "config/users/users_texts.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
 
-frmMeldLogin::frmMeldLogin(QWidget* parent, Service& service)
-    : WaitingDialog(parent, service, "frmMeldLogin", text::kUserManagement) {
-  auto* notice = Named(new QLabel(Text(text::kNoAdminPassword)), "lblNotice");
+frmMeldLogin::frmMeldLogin(QWidget* parent, const Desk& desk, Users& users)
+    : WaitingDialog(parent, desk, "frmMeldLogin", text::kUserManagement), users_(users) {
+  auto* notice = captions_.On(Named(new QLabel, "lblNotice"), text::kNoAdminPassword);
   notice->setTextFormat(Qt::PlainText);
   notice->setWordWrap(true);
   notice->setMinimumWidth(360);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
-  buttons->addWidget(Button("butLogin", text::kDefinePassword, [this] { Define(); }));
-  QPushButton* cancel = Button("butCancel", text::kCancel, [this] { reject(); });
+  buttons->addWidget(captions_.Button("butLogin", text::kDefinePassword, [this] { Define(); }));
+  QPushButton* cancel = captions_.Button("butCancel", text::kCancel, [this] { reject(); });
   cancel->setDefault(true);
   buttons->addWidget(cancel);
   auto* layout = new QVBoxLayout(Body());
@@ -31,16 +31,15 @@ frmMeldLogin::frmMeldLogin(QWidget* parent, Service& service)
 
 void frmMeldLogin::Define() {
   Wait([this] {
-    Users& users = service_.UserManagement();
     // Nobody is asked anything once the dialog was closed.
-    if (!users.LogOut() || !isVisible()) return;
-    done_ = users.SetPassword(kAdministrator) == Users::Outcome::kDone;
+    if (!users_.LogOut() || !isVisible()) return;
+    done_ = users_.SetPassword(kAdministrator) == Ending::kDone;
   });
   if (done_ && isVisible()) accept();
 }
 
-bool frmMeldLogin::DoDialog(QWidget* parent, Service& service) {
-  frmMeldLogin dialog(parent, service);
+bool frmMeldLogin::DoDialog(QWidget* parent, const Desk& desk, Users& users) {
+  frmMeldLogin dialog(parent, desk, users);
   RunModal(dialog);
   return dialog.done_;
 }

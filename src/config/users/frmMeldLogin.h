@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/users/users.h"
 #include "widgets/waiting_dialog.h"
 
 namespace ostrel {
@@ -8,12 +9,13 @@ namespace ostrel {
 class frmMeldLogin : public WaitingDialog {
  public:
   /// True when it was defined.
-  static bool DoDialog(QWidget* parent, Service& service);
+  static bool DoDialog(QWidget* parent, const Desk& desk, Users& users);
 
  private:
-  frmMeldLogin(QWidget* parent, Service& service);
+  frmMeldLogin(QWidget* parent, const Desk& desk, Users& users);
   void Define();
 
+  Users& users_;
   bool done_ = false;
 };
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "config/users/users.h"
 #include "widgets/waiting_dialog.h"
 
 class QLabel;
@@ -10,12 +13,13 @@ namespace ostrel {
 class frmRechteShow : public WaitingDialog {
  public:
   /// False when the user cancels. `level` is the grant level in force.
-  static bool DoDialog(QWidget* parent, Service& service, int level);
+  static bool DoDialog(QWidget* parent, const Desk& desk, int level);
 
  private:
-  frmRechteShow(QWidget* parent, Service& service, int level);
+  frmRechteShow(QWidget* parent, const Desk& desk, int level);
   void ShowLevel(std::optional<int> level);
 
+  Users users_;
   QLabel* lblGrants;
 };
 

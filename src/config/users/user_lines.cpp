@@ -4,7 +4,8 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "base/texts.h"
+#include "base/utf8.h"
+#include "config/users/users_texts.h"
 #include "wire/answers.h"
 
 namespace ostrel {
@@ -22,17 +23,11 @@ std::string SettingsItem(int user, const UserRecord& record, const std::string& 
 
 /// ASCII without control characters and blank, and the printable rest of ISO 8859-1 as UTF-8.
 bool CanStandInALine(std::string_view text) {
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte < 0x80) {
-      if (byte <= ' ' || byte == 0x7f) return false;
-      continue;
-    }
-    if ((byte != 0xc2 && byte != 0xc3) || ++at == text.size()) return false;
-    const auto next = static_cast<unsigned char>(text[at]);
-    if (next < 0x80 || next > 0xbf) return false;
+  while (!text.empty()) {
+    const char32_t character = PopCharacter(text).value_or(0);
     // U+0080..U+009F are control characters, U+00A0 is a blank.
-    if (byte == 0xc2 && next <= 0xa0) return false;
+    const bool above = character > 0xA0 && character <= 0xFF;
+    if (!above && (character <= ' ' || character >= 0x7F)) return false;
   }
   return true;
 }

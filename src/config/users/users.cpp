@@ -130,8 +130,7 @@ bool Users::ReadPorts(const Reading& device, bool com4) {
 }
 
 bool Users::Concerns(const Reading& station) const {
-  const std::string selected = desk_.session.Selected().GetKenn().value_or("");
-  return LowerAscii(station.Address()) == LowerAscii(selected);
+  return SameText(station.Address(), desk_.session.Selected().GetKenn().value_or(""));
 }
 
 Ending Users::LogIn(int user) {

@@ -5,7 +5,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTreeWidget>
 #include <algorithm>
 
@@ -13,6 +12,7 @@
 #include "config/users/frmLogin.h"
 #include "config/users/frmMeldLogin.h"
 #include "config/users/login_program.h"
+#include "config/users/users_texts.h"
 #include "device/rights.h"
 
 namespace ostrel {
@@ -23,37 +23,9 @@ constexpr int kGap = 12;  // between the columns, in pixels
 
 }  // namespace
 
-void UsersPage::Refresh() {
-  ShowAll();
-}
-
-void UsersPage::EnableCommands(bool free) {
-  free_ = free;
-  PWEnable();
-}
-
-void UsersPage::PWEnable() {
-  const UserState& state = service_.UserManagement().State();
-  const bool device = free_ && service_.Selected().GetKenn().has_value();
-  for (QPushButton* button : {butPWRead, butLogin, butLogout}) button->setEnabled(device);
-  butPWDel->setEnabled(device && state.protects.has_value());
-  const bool ports = device && state.ports.has_value();
-  for (QCheckBox* box : chkPWCOM) box->setEnabled(ports);
-  butCOMSend->setEnabled(ports);
-  PWEnableSingle();
-}
-
-void UsersPage::PWEnableSingle() {
-  const UserState& state = service_.UserManagement().State();
-  const bool device = free_ && service_.Selected().GetKenn().has_value();
-  const bool known = device && SelectedRecord().has_value() && state.protects.value_or(false);
-  txtPWUser->setEnabled(known);
-  cmbPWGrants->setEnabled(known);
-  edtPWTimeout->setEnabled(known);
-  butPWSendSi->setEnabled(known);
-  // The first password is the administrator's.
-  const bool first = device && state.protects && SelectedUser() == kAdministrator;
-  butPWPW->setEnabled(first || (device && state.protects.value_or(false)));
+void UsersPage::Forget() {
+  users_.DeviceChanged();
+  ShowFields();
 }
 
 int UsersPage::SelectedUser() const {
@@ -61,36 +33,23 @@ int UsersPage::SelectedUser() const {
 }
 
 const std::optional<UserRecord>& UsersPage::SelectedRecord() const {
-  return service_.UserManagement().State().users[static_cast<std::size_t>(SelectedUser())];
+  return users_.State().users[static_cast<std::size_t>(SelectedUser())];
 }
 
-void UsersPage::ShowAll() {
-  ShowLogin();
-  ShowRows();
-  ShowUser();
-  ShowPorts();
-}
-
-void UsersPage::ShowLogin() {
-  const Users& users = service_.UserManagement();
-  const auto& [user, grant] = std::pair(users.State().user, users.State().grant);
-  const auto show = [this](QLabel* label, int id, const std::string& value) {
-    label->setText(QString::fromStdString(service_.Texts().Filled(id, value)));
-  };
-  show(lblUser, text::kLoggedIn, user ? users.UserName(*user) : "–");
-  show(lblGrant, text::kGrantInForce, grant ? GrantText(service_.Texts(), *grant) : "–");
-}
-
-void UsersPage::ShowRows() {
-  const Users& users = service_.UserManagement();
+void UsersPage::Refresh() {
+  const QString none = QStringLiteral("–");
+  const UserState& state = users_.State();
+  lblUser->setText(
+      captions_.Filled(text::kLoggedIn, state.user ? users_.UserName(*state.user) : "–"));
+  lblGrant->setText(captions_.Filled(text::kGrantInForce,
+                                     state.grant ? GrantText(desk_.texts, *state.grant) : "–"));
   for (int user = 0; user < kUserCount; ++user) {
     QTreeWidgetItem& row = *lstUsers->topLevelItem(user);
-    const auto& record = users.State().users[static_cast<std::size_t>(user)];
-    row.setText(0, QString::fromStdString(users.UserName(user)));
-    row.setText(1, record && record->passwordSet ? Text(text::kIsSet) : QStringLiteral("–"));
-    row.setText(2, record ? QString::fromStdString(GrantText(service_.Texts(), record->grant))
-                          : QStringLiteral("–"));
-    row.setText(3, record ? QString::number(record->timeout) : QStringLiteral("–"));
+    const auto& record = state.users[static_cast<std::size_t>(user)];
+    row.setText(0, QString::fromStdString(users_.UserName(user)));
+    row.setText(1, record && record->passwordSet ? captions_.Text(text::kIsSet) : none);
+    row.setText(2, record ? QString::fromStdString(GrantText(desk_.texts, record->grant)) : none);
+    row.setText(3, record ? QString::number(record->timeout) : none);
   }
   QHeaderView* const header = lstUsers->header();
   header->resizeSections(QHeaderView::ResizeToContents);
@@ -100,67 +59,46 @@ void UsersPage::ShowRows() {
   txtPWUser->setText(lstUsers->topLevelItem(SelectedUser())->text(0));
 }
 
+void UsersPage::ShowFields() {
+  ShowUser();
+  ShowPorts();
+}
+
 void UsersPage::ShowUser() {
   const std::optional<UserRecord>& record = SelectedRecord();
   // The guest's record tells the grant in force: his own only while nobody is logged in.
-  const bool own = SelectedUser() != 0 || service_.UserManagement().State().user == 0;
+  const bool own = SelectedUser() != 0 || users_.State().user == 0;
   cmbPWGrants->setCurrentIndex(record && own ? record->grant : -1);
   edtPWTimeout->setText(record ? QString::number(record->timeout) : QString());
   txtPWUser->setText(lstUsers->topLevelItem(SelectedUser())->text(0));
 }
 
 void UsersPage::ShowPorts() {
-  const PortExceptions ports = service_.UserManagement().State().ports.value_or(PortExceptions{});
+  const PortExceptions ports = users_.State().ports.value_or(PortExceptions{});
   chkPWCOM[0]->setChecked(ports.com1);
   chkPWCOM[1]->setChecked(ports.com2);
   chkPWCOM[2]->setChecked(ports.com4.value_or(false));
   chkPWCOM[2]->setVisible(ports.com4.has_value());
 }
 
-void UsersPage::Read() {
-  if (!butPWRead->isEnabled()) return;
-  run_([this] {
-    if (service_.Reconnect()) PWReadAll();
-  });
-}
-
 void UsersPage::PWReadAll() {
-  Users& users = service_.UserManagement();
-  const bool read = users.PWReadAll();
-  ShowAll();
-  if (!read || *users.State().protects) return;
-  frmMeldLogin::DoDialog(window(), service_);
-  ShowAll();
-}
-
-void UsersPage::Change(const Operation& operation) {
-  run_([this, operation] {
-    if (service_.Reconnect() && operation(service_.UserManagement()) == Users::Outcome::kDone) {
-      ShowAll();
-    }
-  });
-}
-
-void UsersPage::SetPassword() {
-  Change([user = SelectedUser()](Users& users) { return users.SetPassword(user); });
+  const bool read = users_.PWReadAll();
+  Refresh();
+  ShowFields();
+  if (!read || *users_.State().protects) return;
+  frmMeldLogin::DoDialog(window(), desk_, users_);
+  ShowFields();
 }
 
 void UsersPage::SendSettings() {
   const int minutes = edtPWTimeout->text().toInt();
   const bool chosen = cmbPWGrants->currentIndex() >= 0;
   if (!chosen || edtPWTimeout->text().isEmpty() || minutes > kMostMinutes) {
-    service_.Texts().Warn(text::kOutOfRange);
+    desk_.texts.Warn(text::kOutOfRange);
     return chosen ? edtPWTimeout->setFocus() : cmbPWGrants->setFocus();
   }
-  Change([user = SelectedUser(), grant = cmbPWGrants->currentIndex(), minutes](Users& users) {
-    return users.SetUser(user, grant, minutes);
-  });
-}
-
-void UsersPage::Unprotect() {
-  run_([this] {
-    if (!service_.Reconnect()) return;
-    if (service_.UserManagement().Unprotect() == Users::Outcome::kDone) PWReadAll();
+  Start(About::kDevice, [=, this, user = SelectedUser(), grant = cmbPWGrants->currentIndex()] {
+    if (users_.SetUser(user, grant, minutes) == Ending::kDone) ShowFields();
   });
 }
 
@@ -168,27 +106,13 @@ void UsersPage::SendPorts() {
   PortExceptions ports{
       .com1 = chkPWCOM[0]->isChecked(), .com2 = chkPWCOM[1]->isChecked(), .com4 = {}};
   if (!chkPWCOM[2]->isHidden()) ports.com4 = chkPWCOM[2]->isChecked();
-  Change([ports](Users& users) { return users.SetPorts(ports); });
+  if (users_.SetPorts(ports) == Ending::kDone) ShowFields();
 }
 
 void UsersPage::LogIn() {
-  if (LoginProgramShow(service_.Computer())) return;
-  run_([this] {
-    // A password of the selected device is not another one's.
-    if (service_.Reconnect() && service_.Selected().GetKennSel()) {
-      frmLogin::DoDiaLoginGrants(window(), service_);
-    }
-    ShowLogin();
-  });
-}
-
-void UsersPage::LogOut() {
-  run_([this] {
-    if (service_.Reconnect() && service_.UserManagement().LogOut()) {
-      service_.UserManagement().ReadLogin();
-    }
-    ShowLogin();
-  });
+  if (LoginProgramShow(desk_.computer)) return;
+  // A password of the selected device is not another one's.
+  if (desk_.session.ToWrite()) frmLogin::DoDiaLoginGrants(window(), desk_, users_);
 }
 
 }  // namespace ostrel

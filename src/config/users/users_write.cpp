@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "config/users/users.h"
+#include "config/users/users_texts.h"
 
 namespace ostrel {
 

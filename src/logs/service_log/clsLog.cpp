@@ -1,7 +1,5 @@
 #include "logs/service_log/clsLog.h"
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -13,10 +11,9 @@ namespace {
 
 /// The part behind the comma is the seconds again: files of all versions compare equal.
 std::string Stamp(const LocalTime& now) {
-  std::array<char, 64> text;
-  std::snprintf(text.data(), text.size(), "[%04d-%02d-%02d  %02d:%02d:%02d,%02d%02d]  ", now.year,
-                now.month, now.day, now.hour, now.minute, now.second, now.second, now.second);
-  return text.data();
+  const std::string stamp = TimeStamp(now);
+  const std::string seconds = stamp.substr(stamp.size() - 2);
+  return "[" + stamp + "," + seconds + seconds + "]  ";
 }
 
 }  // namespace

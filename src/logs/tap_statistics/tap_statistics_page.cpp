@@ -7,11 +7,10 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
-#include <utility>
 
 #include "base/texts.h"
 #include "logs/tap_statistics/tap_statistics_text.h"
-#include "widgets/named.h"
+#include "logs/tap_statistics/tap_statistics_texts.h"
 
 namespace ostrel {
 
@@ -21,121 +20,85 @@ constexpr int kMostVisible = 41;
 
 }  // namespace
 
-TapStatisticsPage::TapStatisticsPage(Service& service, Runner run)
-    : service_(service),
-      run_(std::move(run)),
-      butStatLesen(Named(new QPushButton, "butStatLesen")),
-      butStatDel(Named(new QPushButton, "butStatDel")),
-      butTapStat2Clip(Named(new QPushButton, "butTapStat2Clip")),
-      chkStatPoll(Named(new QCheckBox, "chkStatPoll")),
+TapStatisticsPage::TapStatisticsPage(const Seat& seat)
+    : Page(seat),
+      statistics_(desk_),
+      chkStatPoll(PollSwitch("chkStatPoll")),
       chrtTapStat(Named(new BarChart, "chrtTapStat")),
-      scrlTapStat(Named(new QScrollBar(Qt::Horizontal), "scrlTapStat")),
-      total_(MakeTotal("lblTapSum")),
-      underLoad_(MakeTotal("lblTapSumL")) {
+      scrlTapStat(Named(new QScrollBar(Qt::Horizontal), "scrlTapStat")) {
   Arrange();
-  connect(butStatLesen, &QPushButton::clicked, this, &TapStatisticsPage::Read);
-  connect(butStatDel, &QPushButton::clicked, this, &TapStatisticsPage::Delete);
-  connect(butTapStat2Clip, &QPushButton::clicked, this, &TapStatisticsPage::ToClipboard);
   connect(scrlTapStat, &QScrollBar::valueChanged, this, &TapStatisticsPage::MoveWindow);
-  Refresh();
 }
 
-TapStatisticsPage::Total TapStatisticsPage::MakeTotal(const char* name) {
-  Total total{new QLabel, Named(new QLabel, name)};
-  QFont bold = total.number->font();
+QHBoxLayout* TapStatisticsPage::Commands() {
+  auto* row = new QHBoxLayout;
+  row->addWidget(ReadCommand("butStatLesen", text::kRead, [this] { ReadDevice(); }));
+  row->addWidget(Command(
+      "butTapStat2Clip", text::kCopy, About::kFiles, [this] { ToClipboard(); },
+      [this] { return statistics_.Counters().counted; }));
+  row->addWidget(chkStatPoll);
+  row->addStretch();
+  row->addWidget(Command("butStatDel", text::kDelete, About::kDevice, [this] {
+    if (statistics_.Clear() == Ending::kDone) ReadDevice();
+  }));
+  return row;
+}
+
+QLabel* TapStatisticsPage::AddTotal(QHBoxLayout& row, const char* name, int id) {
+  auto* caption = new QLabel;
+  captions_.Add([=, this] { caption->setText(captions_.Text(id) + QLatin1Char(':')); });
+  auto* number = Named(new QLabel, name);
+  QFont bold = number->font();
   bold.setBold(true);
-  total.number->setFont(bold);
-  for (QLabel* label : {total.caption, total.number}) label->setTextFormat(Qt::PlainText);
-  total.number->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  return total;
+  number->setFont(bold);
+  number->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  for (QLabel* label : {caption, number}) {
+    label->setTextFormat(Qt::PlainText);
+    row.addWidget(label);
+  }
+  row.addSpacing(24);
+  return number;
 }
 
 void TapStatisticsPage::Arrange() {
-  auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {butStatLesen, butTapStat2Clip}) buttons->addWidget(button);
-  buttons->addWidget(chkStatPoll);
-  buttons->addStretch();
-  buttons->addWidget(butStatDel);
-
-  auto* totals = new QHBoxLayout;
-  for (const Total& total : {total_, underLoad_}) {
-    totals->addWidget(total.caption);
-    totals->addWidget(total.number);
-    totals->addSpacing(24);
-  }
-  totals->addStretch();
-
   scrlTapStat->setFocusPolicy(Qt::StrongFocus);
   chrtTapStat->setMinimumSize(320, 160);
+  auto* totals = new QHBoxLayout;
+  lblTapSum = AddTotal(*totals, "lblTapSum", text::kTapsTotal);
+  lblTapSumL = AddTotal(*totals, "lblTapSumL", text::kTapsUnderLoad);
+  totals->addStretch();
   auto* layout = new QVBoxLayout(this);
-  layout->addLayout(buttons);
+  layout->addLayout(Commands());
   layout->addWidget(chrtTapStat, 1);
   layout->addWidget(scrlTapStat);
   layout->addLayout(totals);
 }
 
-void TapStatisticsPage::Captions() {
-  const auto caption = [this](int id) {
-    return QString::fromStdString(service_.Texts().Caption(id));
-  };
-  butStatLesen->setText(caption(text::kRead));
-  butStatDel->setText(caption(text::kDelete));
-  butTapStat2Clip->setText(caption(text::kCopy));
-  chkStatPoll->setText(caption(text::kReadEveryMinute));
-  total_.caption->setText(caption(text::kTapsTotal) + QLatin1Char(':'));
-  underLoad_.caption->setText(caption(text::kTapsUnderLoad) + QLatin1Char(':'));
-  chrtTapStat->SetData(ChartData());
-  ShowHint();
-}
-
-void TapStatisticsPage::Refresh() {
+void TapStatisticsPage::Forget() {
+  statistics_.DeviceChanged();
   windowChosen_ = false;
-  ShowCounters();
-}
-
-void TapStatisticsPage::EnableCommands(bool free) {
-  const bool device = service_.Selected().GetKenn().has_value();
-  for (QPushButton* button : {butStatLesen, butStatDel}) button->setEnabled(free && device);
-  butTapStat2Clip->setEnabled(free && service_.Statistics().Counters().counted);
-}
-
-void TapStatisticsPage::Read() {
-  if (!butStatLesen->isEnabled()) return;
-  run_([this] { ReadDevice(); });
-}
-
-bool TapStatisticsPage::Polls() const {
-  return chkStatPoll->isChecked() && isVisible();
 }
 
 void TapStatisticsPage::ReadDevice() {
   // What failed would fail again a minute later, with a message each time.
-  if (!service_.Reconnect() || !service_.Statistics().Read()) chkStatPoll->setChecked(false);
-  ShowCounters();
-}
-
-void TapStatisticsPage::Delete() {
-  run_([this] {
-    if (!service_.Reconnect()) return;
-    if (service_.Statistics().Clear() == TapStatistics::Clearing::kDone) ReadDevice();
-  });
+  if (!statistics_.Read()) chkStatPoll->setChecked(false);
 }
 
 void TapStatisticsPage::ToClipboard() {
-  service_.Boxes().ToClipboard(TapTable(service_.Statistics().Counters(), service_.Texts()),
-                               BarChartPng(ChartData()));
-  service_.Texts().Show(text::kCopiedAsTextAndPicture);
+  desk_.dialogs.ToClipboard(TapTable(statistics_.Counters(), desk_.texts),
+                            BarChartPng(ChartData()));
+  desk_.texts.Show(text::kCopiedAsTextAndPicture);
 }
 
 BarChartData TapStatisticsPage::ChartData() const {
-  return TapChart(service_.Statistics().Counters(), service_.Texts());
+  return TapChart(statistics_.Counters(), desk_.texts);
 }
 
-void TapStatisticsPage::ShowCounters() {
+void TapStatisticsPage::Refresh() {
   chrtTapStat->SetData(ChartData());
   // The first reading of a device chooses the window; after it the user's choice stays.
   if (!windowChosen_) ResetWindow();
-  windowChosen_ = service_.Statistics().Counters().counted;
+  windowChosen_ = statistics_.Counters().counted;
   MoveWindow();
   ShowTotals();
   ShowHint();
@@ -144,20 +107,18 @@ void TapStatisticsPage::ShowCounters() {
 void TapStatisticsPage::ShowTotals() {
   QLocale locale;
   locale.setNumberOptions(locale.numberOptions() & ~QLocale::OmitGroupSeparator);
-  const TapCounters& counters = service_.Statistics().Counters();
+  const TapCounters& counters = statistics_.Counters();
   const auto text = [&](std::int32_t number) {
     return counters.totalled ? locale.toString(number) : QStringLiteral("–");
   };
-  total_.number->setText(text(counters.total));
-  underLoad_.number->setText(text(counters.underLoad));
+  lblTapSum->setText(text(counters.total));
+  lblTapSumL->setText(text(counters.underLoad));
 }
 
 void TapStatisticsPage::ShowHint() {
-  const bool device = service_.Selected().GetKenn().has_value();
+  const bool device = desk_.session.Selected().GetKenn().has_value();
   const int hint = device ? text::kNotReadYet : text::kChooseDeviceFirst;
-  chrtTapStat->SetHint(service_.Statistics().Counters().counted
-                           ? QString()
-                           : QString::fromStdString(service_.Texts().Caption(hint)));
+  chrtTapStat->SetHint(statistics_.Counters().counted ? QString() : captions_.Text(hint));
 }
 
 void TapStatisticsPage::ResetWindow() {
@@ -172,6 +133,10 @@ void TapStatisticsPage::ResetWindow() {
 void TapStatisticsPage::MoveWindow() {
   const int first = scrlTapStat->value();
   chrtTapStat->ShowPositions(first, first + scrlTapStat->pageStep() - 1);
+}
+
+Page* MakeTapStatisticsPage(const Page::Seat& seat) {
+  return new TapStatisticsPage(seat);
 }
 
 }  // namespace ostrel

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "app/service.h"
+#include "logs/tap_statistics/tap_statistics.h"
 #include "widgets/bar_chart.h"
 #include "widgets/page.h"
 
-class QCheckBox;
+class QHBoxLayout;
 class QLabel;
-class QPushButton;
 class QScrollBar;
 
 namespace ostrel {
@@ -14,44 +13,32 @@ namespace ostrel {
 /// The page of the tap-changer statistics.
 class TapStatisticsPage : public Page {
  public:
-  TapStatisticsPage(Service& service, Runner run);
+  explicit TapStatisticsPage(const Seat& seat);
 
-  void Captions() override;
+ protected:
+  void Forget() override;
   void Refresh() override;
-  void Read() override;
-  bool Polls() const override;
-  void EnableCommands(bool free) override;
 
  private:
-  /// A caption and a number beside it.
-  struct Total {
-    QLabel* caption;
-    QLabel* number;
-  };
-
   void Arrange();
-  Total MakeTotal(const char* name);
-  void Delete();
-  void ToClipboard();
+  QHBoxLayout* Commands();
+  /// Adds a caption and the number beside it.
+  QLabel* AddTotal(QHBoxLayout& row, const char* name, int id);
   void ReadDevice();
+  void ToClipboard();
   BarChartData ChartData() const;
-  void ShowCounters();
   void ShowTotals();
   void ShowHint();
   void ResetWindow();
   void MoveWindow();
 
-  Service& service_;
-  Runner run_;
+  TapStatistics statistics_;
   bool windowChosen_ = false;  // by what was counted, or by the user
-  QPushButton* butStatLesen;
-  QPushButton* butStatDel;
-  QPushButton* butTapStat2Clip;
   QCheckBox* chkStatPoll;
   BarChart* chrtTapStat;
   QScrollBar* scrlTapStat;
-  Total total_;
-  Total underLoad_;
+  QLabel* lblTapSum;
+  QLabel* lblTapSumL;
 };
 
 }  // namespace ostrel

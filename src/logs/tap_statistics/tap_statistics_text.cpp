@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "base/texts.h"
+#include "logs/tap_statistics/tap_statistics_texts.h"
 
 namespace ostrel {
 

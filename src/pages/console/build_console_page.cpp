@@ -11,12 +11,11 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
-#include <utility>
 
-#include "base/texts.h"
+#include "base/text.h"
 #include "pages/console/console_page.h"
+#include "pages/console/console_texts.h"
 #include "widgets/code_editor.h"
-#include "widgets/named.h"
 
 namespace ostrel {
 
@@ -37,89 +36,114 @@ LineLook LookOf(const std::string& line) {
 
 }  // namespace
 
-template <typename Control>
-Control* ConsolePage::Captioned(Control* control, int id) {
-  captions_.push_back([this, control, id] { control->setText(Text(id)); });
-  return control;
-}
-
-QPushButton* ConsolePage::AddTool(Tool tool) {
-  constexpr std::pair<Tool, int> kCaptions[] = {{kLoad, text::kLoadScript},
-                                                {kSave, text::kSaveScript},
-                                                {kSaveAs, text::kSaveScriptAs},
-                                                {kNew, text::kNewScript},
-                                                {kReadDevice, text::kReadScriptButton},
-                                                {kSendSeveral, text::kSendSeveral},
-                                                {kExport, text::kExportAnswers},
-                                                {kCheck, text::kCheckScript}};
-  auto* button = new QPushButton;
-  button->setObjectName(QStringLiteral("butRGLTool%1").arg(static_cast<int>(tool)));
-  for (const auto& [of, id] : kCaptions) {
-    if (of == tool) Captioned(button, id);
-  }
-  connect(button, &QPushButton::clicked, this, [this, tool] { UseTool(tool); });
-  (tool == kReadDevice ? deviceCommands_ : commands_).push_back(button);
-  return button;
-}
-
-QBoxLayout* ConsolePage::ToolRow(std::initializer_list<Tool> tools) {
-  auto* row = new QHBoxLayout;
-  for (const Tool tool : tools) row->addWidget(AddTool(tool));
-  return row;
-}
-
-void ConsolePage::BuildMenu() {
+QPushButton* ConsolePage::SendButton() {
   mnuRGL = new QMenu(this);
-  const auto add = [this](const char* name, int id, const QKeySequence& keys, auto&& act) {
-    QAction* action = Captioned(mnuRGL->addAction(QString()), id);
-    action->setObjectName(QLatin1String(name));
+  const auto add = [this](const char* name, int id, const QKeySequence& keys, About about,
+                          const Action& act) {
+    QAction* action = captions_.On(Named(mnuRGL->addAction(QString()), name), id);
     action->setShortcut(keys);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    connect(action, &QAction::triggered, this, act);
-    addAction(action);  // its keys work without the menu
+    connect(action, &QAction::triggered, this, [this, about, act] { Start(about, act); });
+    addAction(Follows(action, about));  // its keys work without the menu
+  };
+  const auto send = [&](const char* name, int id, const QKeySequence& keys, ScriptPart::Mode mode) {
+    add(name, id, keys, About::kLines, [this, mode] { Send(mode); });
   };
   using Mode = ScriptPart::Mode;
-  add("mnuSendAll", text::kSendAll, Qt::CTRL | Qt::SHIFT | Qt::Key_Return,
-      [this] { Send(Mode::kAll); });
-  add("mnuSendCursor", text::kSendFromCursor, {}, [this] { Send(Mode::kFromCursor); });
-  add("mnuSendZeile", text::kSendLine, Qt::CTRL | Qt::Key_Return,
-      [this] { Send(Mode::kCursorLine); });
-  add("mnuSendMark", text::kSendSelection, {}, [this] { Send(Mode::kSelection); });
+  send("mnuSendAll", text::kSendAll, Qt::CTRL | Qt::SHIFT | Qt::Key_Return, Mode::kAll);
+  send("mnuSendCursor", text::kSendFromCursor, {}, Mode::kFromCursor);
+  send("mnuSendZeile", text::kSendLine, Qt::CTRL | Qt::Key_Return, Mode::kCursorLine);
+  send("mnuSendMark", text::kSendSelection, {}, Mode::kSelection);
   mnuRGL->addSeparator();
   // The editor knows these keys itself.
-  add("mnuCopy", text::kCopyText, {}, [this] { edtRTFRegL->copy(); });
-  add("mnuPaste", text::kPasteText, {}, [this] { edtRTFRegL->paste(); });
+  const auto edit = [&](const char* name, int id, const Action& act) {
+    add(name, id, {}, About::kFiles, act);
+  };
+  edit("mnuCopy", text::kCopyText, [this] { edtRTFRegL->copy(); });
+  edit("mnuPaste", text::kPasteText, [this] { edtRTFRegL->paste(); });
   mnuRGL->addSeparator();
-  add("mnuUndo", text::kUndo, {}, [this] { edtRTFRegL->undo(); });
-  add("mnuRedo", text::kRedo, {}, [this] { edtRTFRegL->redo(); });
-  add("mnuFind", text::kFind, QKeySequence::Find, [this] {
+  edit("mnuUndo", text::kUndo, [this] { edtRTFRegL->undo(); });
+  edit("mnuRedo", text::kRedo, [this] { edtRTFRegL->redo(); });
+  add("mnuFind", text::kFind, QKeySequence::Find, About::kFiles, [this] {
     findBar_->hide();
     FindNext(false);
   });
-  butSend = Captioned(Named(new QPushButton, "butSend"), text::kSendMenu);
-  butSend->setMenu(mnuRGL);
-  deviceCommands_.push_back(butSend);
+  auto* button = captions_.On(Named(new QPushButton, "butSend"), text::kSendMenu);
+  button->setMenu(mnuRGL);
+  return Follows(button, About::kDevice);
+}
 
-  mnuRecent = new QMenu(this);
-  butRecent = Captioned(Named(new QPushButton, "butRecent"), text::kRecentFiles);
-  butRecent->setMenu(mnuRecent);
-  commands_.push_back(butRecent);
+QPushButton* ConsolePage::RecentButton() {
+  auto* menu = new QMenu(this);
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+    menu->clear();
+    for (const std::string& file : recent_.List()) {
+      // An ampersand of the name is no mnemonic.
+      QString shown = QString::fromStdString(VisibleLine(file));
+      menu->addAction(shown.replace(QLatin1Char('&'), QLatin1String("&&")), this,
+                      [this, file] { Start(About::kFiles, [&] { Open(file); }); });
+    }
+    if (menu->isEmpty()) menu->addAction(captions_.Text(text::kNoFiles))->setEnabled(false);
+  });
+  auto* button = captions_.On(Named(new QPushButton, "butRecent"), text::kRecentFiles);
+  button->setMenu(menu);
+  return Follows(button, About::kFiles);
+}
+
+QBoxLayout* ConsolePage::FileRow() {
+  QPushButton* save = Command("butRGLTool1", text::kSaveScript, About::kFiles,
+                              [this] { Saved(console_.Save(edtRTFRegL->Text())); });
+  auto* keys = new QShortcut(QKeySequence::Save, this);
+  keys->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(keys, &QShortcut::activated, save, &QPushButton::click);
+  auto* row = new QHBoxLayout;
+  row->addWidget(Command("butRGLTool3", text::kNewScript, About::kFiles, [this] { New(); }));
+  row->addWidget(Command("butRGLTool0", text::kLoadScript, About::kFiles, [this] { Load(); }));
+  row->addWidget(RecentButton());
+  row->addWidget(save);
+  row->addWidget(Command("butRGLTool2", text::kSaveScriptAs, About::kFiles,
+                         [this] { Saved(console_.SaveAs(edtRTFRegL->Text())); }));
+  row->addStretch();
+  return row;
+}
+
+QBoxLayout* ConsolePage::DeviceRow() {
+  auto* row = new QHBoxLayout;
+  row->addWidget(SendButton());
+  row->addWidget(
+      Command("butRGLTool5", text::kSendSeveral, About::kLines, [this] { SendSeveral(); }));
+  row->addWidget(Command("butRGLTool4", text::kReadScriptButton, About::kDevice,
+                         [this] { ReadFromDevice(); }));
+  row->addWidget(Command("butRGLTool100", text::kCheckScript, About::kFiles,
+                         [this] { console_.SyntaxCheck(edtRTFRegL->Text()); }));
+  row->addStretch();
+  return row;
+}
+
+QBoxLayout* ConsolePage::AnswerRow() {
+  chkRGLMonitor = captions_.On(Named(new QCheckBox, "chkRGLMonitor"), text::kShowAnswers);
+  chkRGLMonitor->setChecked(true);
+  butRGLLogFile =
+      Command("butRGLLogFile", text::kLogFile, About::kFiles, [this] { console_.ChooseLogFile(); });
+  auto* row = new QHBoxLayout;
+  row->addWidget(chkRGLMonitor);
+  row->addStretch();
+  row->addWidget(Command("butRGLTool6", text::kExportAnswers, About::kFiles, [this] { Export(); }));
+  row->addWidget(butRGLLogFile);
+  return row;
 }
 
 QWidget* ConsolePage::BuildFind() {
   findBar_ = new QWidget;
   edtFind = Named(new QLineEdit, "edtFind");
-  auto* label = Captioned(new QLabel, text::kFindText);
-  label->setBuddy(edtFind);
-  auto* next = Captioned(Named(new QPushButton, "butFindNext"), text::kFindNext);
-  auto* back = Captioned(Named(new QPushButton, "butFindBack"), text::kFindBack);
+  auto* label = captions_.Label(text::kFindText, edtFind);
+  auto* next = captions_.Button("butFindNext", text::kFindNext, [this] { FindNext(false); });
+  auto* back = captions_.Button("butFindBack", text::kFindBack, [this] { FindNext(true); });
   auto* row = new QHBoxLayout(findBar_);
   row->setContentsMargins(0, 0, 0, 0);
   for (QWidget* part : std::initializer_list<QWidget*>{label, edtFind, next, back}) {
     row->addWidget(part);
   }
-  connect(next, &QPushButton::clicked, this, [this] { FindNext(false); });
-  connect(back, &QPushButton::clicked, this, [this] { FindNext(true); });
   connect(edtFind, &QLineEdit::returnPressed, this, [this] { FindNext(false); });
   const auto onKey = [this](const QKeySequence& key, QWidget* in, auto&& act) {
     auto* shortcut = new QShortcut(key, in);
@@ -136,64 +160,50 @@ QWidget* ConsolePage::BuildFind() {
   return findBar_;
 }
 
-QWidget* ConsolePage::BuildAnswers() {
+void ConsolePage::BuildAnswers() {
   edtREGLAntwort = Named(new QPlainTextEdit, "edtREGLAntwort");
   edtREGLAntwort->setReadOnly(true);
   edtREGLAntwort->setUndoRedoEnabled(false);
   edtREGLAntwort->setTabChangesFocus(true);
   edtREGLAntwort->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   edtREGLAntwort->setLineWrapMode(QPlainTextEdit::NoWrap);
-  return edtREGLAntwort;
+  captions_.Add([this] { edtREGLAntwort->setAccessibleName(captions_.Text(text::kAnswerPane)); });
 }
 
-void ConsolePage::Arrange() {
-  edtRTFRegL = Named(new CodeEditor(LookOf), "edtRTFRegL");
+QWidget* ConsolePage::BuildScript() {
+  captions_.Add([this] { edtRTFRegL->setAccessibleName(captions_.Text(text::kScriptPane)); });
+  // Rows must stay where they are while they are sent.
+  OnEnable(About::kFiles, [this](bool on) { edtRTFRegL->setReadOnly(!on); });
   lblFile = Named(new QLabel, "lblFile");
   lblCaret = Named(new QLabel, "lblCaret");
   for (QLabel* label : {lblFile, lblCaret}) label->setTextFormat(Qt::PlainText);
   // A long name is cut, not a reason for a wider window.
   lblFile->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  BuildMenu();
-
-  QBoxLayout* files = ToolRow({kNew, kLoad});
-  files->addWidget(butRecent);
-  files->addLayout(ToolRow({kSave, kSaveAs}));
-  files->addStretch();
-  auto* device = new QHBoxLayout;
-  device->addWidget(butSend);
-  device->addLayout(ToolRow({kSendSeveral, kReadDevice, kCheck}));
-  device->addStretch();
-
   auto* about = new QHBoxLayout;
   about->addWidget(lblFile, 1);
   about->addWidget(lblCaret);
   auto* script = new QWidget;
-  auto* scriptRows = new QVBoxLayout(script);
-  scriptRows->setContentsMargins(0, 0, 0, 0);
-  scriptRows->addWidget(edtRTFRegL, 1);
-  scriptRows->addWidget(BuildFind());
-  scriptRows->addLayout(about);
+  auto* rows = new QVBoxLayout(script);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->addWidget(edtRTFRegL, 1);
+  rows->addWidget(BuildFind());
+  rows->addLayout(about);
+  return script;
+}
+
+void ConsolePage::Arrange() {
+  edtRTFRegL = Named(new CodeEditor(LookOf), "edtRTFRegL");
+  BuildAnswers();
+  auto* rows = new QVBoxLayout(this);
+  rows->addLayout(FileRow());
+  rows->addLayout(DeviceRow());
   auto* panes = new QSplitter(Qt::Vertical);
-  panes->addWidget(script);
-  panes->addWidget(BuildAnswers());
+  panes->addWidget(BuildScript());
+  panes->addWidget(edtREGLAntwort);
   panes->setChildrenCollapsible(false);
   panes->setSizes({300, 200});
-
-  chkRGLMonitor = Captioned(Named(new QCheckBox, "chkRGLMonitor"), text::kShowAnswers);
-  chkRGLMonitor->setChecked(true);
-  butRGLLogFile = Captioned(Named(new QPushButton, "butRGLLogFile"), text::kLogFile);
-  commands_.push_back(butRGLLogFile);
-  auto* below = new QHBoxLayout;
-  below->addWidget(chkRGLMonitor);
-  below->addStretch();
-  below->addWidget(AddTool(kExport));
-  below->addWidget(butRGLLogFile);
-
-  auto* rows = new QVBoxLayout(this);
-  rows->addLayout(files);
-  rows->addLayout(device);
   rows->addWidget(panes, 1);
-  rows->addLayout(below);
+  rows->addLayout(AnswerRow());
 }
 
 }  // namespace ostrel

@@ -2,12 +2,11 @@
 
 #include "pages/console/console.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "base/text.h"
 #include "base/texts.h"
+#include "pages/console/console_texts.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
 
@@ -33,13 +32,6 @@ class Running {
  private:
   bool& flag_;
 };
-
-std::string TimeStamp(const LocalTime& time) {
-  std::array<char, 64> stamp{};
-  std::snprintf(stamp.data(), stamp.size(), "[%04d-%02d-%02d  %02d:%02d:%02d]: ", time.year,
-                time.month, time.day, time.hour, time.minute, time.second);
-  return stamp.data();
-}
 
 std::string Ended(std::string answer) {
   return answer.ends_with(kLineEnd) ? answer : answer.append(kLineEnd);
@@ -143,9 +135,10 @@ bool Console::SendEach(const Writing& device, const std::string& prefix,
     sent.command = Masked(command);
     sent.answer.clear();
     if (onSending) onSending(sent);
-    RGLAntwortAdd(TimeStamp(desk_.clock.Now()) + sent.command);
+    RGLAntwortAdd("[" + TimeStamp(desk_.clock.Now()) + "]: " + sent.command);
     Answer answer = device.TryBare(command);
     sent.ok = device.Passes(answer, command);
+    sent.error = answer.error;
     sent.answer = MaskedAnswer(std::move(answer.text), command);
     if (onAnswered) onAnswered(sent);
     if (!sent.ok) return false;

@@ -20,6 +20,7 @@ struct SentLine {
   std::string command;                // as it is shown: passwords masked
   std::string answer;                 // empty until it is there
   bool ok = false;                    // there is an answer, and none that is an error
+  Error error = {};                   // why there is none
 };
 
 /// The command console: scripts of device commands, checked, sent and read. Scripts are texts whose

@@ -7,6 +7,7 @@
 #include "base/texts.h"
 #include "base/user_files.h"
 #include "pages/console/console.h"
+#include "pages/console/console_texts.h"
 
 namespace ostrel {
 

@@ -6,15 +6,15 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QShortcut>
 #include <QTextBlock>
 #include <QTimer>
-#include <utility>
 
 #include "base/file_choice.h"
 #include "base/files.h"
 #include "base/text.h"
 #include "base/texts.h"
+#include "base/user_files.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/frmDevices.h"
 #include "widgets/code_editor.h"
 #include "widgets/plain_tip.h"
@@ -30,47 +30,29 @@ QString PathTip(const std::string& path) {
 
 }  // namespace
 
-ConsolePage::ConsolePage(Service& service, Runner run)
-    : service_(service), run_(std::move(run)), recent_(service.Settings()) {
+ConsolePage::ConsolePage(const Seat& seat) : Page(seat), console_(desk_), recent_(desk_.settings) {
+  console_.Log().SetFile(ConsoleLogFile(desk_.settings, desk_.computer.ProfileFolder()).string());
   Arrange();
   Connect();
-  Device().Log().SetFile(service_.ConsoleLogPath().string());
-  Device().MonitorSet(chkRGLMonitor->isChecked());
-  if (const std::string script = Device().TakeUnsaved(); !script.empty()) {
+  console_.MonitorSet(chkRGLMonitor->isChecked());
+  if (const std::string script = console_.TakeUnsaved(); !script.empty()) {
     edtRTFRegL->SetText(script, true);
   }
-  ShowFile();
-  ShowCaret();
-}
-
-ConsolePage::~ConsolePage() {
-  Device().onPane = {};
-  Device().onMonitor = {};
-  Device().onSending = {};
-  Device().onAnswered = {};
-}
-
-QString ConsolePage::Text(int id) const {
-  return QString::fromStdString(service_.Texts().Caption(id));
 }
 
 void ConsolePage::Connect() {
-  Device().onPane = [this](const std::string& text) { AddAnswer(text); };
-  Device().onMonitor = [this](bool on) {
+  console_.onPane = [this](const std::string& text) { AddAnswer(text); };
+  console_.onMonitor = [this](bool on) {
     chkRGLMonitor->setChecked(on);
     edtREGLAntwort->setVisible(on);
   };
-  Device().onSending = [this](const SentLine& line) { ShowProgress(line); };
-  Device().onAnswered = [this](const SentLine& line) {
+  console_.onSending = [this](const SentLine& line) { ShowProgress(line); };
+  console_.onAnswered = [this](const SentLine& line) {
     // The line that failed stays marked.
     if (line.ok) edtRTFRegL->ShowRunning(-1);
   };
   connect(chkRGLMonitor, &QCheckBox::toggled, this, [this](bool on) {
-    if (on != Device().Monitor()) Device().MonitorSet(on);
-  });
-  connect(butRGLLogFile, &QPushButton::clicked, this, [this] {
-    Device().ChooseLogFile();
-    Captions();
+    if (on != console_.Monitor()) console_.MonitorSet(on);
   });
   connect(edtRTFRegL, &QPlainTextEdit::cursorPositionChanged, this, &ConsolePage::ShowCaret);
   connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this, [this] {
@@ -79,88 +61,37 @@ void ConsolePage::Connect() {
   });
   connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
           &ConsolePage::ShowFile);
-  connect(mnuRecent, &QMenu::aboutToShow, this, &ConsolePage::ShowRecent);
-  auto* save = new QShortcut(QKeySequence::Save, this);
-  save->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(save, &QShortcut::activated, this, [this] { UseTool(kSave); });
   // Questions and messages wait until the drop is over.
   edtRTFRegL->onFile = [this](const std::string& file) {
-    QTimer::singleShot(0, this, [this, file] { Open(file); });
+    QTimer::singleShot(0, this, [=, this] { Start(About::kFiles, [&] { Open(file); }); });
   };
   edtRTFRegL->onMenu = [this](const QPoint& place) {
-    if (free_) mnuRGL->popup(place);
+    if (Free()) mnuRGL->popup(place);
   };
 }
 
-void ConsolePage::Captions() {
-  for (const auto& set : captions_) set();
-  edtRTFRegL->setAccessibleName(Text(text::kScriptPane));
-  edtREGLAntwort->setAccessibleName(Text(text::kAnswerPane));
-  butRGLLogFile->setToolTip(PathTip(Device().Log().File()));
+void ConsolePage::Refresh() {
+  butRGLLogFile->setToolTip(PathTip(console_.Log().File()));
   ShowFile();
   ShowCaret();
 }
 
-void ConsolePage::Refresh() {
-  EnableCommands(free_);
-}
-
 void ConsolePage::Read() {
-  UseTool(kReadDevice);
-}
-
-void ConsolePage::EnableCommands(bool free) {
-  free_ = free;
-  const bool device = service_.Selected().GetKenn().has_value();
-  for (QWidget* command : commands_) command->setEnabled(free);
-  for (QWidget* command : deviceCommands_) command->setEnabled(free && device);
-  for (QAction* action : mnuRGL->actions()) action->setEnabled(free);
-  // Rows must stay where they are while they are sent.
-  edtRTFRegL->setReadOnly(!free);
+  Start(About::kDevice, [this] { ReadFromDevice(); });
 }
 
 bool ConsolePage::MayClose() {
-  return !edtRTFRegL->document()->isModified() || service_.Texts().Ask(text::kDiscardScript);
+  return !edtRTFRegL->document()->isModified() || desk_.texts.Ask(text::kDiscardScript);
 }
 
 void ConsolePage::KeepUnsaved(bool unasked) {
   const bool lost = unasked && edtRTFRegL->document()->isModified();
-  Device().KeepUnsaved(lost ? edtRTFRegL->Text() : std::string());
+  console_.KeepUnsaved(lost ? edtRTFRegL->Text() : std::string());
 }
 
-void ConsolePage::UseTool(Tool tool) {
-  if (!free_) return;
-  switch (tool) {
-    case kLoad:
-      Load();
-      break;
-    case kSave:
-      Saved(Device().Save(edtRTFRegL->Text()));
-      break;
-    case kSaveAs:
-      Saved(Device().SaveAs(edtRTFRegL->Text()));
-      break;
-    case kNew:
-      New();
-      break;
-    case kReadDevice:
-      run_([this] {
-        // Undo brings the text back that it replaces.
-        Device().ReadFromDevice(
-            [this](const std::string& script) { edtRTFRegL->SetText(script, true); });
-      });
-      break;
-    case kSendSeveral:
-      SendSeveral();
-      break;
-    case kExport:
-      Export();
-      break;
-    case kCheck:
-      Device().SyntaxCheck(edtRTFRegL->Text());
-      break;
-  }
-  EnableCommands(free_);
+void ConsolePage::ReadFromDevice() {
+  // Undo brings the text back that it replaces.
+  console_.ReadFromDevice([this](const std::string& script) { edtRTFRegL->SetText(script, true); });
 }
 
 void ConsolePage::Send(ScriptPart::Mode mode) {
@@ -172,62 +103,58 @@ void ConsolePage::Send(ScriptPart::Mode mode) {
     const int start = edtRTFRegL->textCursor().selectionStart();
     part.line = static_cast<std::size_t>(edtRTFRegL->document()->findBlock(start).blockNumber());
   }
-  run_([this, part] { Device().Send(edtRTFRegL->Text(), part); });
+  console_.Send(edtRTFRegL->Text(), part);
 }
 
 void ConsolePage::SendSeveral() {
-  run_([this] {
-    Device().SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
-      std::vector<std::string> stations;
-      if (!service_.Bus().StationsListAll(stations)) return std::vector<std::string>();
-      return ChooseDevices(this, service_.Texts(), title, stations);
-    });
+  console_.SendToStations(edtRTFRegL->Text(), [this](const std::string& title) {
+    const auto stations = desk_.session.StationsListAll();
+    return stations ? ChooseDevices(this, desk_.texts, title, *stations)
+                    : std::vector<std::string>();
   });
 }
 
 void ConsolePage::New() {
   if (!MayClose()) return;
-  Device().New();
+  console_.New();
   SetScript({});
 }
 
 void ConsolePage::Load() {
   if (!MayClose()) return;
-  if (const auto script = Device().Load()) SetScript(*script);
+  if (const auto script = console_.Load()) SetScript(*script);
 }
 
 void ConsolePage::Open(const std::string& file) {
-  if (!free_ || !MayClose()) return;
-  if (const auto script = Device().Open(file)) SetScript(*script);
+  if (!MayClose()) return;
+  if (const auto script = console_.Open(file)) SetScript(*script);
 }
 
 void ConsolePage::SetScript(const std::string& text) {
   edtRTFRegL->SetText(text);
-  Saved(Console::Ending::kDone);
+  Saved(Ending::kDone);
 }
 
-void ConsolePage::Saved(Console::Ending ending) {
-  if (ending != Console::Ending::kDone) return;
+void ConsolePage::Saved(Ending ending) {
+  if (ending != Ending::kDone) return;
   edtRTFRegL->document()->setModified(false);
-  if (!Device().FileName().empty()) recent_.Add(Device().FileName());
-  ShowFile();
+  if (!console_.FileName().empty()) recent_.Add(console_.FileName());
 }
 
 void ConsolePage::Export() {
-  const auto file =
-      ChooseFile(service_.Boxes(), service_.Settings(), service_.Texts(), FileDialogKind::kSave,
-                 text::kSaveAs, text::kTextFiles, "RegLAnswers");
+  const auto file = ChooseFile(desk_.dialogs, desk_.settings, desk_.texts, FileDialogKind::kSave,
+                               text::kSaveAs, text::kTextFiles, "RegLAnswers");
   if (!file) return;
   QString text = edtREGLAntwort->document()->toRawText();
   text.replace(QChar::ParagraphSeparator, QLatin1String("\r\n"));
   if (const int error = ReplaceBytes(*file, text.toStdString()); error != 0) {
-    service_.Texts().WarnFilled(text::kFileNotWritten, FileFault(*file, error));
+    desk_.texts.WarnFilled(text::kFileNotWritten, FileFault(*file, error));
   }
 }
 
 void ConsolePage::ShowFile() {
-  const std::string& name = Device().FileName();
-  const QString file = name.empty() ? Text(text::kNewScriptName)
+  const std::string& name = console_.FileName();
+  const QString file = name.empty() ? captions_.Text(text::kNewScriptName)
                                     : QFileInfo(QString::fromStdString(name)).fileName();
   lblFile->setText(file +
                    (edtRTFRegL->document()->isModified() ? QStringLiteral(" *") : QString()));
@@ -237,28 +164,14 @@ void ConsolePage::ShowFile() {
 void ConsolePage::ShowCaret() {
   const QTextCursor caret = edtRTFRegL->textCursor();
   const std::string length = std::to_string(CharCount(Trim(caret.block().text().toStdString())));
-  lblCaret->setText(QString::fromStdString(
-      service_.Texts().Filled(text::kCaretLine, std::to_string(caret.blockNumber() + 1)) + "  ·  " +
-      service_.Texts().Filled(text::kCharacters, length)));
-}
-
-void ConsolePage::ShowRecent() {
-  mnuRecent->clear();
-  for (const std::string& file : recent_.List()) {
-    // An ampersand of the name is no mnemonic.
-    QString shown = QString::fromStdString(VisibleLine(file));
-    mnuRecent->addAction(shown.replace(QLatin1Char('&'), QLatin1String("&&")), this,
-                         [this, file] { Open(file); });
-  }
-  if (mnuRecent->isEmpty()) mnuRecent->addAction(Text(text::kNoFiles))->setEnabled(false);
+  lblCaret->setText(captions_.Filled(text::kCaretLine, std::to_string(caret.blockNumber() + 1)) +
+                    QStringLiteral("  ·  ") + captions_.Filled(text::kCharacters, length));
 }
 
 void ConsolePage::ShowProgress(const SentLine& line) {
   edtRTFRegL->ShowRunning(line.row - 1);
-  if (onStatus) {
-    const std::string of = service_.Texts().Filled(text::kLineOf, std::to_string(line.number));
-    onStatus(QString::fromStdString(of).replace(QLatin1String("%s"), QString::number(line.total)));
-  }
+  ShowStatus(captions_.Filled(text::kLineOf, std::to_string(line.number))
+                 .replace(QLatin1String("%s"), QString::number(line.total)));
 }
 
 void ConsolePage::AddAnswer(const std::string& text) {
@@ -275,7 +188,11 @@ void ConsolePage::FindNext(bool backward) {
     return edtFind->selectAll();
   }
   const bool found = edtRTFRegL->Find(edtFind->text(), backward);
-  if (onStatus) onStatus(found ? QString() : Text(text::kNotFound));
+  ShowStatus(found ? QString() : captions_.Text(text::kNotFound));
+}
+
+Page* MakeConsolePage(const Page::Seat& seat) {
+  return new ConsolePage(seat);
 }
 
 }  // namespace ostrel

@@ -9,7 +9,7 @@
 
 #include "base/text.h"
 #include "base/texts.h"
-#include "widgets/named.h"
+#include "widgets/captions.h"
 #include "widgets/window_dialogs.h"
 
 namespace ostrel {
@@ -39,10 +39,10 @@ std::vector<std::string> ChooseDevices(QWidget* parent, const Messages& messages
     item->setCheckState(Qt::Unchecked);
   }
   auto* buttons = new QDialogButtonBox;
-  auto* ok = Named(new QPushButton(QString::fromStdString(messages.Caption(text::kOk))), "ButOK");
+  Captions captions(messages);
+  auto* ok = captions.On(Named(new QPushButton, "ButOK"), text::kOk);
   buttons->addButton(ok, QDialogButtonBox::AcceptRole);
-  buttons->addButton(QString::fromStdString(messages.Caption(text::kCancel)),
-                     QDialogButtonBox::RejectRole);
+  buttons->addButton(captions.Text(text::kCancel), QDialogButtonBox::RejectRole);
   ok->setDefault(true);
   ok->setEnabled(false);
   auto* layout = new QVBoxLayout(&dialog);

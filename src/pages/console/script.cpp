@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "base/text.h"
-#include "base/texts.h"
 #include "base/utf8.h"
+#include "pages/console/console_texts.h"
 
 namespace ostrel {
 
@@ -17,11 +17,7 @@ constexpr std::string_view kLineEnd = "\r\n";
 
 bool IsCommand(std::string_view line) {
   if (line.empty() || line.front() == '#') return false;
-  const auto same = [](char letter, char wanted) {
-    return letter == wanted || (wanted == 'a' && letter == 'A');
-  };
-  constexpr std::string_view kSwitch = "aa::";
-  return std::search(line.begin(), line.end(), kSwitch.begin(), kSwitch.end(), same) == line.end();
+  return LowerAscii(line).find("aa::") == std::string::npos;
 }
 
 /// " 012": a blank and at least three digits.

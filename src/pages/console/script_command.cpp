@@ -1,10 +1,13 @@
-#include "pages/console/script.h"
+#include <CLI/CLI.hpp>
 
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
-#include "cli/commands.h"
+#include "pages/console/console.h"
+#include "pages/console/console_texts.h"
+#include "pages/console/script.h"
 #include "pages/console/script_file.h"
+#include "terminal/command.h"
 #include "terminal/json.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
@@ -28,136 +31,202 @@ std::optional<Rows> RowsOf(const std::string& text) {
   return rows.first >= 1 && rows.first <= rows.last ? std::optional(rows) : std::nullopt;
 }
 
-ScriptPart PartOf(const GivenScript& given, const std::string& script) {
-  using Mode = ScriptPart::Mode;
-  const std::optional<Rows> rows = RowsOf(given.lines);
-  const int first = rows ? rows->first : given.line.value_or(given.from.value_or(1));
-  ScriptPart part{.mode = given.line   ? Mode::kCursorLine
-                          : given.from ? Mode::kFromCursor
-                                       : Mode::kAll,
-                  .line = static_cast<std::size_t>(first) - 1,
-                  .selection = {}};
-  if (!rows) return part;
-  part.mode = Mode::kFromCursor;
-  std::string_view rest = SelectPart(script, part);
-  part.mode = Mode::kSelection;
-  for (int row = rows->first; row <= rows->last && !rest.empty(); ++row) {
-    part.selection.append(PopLine(rest)).append("\r\n");
-  }
-  return part;
-}
-
-}  // namespace
-
+/// What is wrong with rows "N-M"; empty when nothing is.
 std::string RowsProblem(const std::string& rows) {
   return RowsOf(rows) ? "" : "no rows N-M: \"" + rows + "\"";
 }
 
-std::optional<std::string> CliRun::ScriptText(const std::string& file) {
-  if (file != kStandard) return service_.CommandConsole().Open(file);
-  std::string bytes(kMostScriptBytes + 1, '\0');
-  ports_.in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(ports_.in.gcount()));
-  ports_.in.clear();  // a question may follow
-  std::string text;
-  ScriptForm form;
-  const bool tooLarge = bytes.size() > kMostScriptBytes;
-  if (!tooLarge && DecodeScript(bytes, text, form)) return text;
-  service_.Texts().WarnFilled(tooLarge ? text::kFileTooLarge : text::kFileNoText, file);
-  return std::nullopt;
-}
-
-ExitStatus CliRun::ScriptCheck(const std::string& file) {
-  const std::optional<std::string> script = ScriptText(file);
-  if (!script) return ExitStatus::kRefused;
-  const ostrel::ScriptCheck check = CheckScript(*script);
-  if (json_ && !check.tooManyLines) {
-    std::vector<std::string> rows;
-    for (const auto& line : check.tooLong) {
-      const auto length = static_cast<std::int64_t>(line.length);
-      rows.push_back(JsonObject().Add("row", line.row).Add("length", length).Text());
-    }
-    PrintJson(JsonList(rows));
-  } else if (!json_) {
-    ports_.out << (check.Ok() ? Text(text::kNoErrors) + "\n"
-                              : Visible(check.List(service_.Texts())));
+/// A command that has a script to work on.
+class ScriptCommand : public Command {
+ public:
+  using Command::Command;
+  void Declare(CLI::App& own) override {
+    own.add_option("file", file_, "The script; \"-\" is standard input")->required();
   }
-  if (check.Ok()) return ExitStatus::kDone;
-  service_.Texts().Warn(check.tooManyLines ? text::kTooManyLines : text::kScriptErrors);
-  return ExitStatus::kRefused;
-}
 
-Console::Ending CliRun::SendScript(const std::string& script, const GivenScript& given) {
-  Console& console = service_.CommandConsole();
-  if (given.stations.empty()) return console.Send(script, PartOf(given, script));
-  return console.SendToStations(script, [&](const std::string&) {
-    std::vector<std::string> addresses;
-    std::string names;
-    for (const std::string& station : given.stations) {
-      addresses.push_back(StationAddress(station).value_or(""));
-      names += (names.empty() ? "" : ", ") + addresses.back();
-    }
-    const Messages& messages = service_.Texts();
-    const bool yes = dialogs_.AskYesNo(
-        messages.Filled(text::kSendToDevice, messages.Caption(text::kRegLCommands), names));
-    return yes ? addresses : std::vector<std::string>();
-  });
-}
-
-ExitStatus CliRun::ScriptSend(const GivenScript& given) {
-  Console& console = service_.CommandConsole();
-  const std::optional<std::string> script = ScriptText(given.file);
-  if (!script) return ExitStatus::kRefused;
-  if (given.stations.empty() && !service_.DeviceSelectByAddress(station_)) {
-    return ExitStatus::kRefused;
+ protected:
+  /// The script; nothing after a failure, which is shown.
+  std::optional<std::string> Script(Console& console, Terminal& terminal) const {
+    if (file_ != kStandard) return console.Open(file_);
+    std::istream& in = terminal.In();
+    std::string bytes(kMostScriptBytes + 1, '\0');
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+    in.clear();  // a question may follow
+    std::string text;
+    ScriptForm form;
+    const bool tooLarge = bytes.size() > kMostScriptBytes;
+    if (!tooLarge && DecodeScript(bytes, text, form)) return text;
+    terminal.Refuse(tooLarge ? text::kFileTooLarge : text::kFileNoText, file_);
+    return std::nullopt;
   }
-  std::vector<std::string> json;
-  console.Log().SetFile(given.log);
-  console.onPane = [&](const std::string& text) {
-    if (!json_) ports_.out << Visible(text) << std::flush;
-  };
-  console.onAnswered = [&](const SentLine& line) {
+
+ private:
+  std::string file_;
+};
+
+class CheckCommand : public ScriptCommand {
+ public:
+  CheckCommand() : ScriptCommand("script check", "List the lines that cannot be sent") {}
+
+  Ending Run(const Desk& desk, Terminal& terminal) override {
+    Console console(desk);
+    const std::optional<std::string> script = Script(console, terminal);
+    if (!script) return Ending::kFailed;
+    const ScriptCheck check = CheckScript(*script);
+    if (terminal.Json() && !check.tooManyLines) {
+      std::vector<std::string> rows;
+      for (const ScriptCheck::Fault& fault : check.faults) {
+        JsonObject row;
+        row.Add("row", fault.row);
+        if (fault.length != 0) {
+          row.Add("length", static_cast<std::int64_t>(fault.length));
+        } else {
+          row.Add("character", CharacterShown(fault.character));
+        }
+        rows.push_back(row.Text());
+      }
+      terminal.PrintJson(JsonList(rows));
+    } else if (!terminal.Json()) {
+      terminal.Out() << (check.Ok() ? terminal.Text(text::kNoErrors) + "\n"
+                                    : Visible(check.List(desk.texts)));
+    }
+    if (check.Ok()) return Ending::kDone;
+    desk.texts.Warn(check.tooManyLines ? text::kTooManyLines : text::kScriptErrors);
+    return Ending::kFailed;
+  }
+};
+
+class SendCommand : public ScriptCommand {
+ public:
+  SendCommand()
+      : ScriptCommand("script send", "Send it up to the first failure, after a question") {}
+
+  void Declare(CLI::App& own) override {
+    ScriptCommand::Declare(own);
+    CLI::Option* const parts[] = {
+        own.add_option("--from", from_, "Only this row and those behind it"),
+        own.add_option("--line", line_, "Only this row"),
+        own.add_option("--lines", lines_, "Only the rows N-M")
+            ->check(CLI::Validator(RowsProblem, "N-M")),
+        own.add_option("--stations", stations_, "Addresses; the whole script to each in turn")
+            ->delimiter(',')
+            ->check(CLI::Validator(StationProblem, "ADDRESS"))};
+    for (CLI::Option* const one : parts) {
+      for (CLI::Option* const other : parts) {
+        if (one != other) one->excludes(other);
+      }
+    }
+    for (CLI::Option* const row : {parts[0], parts[1]}) row->check(CLI::Range(1, kMostScriptLines));
+    own.add_option("--log", log_, "Also write what is printed behind the end of this file");
+  }
+
+  Ending Run(const Desk& desk, Terminal& terminal) override {
+    Console console(desk);
+    const std::optional<std::string> script = Script(console, terminal);
+    if (!script) return Ending::kFailed;
+    if (stations_.empty() && !desk.session.DeviceSelectByAddress(terminal.Station())) {
+      return Ending::kFailed;
+    }
+    std::vector<std::string> json;
+    console.Log().SetFile(log_);
+    console.onPane = [&](const std::string& text) {
+      if (!terminal.Json()) terminal.Out() << Visible(text) << std::flush;
+    };
+    console.onAnswered = [&](const SentLine& line) { json.push_back(ToJson(line, desk.texts)); };
+    const Ending ending = Send(console, *script, desk);
+    if (terminal.Json() && !json.empty()) terminal.PrintJson(JsonList(json));
+    return ending;
+  }
+
+ private:
+  static std::string ToJson(const SentLine& line, const Messages& texts) {
     JsonObject entry;
     entry.Add("row", line.row).Add("line", line.command);
     entry.Add("answer", line.answer).Add("ok", line.ok);
-    if (!line.ok && !IsErrorAnswer(line.answer)) {
-      const Message& why = dialogs_.LastMessage();
-      entry.AddRaw("error", JsonObject().Add("number", why.number).Add("message", why.text).Text());
+    if (line.error) {
+      entry.AddRaw("error", JsonError(line.error.code, texts.Shown(line.error)).Text());
     }
-    json.push_back(entry.Text());
-  };
-  const Console::Ending ending = SendScript(*script, given);
-  console.onPane = {};
-  console.onAnswered = {};
-  if (ending == Console::Ending::kNotConfirmed) {
-    service_.Texts().Warn(text::kNotConfirmed);
-    return ExitStatus::kNotConfirmed;
+    return entry.Text();
   }
-  if (json_ && !json.empty()) PrintJson(JsonList(json));
-  return ending == Console::Ending::kDone ? ExitStatus::kDone : ExitStatus::kRefused;
-}
 
-ExitStatus CliRun::ScriptRead(const std::string& output) {
-  if (!service_.DeviceSelectByAddress(station_)) return ExitStatus::kRefused;
-  std::string script;
-  const Console::Ending ending =
-      service_.CommandConsole().ReadFromDevice([&](const std::string& text) { script = text; });
-  if (ending == Console::Ending::kNotConfirmed) {
-    service_.Texts().Warn(text::kNotConfirmed);
-    return ExitStatus::kNotConfirmed;
+  Ending Send(Console& console, const std::string& script, const Desk& desk) const {
+    if (stations_.empty()) return console.Send(script, PartOf(script));
+    return console.SendToStations(script, [&](const std::string&) {
+      std::vector<std::string> addresses;
+      std::string names;
+      for (const std::string& station : stations_) {
+        addresses.push_back(StationAddress(station).value_or(""));
+        names += (names.empty() ? "" : ", ") + addresses.back();
+      }
+      const bool yes = desk.dialogs.AskYesNo(
+          desk.texts.Filled(text::kSendToDevice, desk.texts.Caption(text::kRegLCommands), names));
+      return yes ? addresses : std::vector<std::string>();
+    });
   }
-  if (ending != Console::Ending::kDone) return ExitStatus::kRefused;
-  if (!output.empty() && output != kStandard) {
-    ScriptForm form;
-    const FileOutcome outcome = WriteScript(output, script, form);
-    if (outcome.message != 0) return Refuse(outcome.message, outcome.detail);
-    if (json_) PrintJson(JsonObject().Add("file", output).Text());
-  } else if (json_) {
-    PrintJson(JsonObject().Add("script", script).Text());
-  } else {
-    ports_.out << Visible(script);
+
+  ScriptPart PartOf(const std::string& script) const {
+    using Mode = ScriptPart::Mode;
+    const std::optional<Rows> rows = RowsOf(lines_);
+    const int first = rows ? rows->first : line_.value_or(from_.value_or(1));
+    ScriptPart part{.mode = line_   ? Mode::kCursorLine
+                            : from_ ? Mode::kFromCursor
+                                    : Mode::kAll,
+                    .line = static_cast<std::size_t>(first) - 1,
+                    .selection = {}};
+    if (!rows) return part;
+    part.mode = Mode::kFromCursor;
+    std::string_view rest = SelectPart(script, part);
+    part.mode = Mode::kSelection;
+    for (int row = rows->first; row <= rows->last && !rest.empty(); ++row) {
+      part.selection.append(PopLine(rest)).append("\r\n");
+    }
+    return part;
   }
-  return ExitStatus::kDone;
+
+  std::optional<int> from_, line_;     // rows, counted from 1
+  std::string lines_;                  // "N-M"
+  std::vector<std::string> stations_;  // addresses
+  std::string log_;
+};
+
+class ReadCommand : public Command {
+ public:
+  ReadCommand() : Command("script read", "Read programs and menus, after a question") {}
+
+  void Declare(CLI::App& own) override {
+    own.add_option("-o,--output", output_, "Write the script to this file");
+  }
+
+  Ending Run(const Desk& desk, Terminal& terminal) override {
+    if (!desk.session.DeviceSelectByAddress(terminal.Station())) return Ending::kFailed;
+    std::string script;
+    const Ending ending =
+        Console(desk).ReadFromDevice([&](const std::string& text) { script = text; });
+    if (ending != Ending::kDone) return ending;
+    if (!output_.empty() && output_ != kStandard) {
+      ScriptForm form;
+      const FileOutcome outcome = WriteScript(output_, script, form);
+      if (outcome.message != 0) return terminal.Refuse(outcome.message, outcome.detail);
+      if (terminal.Json()) terminal.PrintJson(JsonObject().Add("file", output_).Text());
+    } else if (terminal.Json()) {
+      terminal.PrintJson(JsonObject().Add("script", script).Text());
+    } else {
+      terminal.Out() << Visible(script);
+    }
+    return Ending::kDone;
+  }
+
+ private:
+  std::string output_;
+};
+
+}  // namespace
+
+CommandList MakeConsoleCommands() {
+  return ListOf(std::make_unique<CommandGroup>("script", "Scripts of device commands"),
+                std::make_unique<CheckCommand>(), std::make_unique<SendCommand>(),
+                std::make_unique<ReadCommand>());
 }
 
 }  // namespace ostrel

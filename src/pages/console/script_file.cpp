@@ -8,6 +8,8 @@
 
 #include "base/files.h"
 #include "base/texts.h"
+#include "base/utf8.h"
+#include "pages/console/console_texts.h"
 #include "pages/console/script.h"
 
 namespace ostrel {
@@ -22,29 +24,6 @@ constexpr std::array<char32_t, 32> kUpperControls = {
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
-/// Takes the next character off a UTF-8 text; nothing where the bytes are none.
-std::optional<char32_t> PopCharacter(std::string_view& text) {
-  const auto byte = [&](std::size_t n) { return static_cast<std::uint8_t>(text[n]); };
-  const std::uint8_t lead = byte(0);
-  const std::size_t length = lead < 0x80   ? 1
-                             : lead < 0xC2 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
-  if (length == 0 || length > text.size()) return std::nullopt;
-  char32_t character = length == 1 ? lead : lead & (0x7FU >> length);
-  for (std::size_t n = 1; n < length; ++n) {
-    if ((byte(n) & 0xC0U) != 0x80) return std::nullopt;
-    character = (character << 6U) | (byte(n) & 0x3FU);
-  }
-  const bool tooLong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-  const bool surrogate = character >= 0xD800 && character < 0xE000;
-  if (tooLong || surrogate || character > 0x10FFFF) return std::nullopt;
-  text.remove_prefix(length);
-  return character;
-}
-
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
     if (!PopCharacter(text)) return false;
@@ -52,27 +31,12 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-/// Of a character below U+10000.
-void AppendUtf8(std::string& text, char32_t character) {
-  const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
-  if (character < 0x80) {
-    add(character);
-  } else if (character < 0x800) {
-    add(0xC0U | (character >> 6U));
-    add(0x80U | (character & 0x3FU));
-  } else {
-    add(0xE0U | (character >> 12U));
-    add(0x80U | ((character >> 6U) & 0x3FU));
-    add(0x80U | (character & 0x3FU));
-  }
-}
-
 std::string FromWindows1252(std::string_view bytes) {
   std::string text;
   for (const char byte : bytes) {
     const auto code = static_cast<std::uint8_t>(byte);
     const bool upper = code >= 0x80 && code < 0xA0;
-    AppendUtf8(text, upper ? kUpperControls.at(code - 0x80U) : code);
+    AppendCharacter(text, upper ? kUpperControls.at(code - 0x80U) : code);
   }
   return text;
 }

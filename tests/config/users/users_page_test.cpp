@@ -12,7 +12,7 @@
 #include "config/users/frmLogin.h"
 #include "config/users/frmMeldLogin.h"
 #include "config/users/frmRechteShow.h"
-#include "config/users/users_page.h"
+#include "config/users/users.h"
 #include "kit/window.h"
 
 namespace ostrel {
@@ -79,6 +79,7 @@ struct UsersPageTest : WindowTest {
   bool Enabled(const char* control) { return Find<QWidget>(*page, control).isEnabled(); }
 
   QWidget* page = nullptr;
+  Users users{desk};
 };
 
 TEST_F(UsersPageTest, WhatCanBeDoneFollowsWhatIsKnown) {
@@ -194,8 +195,8 @@ TEST_F(UsersPageTest, RightsAreShownAndRaised) {
   Person person({});
   person.acts["frmRechteShow"] = [&](QDialog& rights) {
     const auto shown = [&] { return Find<QLabel>(rights, "lblGrants").text().toStdString(); };
-    EXPECT_EQ(shown(), service.Texts().Caption(1641) + " 1 (Local R/-, TESK -/-)\n" +
-                           service.Texts().Caption(1642));
+    EXPECT_EQ(shown(), desk.texts.Caption(1641) + " 1 (Local R/-, TESK -/-)\n" +
+                           desk.texts.Caption(1642));
     Click(rights, "butRefresh");
     EXPECT_NE(shown().find("3 (Local R/W, TESK -/-)"), std::string::npos);
     world.server.answers["aa:passwort- 0,dr,!"] = "5";
@@ -211,11 +212,11 @@ TEST_F(UsersPageTest, RightsAreShownAndRaised) {
     EXPECT_NE(shown().find("5 (Local R/W, TESK R/W)"), std::string::npos);
     Click(rights, "ButOK");
   };
-  EXPECT_TRUE(frmRechteShow::DoDialog(&window, service, 1));
+  EXPECT_TRUE(frmRechteShow::DoDialog(&window, desk, 1));
   EXPECT_TRUE(person.told.join(' ').contains("wrong password"));
   EXPECT_EQ(Text("lblUser"), "Logged in: –") << "it is another station";
   person.acts["frmRechteShow"] = [](QDialog& rights) { QTest::keyClick(&rights, Qt::Key_Escape); };
-  EXPECT_FALSE(frmRechteShow::DoDialog(&window, service, 1));
+  EXPECT_FALSE(frmRechteShow::DoDialog(&window, desk, 1));
 }
 
 TEST_F(UsersPageTest, DataAloneAreAskedWithoutSendingThem) {
@@ -226,7 +227,7 @@ TEST_F(UsersPageTest, DataAloneAreAskedWithoutSendingThem) {
       Click(dialog, "ButOK");
     }
   };
-  EXPECT_EQ(frmLogin::DoDiaGetLoginx(&window, service), "login 1 ab");
+  EXPECT_EQ(frmLogin::DoDiaGetLoginx(&window, desk, users), "login 1 ab");
   EXPECT_TRUE(person.told.size() == 1 && world.server.sent.empty());
 }
 
@@ -242,9 +243,9 @@ TEST_F(UsersPageTest, EveryControlHasALetterOfItsOwn) {
         dialog.reject();
       };
     }
-    EXPECT_FALSE(frmLogin::DoDiaLogin(&window, service));
-    EXPECT_FALSE(frmRechteShow::DoDialog(&window, service, 9));
-    EXPECT_FALSE(frmMeldLogin::DoDialog(&window, service));
+    EXPECT_FALSE(frmLogin::DoDiaLogin(&window, desk, users));
+    EXPECT_FALSE(frmRechteShow::DoDialog(&window, desk, 9));
+    EXPECT_FALSE(frmMeldLogin::DoDialog(&window, desk, users));
     EXPECT_TRUE(person.acts.empty());
   }
 }

@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "base/text.h"
-#include "base/texts.h"
 #include "config/users/login_program.h"
+#include "config/users/users_texts.h"
 #include "kit/kit.h"
 
 namespace ostrel {
@@ -95,7 +95,7 @@ TEST_F(UsersTest, LinesAndMessages) {
       {130, "password 2", "geheim,x", true, "", "", "", C},
       {130, "password 2", "geheim,0,0", false, "", "", "", C},
       {130, "password 1", "geheim,0,0", true, "", "passwort 1 geheim=0 0", "1155", D},
-      {130, "password 3", "geheim,a=b", true, "", "", "20340", F},
+      {130, "password 3", "geheim,a=b", true, "", "", "20400", F},
       {130, "password 3", "geheim,x,x", false, nullptr, "passwort 3 geheim=x x", "1259", F},
       {130, "password 3", "geheim,geheim2,geheim2", false, "<<what: passwort 3 GEHEIM=geheim2>>",
        "passwort 3 geheim=geheim2 geheim2", "1280", F},

@@ -12,8 +12,8 @@
 #include <fstream>
 
 #include "kit/window.h"
+#include "pages/console/console.h"
 #include "widgets/code_editor.h"
-#include "widgets/page.h"
 
 namespace ostrel {
 namespace {
@@ -164,11 +164,34 @@ TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {
 TEST_F(ConsolePageTest, PutsTextAsideWhenNobodyIsAsked) {
   QTest::keyClicks(editor, "RegUn=1");
   window.BeendenQuietly();
-  const frmMain next(service, dialogs, Scheme::kSystem);
+  const frmMain next(program, dialogs, Scheme::kSystem);
   const auto& again = Find<CodeEditor>(next, "edtRTFRegL");
   EXPECT_EQ(again.Text(), "RegUn=1");
   EXPECT_TRUE(again.document()->isModified());
-  EXPECT_TRUE(service.CommandConsole().TakeUnsaved().empty()) << "it is there once";
+  EXPECT_TRUE(Console(desk).TakeUnsaved().empty()) << "it is there once";
+}
+
+TEST_F(WindowTest, SendingToSeveralStationsOpensTheLinkWhereThereIsNone) {
+  world.server.answers[R"(all,station&#,!+";  ", ver.+)"] = "AA:Main;  KT-X+\r\nB1:Nord;  KT-XB+";
+  ShowPage("Console");
+  Find<CodeEditor>(window, "edtRTFRegL").SetText("RegSW#");
+  const auto offers = [&] {
+    int stations = 0;
+    During<QDialog>([&] { Find<QPushButton>(window, "butRGLTool5").click(); },
+                    [&](QDialog& dialog) {
+                      const auto* list = dialog.findChild<QListWidget*>("lstDevices");
+                      if (list != nullptr) stations = list->count();
+                      dialog.reject();
+                    });
+    return stations;
+  };
+  EXPECT_EQ(offers(), 2) << "at a fresh start";
+  Select(0);
+  Lose();
+  world.server.sent.clear();
+  EXPECT_EQ(offers(), 2) << "after a loss";
+  EXPECT_EQ(world.server.sent.front(), "AA:dirn_") << "who answers was not asked";
+  EXPECT_FALSE(session.Lost());
 }
 
 }  // namespace

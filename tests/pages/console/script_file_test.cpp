@@ -11,6 +11,7 @@
 #include "base/texts.h"
 #include "kit/kit.h"
 #include "pages/console/console_log.h"
+#include "pages/console/console_texts.h"
 
 namespace ostrel {
 namespace {

@@ -1,4 +1,4 @@
-#include "cli/commands.h"
+#include "terminal/table.h"
 
 #include <algorithm>
 
@@ -6,17 +6,7 @@
 
 namespace ostrel {
 
-ExitStatus CliRun::Refuse(int id, const std::string& value) {
-  service_.Texts().WarnFilled(id, value);
-  return ExitStatus::kRefused;
-}
-
-void CliRun::PrintJson(const std::string& json) {
-  ports_.out << json << '\n';
-  printed_ = true;
-}
-
-void PrintTable(std::ostream& out, const std::vector<std::vector<std::string>>& rows) {
+void WriteTable(std::ostream& out, const std::vector<std::vector<std::string>>& rows) {
   std::vector<std::size_t> widths;
   for (const auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));

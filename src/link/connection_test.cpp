@@ -1,7 +1,6 @@
-#include "app/connection_test.h"
+#include "link/connection_test.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "base/text.h"
@@ -14,20 +13,6 @@
 namespace ostrel {
 
 namespace {
-
-/// The result is told in one text; nothing appears on the way to it.
-class NoDialogs : public Dialogs {
- public:
-  void Show(const Message&) override {}
-  std::optional<std::string> AskText(const InputRequest&) override { return std::nullopt; }
-  bool AskYesNo(const std::string&) override { return false; }
-  std::optional<std::string> ChooseFile(FileDialogKind, const std::string&, const std::string&,
-                                        const std::string&) override {
-    return std::nullopt;
-  }
-  void SetBusy(bool) override {}
-  void ToClipboard(const std::string&, const std::string&) override {}
-};
 
 struct Help {
   int code;
@@ -83,23 +68,23 @@ ConnectionTestResult ConnectionTest::Run(const std::string& name) {
   const Connections connections(settings_);
   ConnectionTestResult result;
   result.connection = name.empty() ? connections.Current() : name;
-  result.code = text::kExchangeUnderWay;
-  if (running_ != nullptr) return result;
+  if (running_ != nullptr) {
+    result.error.code = text::kExchangeUnderWay;
+    return result;
+  }
 
-  NoDialogs dialogs;
-  const Messages messages(dialogs);
-  Link link(factory_, settings_, clock_, dialogs, messages, programFolder_);
+  Link link(factory_, settings_, clock_, programFolder_);
   link.LoadSettings();
   link.OfferChooser(false);
   running_ = &link;
-  result.step = StepOf(link.ConnectionOpen(result.connection));
-  result.code = link.LastError().Code();
-  if (result.step == TestStep::kAnswer) {
-    result.code = link.CommandExchangeCode(link.CurrentChannel(), kLine, result.answer);
-    if (result.code == 0) result.step = TestStep::kDone;
+  result.error = link.ConnectionOpen(result.connection);
+  result.step = StepOf(link.ConnState());
+  if (!result.error) {
+    Answer answer = link.CommandExchangeCode(link.CurrentChannel(), kLine);
+    if (answer.Ok()) result.step = TestStep::kDone;
+    result.error = std::move(answer.error);
+    result.answer = std::move(answer.text);
   }
-  // What the wait itself found out, as a time-out, was raised by nobody.
-  if (result.code == link.LastError().Code()) result.description = link.LastError().description;
   running_ = nullptr;
   return result;
 }
@@ -117,9 +102,9 @@ std::string ConnectionHelp(int code, const Messages& messages) {
 std::string ConnectionTestText(const ConnectionTestResult& result, const Messages& messages) {
   std::string text = messages.Filled(FirstLineId(result.step), VisibleLine(result.connection));
   if (result.Ok()) return text + Exchanged(result.answer, messages);
-  text += "\n" + std::to_string(result.code) + ": " + messages.Shown(result.code);
+  text += "\n" + std::to_string(result.error.code) + ": " + messages.Shown(result.error.code);
   for (const std::string& more :
-       {Visible(result.description), ConnectionHelp(result.code, messages)}) {
+       {Visible(result.error.detail), ConnectionHelp(result.error.code, messages)}) {
     if (!more.empty()) text += "\n" + more;
   }
   return text;

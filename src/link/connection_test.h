@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/clock.h"
+#include "base/error.h"
 #include "base/messages.h"
 #include "base/settings_store.h"
 #include "wire/automation.h"
@@ -18,8 +19,7 @@ enum class TestStep { kServer, kOpen, kAnswer, kDone };
 struct ConnectionTestResult {
   std::string connection;             // its name
   TestStep step = TestStep::kServer;  // the step that failed; kDone when none did
-  int code = 0;                       // why it failed, 0 when none did
-  std::string description;            // what the server says of the failure
+  Error error;                        // why, with what the server says of it
   std::string answer;                 // the device's, which may be "<<…>>"
   bool Ok() const { return step == TestStep::kDone; }
 };
