@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "app/program.h"
-#include "link/link.h"
 #include "pages/console/console.h"
 #include "platform/program_desktop.h"
 #include "system.h"
+#include "terminal/terminal_dialogs.h"
 #include "wire/connections.h"
 
 namespace ostrel::bench {
@@ -109,8 +109,8 @@ int Run(int argc, char** argv) {
   TerminalDialogs dialogs(std::cin, told, {.yes = true});
   EventClock clock;
   ProgramDesktop desktop;
-  Program program({settings, automation, dialogs, clock, desktop},
-                  {.connection = "bench", .chooser = false}, "eng");
+  ostrel::Program program({settings, automation, dialogs, clock, desktop},
+                          {.connection = "bench", .chooser = false}, "eng");
   const Desk desk = program.MakeDesk();
   if (!desk.session.DeviceSelectByAddress("AA:")) throw std::runtime_error(told.str());
   Link link(automation, settings, clock, desktop.ProgramFolder());

@@ -54,16 +54,15 @@ Program::Program(int port) {
   Connections(settings_).Add(connection);
   link_.LoadSettings();
   link_.OfferChooser(false);
-  if (link_.ConnectionOpen(connection.name) != LinkState::kChannel) {
-    throw std::runtime_error("no connection: " + link_.LastError().description);
+  if (const Error error = link_.ConnectionOpen(connection.name)) {
+    throw std::runtime_error("no connection: " + error.detail);
   }
 }
 
 std::string Program::Exchange(const std::string& line) {
-  std::string answer;
-  const int code = link_.CommandExchangeCode(link_.CurrentChannel(), line, answer);
-  if (code != 0) throw std::runtime_error("no answer: " + messages_.Text(code));
-  return answer;
+  const Answer answer = link_.CommandExchangeCode(link_.CurrentChannel(), line);
+  if (!answer.Ok()) throw std::runtime_error("no answer: " + std::to_string(answer.error.code));
+  return answer.text;
 }
 
 }  // namespace ostrel::bench

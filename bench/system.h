@@ -2,16 +2,13 @@
 
 #include <array>
 #include <filesystem>
-#include <iostream>
 #include <string>
 
-#include "base/messages.h"
 #include "link/link.h"
 #include "platform/event_clock.h"
 #include "platform/registry_settings.h"
 #include "platform/server_factory.h"
 #include "processes.h"
-#include "terminal/terminal_dialogs.h"
 
 namespace ostrel::bench {
 
@@ -48,9 +45,7 @@ class Program {
   RegistrySettings settings_;
   ServerFactory automation_;
   EventClock clock_;
-  TerminalDialogs dialogs_{std::cin, std::cerr, {}};
-  Messages messages_{dialogs_};
-  Link link_{automation_, settings_, clock_, dialogs_, messages_, {}};
+  Link link_{automation_, settings_, clock_, {}};
 };
 
 }  // namespace ostrel::bench

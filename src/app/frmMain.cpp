@@ -141,12 +141,11 @@ void frmMain::CurrentDevShow() {
 
 bool frmMain::event(QEvent* event) {
   // While a dialog is open it is the user who is awaited, not the device.
+  const QString reading = captions_.Text(text::kReading);
   if (event->type() == QEvent::WindowBlocked && running_) {
-    if (statusBar()->currentMessage() == captions_.Text(text::kReading))
-      statusBar()->clearMessage();
+    if (statusBar()->currentMessage() == reading) statusBar()->clearMessage();
   } else if (event->type() == QEvent::WindowUnblocked && running_) {
-    if (statusBar()->currentMessage().isEmpty())
-      statusBar()->showMessage(captions_.Text(text::kReading));
+    if (statusBar()->currentMessage().isEmpty()) statusBar()->showMessage(reading);
   }
   return QMainWindow::event(event);
 }

@@ -8,12 +8,13 @@ namespace ostrel {
 /// What went wrong, or that nothing did: the number of its message, and what the one who met it
 /// adds in its own words.
 struct Error {
-  int code = 0;        // 0 = nothing went wrong, unless it was told
-  std::string detail;  // empty where there is nothing to add
-  bool told = false;   // the user knows, or wished it so: nothing is left to show
+  int code = 0;         // 0 = nothing went wrong, unless it was told
+  std::string detail;   // empty where there is nothing to add
+  bool told = false;    // the user knows, or wished it so: nothing is left to show
+  bool unsent = false;  // the line never went out
 
   explicit operator bool() const { return code != 0 || told; }
-  static Error Told() { return {0, {}, true}; }
+  static Error Told() { return {0, {}, true, false}; }
 };
 
 /// What came of asking something: an answer, or why there is none.

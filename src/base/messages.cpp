@@ -3,12 +3,21 @@
 #include <algorithm>
 
 #include "base/string_table.h"
+#include "base/texts.h"
 
 namespace ostrel {
 
 namespace {
 
 constexpr int kEnglish = 1;
+
+/// A text of the table with the line ends that it spells out.
+std::string Broken(std::string text) {
+  for (std::size_t at = text.find("\\n"); at != std::string::npos; at = text.find("\\n", at)) {
+    text.replace(at, 2, "\n");
+  }
+  return text;
+}
 
 std::span<const TableEntry> TableWith(int id) {
   if (id < Second(0)) return FirstBlock();
@@ -35,16 +44,12 @@ std::string Messages::Text(int id, int factor) {
 }
 
 std::string Messages::Shown(int id) const {
-  std::string text = Text(id);
-  for (std::size_t at = text.find("\\n"); at != std::string::npos; at = text.find("\\n", at)) {
-    text.replace(at, 2, "\n");
-  }
-  return text;
+  return Broken(Text(id));
 }
 
 std::string Messages::Caption(int id) const {
   const std::string text = Text(id);
-  return text.empty() ? Text(id, kEnglish) : text;
+  return Broken(text.empty() ? Text(id, kEnglish) : text);
 }
 
 std::string Messages::Filled(int id, std::string_view value) const {
@@ -77,7 +82,13 @@ void Messages::Warn(int id, std::string_view added) const {
 }
 
 std::string Messages::Shown(const Error& error) const {
-  return Shown(error.code).append(error.detail.empty() ? "" : "\n" + error.detail);
+  return Shown(error.code) + Below(error);
+}
+
+std::string Messages::Below(const Error& error) const {
+  std::string below;
+  if (error.unsent) below = "\n" + Caption(text::kNothingSent);
+  return below.append(error.detail.empty() ? "" : "\n" + error.detail);
 }
 
 void Messages::Warn(const Error& error) const {
@@ -94,11 +105,10 @@ void Messages::WarnFilled(int id, std::string_view value) const {
 }
 
 void Messages::WarnFilled(const Error& error, std::string_view value) const {
-  dialogs_.Show(
-      {.number = error.code,
-       .text = Filled(error.code, value).append(error.detail.empty() ? "" : "\n" + error.detail),
-       .title = {},
-       .style = MessageStyle::kExclamation});
+  dialogs_.Show({.number = error.code,
+                 .text = Filled(error.code, value) + Below(error),
+                 .title = {},
+                 .style = MessageStyle::kExclamation});
 }
 
 bool Messages::Ask(int id) const {

@@ -34,12 +34,13 @@ class Messages {
   /// The text; empty when the table has none for the id or the factor.
   std::string Text(int id) const { return Text(id, factor_); }
   static std::string Text(int id, int factor);
-  /// The text as a message shows it: the characters "\n" that some texts hold begin a line.
+  /// The text as a message shows it: the characters "\n" that some texts hold begin a line, here
+  /// and in all that follows.
   std::string Shown(int id) const;
   /// What a control shows: the text, English where the language has none, so that whoever got into
   /// such a language finds the way out of it.
   std::string Caption(int id) const;
-  /// The caption with its first "%s" replaced.
+  /// The caption with its first "%s" replaced by the value as it stands.
   std::string Filled(int id, std::string_view value) const;
   /// The same with its first two.
   std::string Filled(int id, std::string_view first, std::string_view second) const;
@@ -50,7 +51,7 @@ class Messages {
   void Warn(int id, std::string_view added = {}) const;
   /// The same for an error, with its detail below; nothing where there is none, or it was told.
   void Warn(const Error& error) const;
-  /// The text of an error as it is shown.
+  /// The text of an error as it is shown: its message, that nothing was sent, and its detail.
   std::string Shown(const Error& error) const;
   /// The same with the first "%s" of the text replaced.
   void WarnFilled(int id, std::string_view value) const;
@@ -60,6 +61,8 @@ class Messages {
   bool Ask(int id) const;
 
  private:
+  std::string Below(const Error& error) const;
+
   Dialogs& dialogs_;
   int factor_ = 0;
 };

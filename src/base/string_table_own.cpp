@@ -82,6 +82,8 @@ constexpr TableEntry kTable[] = {
       "The file of the settings was no text and was put aside; the defaults hold: %s",
       "Le fichier des paramètres n'était pas du texte et a été mis de côté ; les valeurs par "
       "défaut s'appliquent : %s"}},
+    {text::kNothingSent,
+     {"Es wurde nichts gesendet.", "Nothing was sent.", "Rien n'a été envoyé."}},
 
     // Captions of windows and tables.
     {text::kAddress, {"Adresse", "Address", "Adresse"}},

@@ -102,6 +102,7 @@ inline constexpr int kChooseNumber = Own(21);
 inline constexpr int kOtherSelection = Own(22);
 inline constexpr int kSettingsNotStored = Own(23);
 inline constexpr int kSettingsPutAside = Own(24);
+inline constexpr int kNothingSent = Own(28);
 
 // Captions of windows and tables.
 inline constexpr int kAddress = Own(102);

@@ -7,6 +7,7 @@
 #include "wire/answers.h"
 #include "wire/codes.h"
 #include "wire/connections.h"
+#include "wire/def_timeout.h"
 #include "wire/line_rules.h"
 
 namespace ostrel {
@@ -40,10 +41,7 @@ Session::Session(const SessionPorts& ports, SessionOptions options)
   ports_.settings.onPutAside = [this](const std::string& file) {
     ports_.texts.WarnFilled(text::kSettingsPutAside, file);
   };
-  if (!link_.LoadSettings()) {
-    const std::string used = std::to_string(link_.DefTimeout());
-    ports_.texts.Warn(text::kOutOfRange, "\n" + ports_.texts.Filled(text::kUsedInstead, used));
-  }
+  if (!link_.LoadSettings()) TellCorrected(ports_.texts, link_.DefTimeout());
   link_.onLost = [this](int code) { Note("Connection lost: " + std::to_string(code)); };
   link_.onTerminate = [this] {
     if (onTerminate) onTerminate();
@@ -101,7 +99,11 @@ bool Session::ConnectionReselect() {
 
 /// Opens a lost link again and makes sure of the selected device. True at once while it stands.
 bool Session::Ready() {
-  if (identifying_ > 0) return link_.ConnState() == LinkState::kChannel;
+  if (identifying_ > 0) {
+    const bool open = link_.ConnState() == LinkState::kChannel;
+    if (!open) ports_.texts.Warn(code::kNoChannel);
+    return open;
+  }
   link_.ConnectionName();  // finds out that the server is gone
   link_.LookForLoss();
   if (link_.ConnState() == LinkState::kChannel && !link_.Lost()) return true;
@@ -120,6 +122,8 @@ bool Session::MakeSure() {
   std::string kennName, typ, firmware, serial;
   Error error = stations_.NameGet(*address, kennName);
   if (!error) error = stations_.VersionGet(*address, typ, firmware);
+  // Who refuses to tell is not known to be the selected one.
+  if (error.code == text::kDeviceReplied) typ = std::exchange(error, {}).detail;
   if (!error) error = stations_.SerialGet(*address, serial);
   if (error) {
     ports_.texts.WarnFilled(error, *address);
@@ -170,7 +174,10 @@ bool Session::DeviceSelect(const StationChooser& choose, const RightsDisplay& ri
   const StationChoice choice = choose(list, selection_.GetKenn().value_or(""));
   ports_.texts.Warn(choice.error);
   if (link_.ConnectionName() != before) FollowConnection();
-  return choice.station && Adopt(choice.station->KennName());
+  if (!choice.station) return false;
+  const Station& row = *choice.station;
+  const bool told = !IsErrorAnswer(row.type);
+  return Adopt(row.KennName(), told ? TypeFromVerAnswer(row.type) : "", row.Firmware());
 }
 
 bool Session::DeviceSelectByAddress(const std::string& address) {
@@ -180,17 +187,19 @@ bool Session::DeviceSelectByAddress(const std::string& address) {
   std::string kennName;
   const Error error = stations_.NameGet(address, kennName);
   if (error) ports_.texts.WarnFilled(error, address);
-  return !error && Adopt(kennName);
+  return !error && Adopt(kennName, {}, {});
 }
 
-bool Session::Adopt(const std::string& kennName) {
+/// Type and firmware are what the list told; a station that refuses to tell them again has these.
+bool Session::Adopt(const std::string& kennName, std::string typ, std::string firmware) {
   const BusyPointer busy(ports_.dialogs);
   const std::string address = AddressPart(kennName);
-  std::string typ, firmware, serial;
-  if (const Error error = stations_.VersionGet(address, typ, firmware)) {
-    commands_.ServerErrorReport(kObjectErrorBase + error.code, error.detail, false);
-    return false;
-  }
+  std::string serial;
+  const Error error = stations_.VersionGet(address, typ, firmware);
+  const bool refused = error.code == text::kDeviceReplied;
+  if (error && !refused) commands_.ServerErrorReport(error);
+  if (refused && typ.empty()) ports_.texts.Warn(error);
+  if (error && (!refused || typ.empty())) return false;
   link_.Identified();
   stations_.SerialGet(address, serial);  // a device without one can be selected as well
   DeviceChange(kennName, typ, firmware, serial);
@@ -280,6 +289,18 @@ bool Session::ConnectionUse(const std::string& name) {
   options_.connection.clear();
   goOver_ = !SameText(link_.ConnectionName(), name);
   return true;
+}
+
+int Session::DefTimeout() const {
+  return ReadDefTimeout(ports_.settings).seconds;
+}
+
+Ending Session::DefTimeoutSet(std::string_view given) {
+  const GivenTimeout came = StoreDefTimeout(ports_.settings, given);
+  Tell(ports_.texts, came, given);
+  if (!came.Stored()) return Ending::kFailed;
+  link_.ChannelTimeoutSet(came.seconds);
+  return Ending::kDone;
 }
 
 void Session::AliveTick(int intervalMs, bool idle) {

@@ -10,6 +10,7 @@
 
 #include "base/clock.h"
 #include "base/dialogs.h"
+#include "base/error.h"
 #include "base/messages.h"
 #include "base/settings_store.h"
 #include "device/clsDevice.h"
@@ -79,6 +80,8 @@ class Session {
       std::function<StationChoice(StationList& list, const std::string& preselected)>;
   /// Opens the connection, lets the user choose a station, perhaps of another connection, and makes
   /// it the selected device. False when there is no connection, no answer or no choice.
+  /// A station that refuses to tell its version has the one that the list told; where that told
+  /// none, the device's words are shown and nothing is selected.
   bool DeviceSelect(const StationChooser& choose, const RightsDisplay& rights);
   /// The same for a station whose address ("B1:") is known.
   bool DeviceSelectByAddress(const std::string& address);
@@ -112,7 +115,14 @@ class Session {
   bool ConnectionUse(const std::string& name);
   void ConnectionClose() { link_.ConnectionClose(); }
 
-  /// One tick of the alive timer. What is due now and then waits until nothing else is going on
+  /// The setting "DefTimeout_s": the answer time-out in whole seconds.
+  int DefTimeout() const;
+  /// Stores it as it was typed and uses it at once. Beyond 1..15 the bound is stored, which is
+  /// told; what is no whole number, or cannot be stored, changes nothing and is told: kFailed.
+  Ending DefTimeoutSet(std::string_view given);
+
+  /// One tick of the alive timer: asks whether the server wants all programs to end, also while an
+  /// answer is awaited. What else is due now and then waits until nothing else is going on
   /// (`idle`), and is left out while the link is lost.
   void AliveTick(int intervalMs, bool idle);
   /// Makes the wait that is going on, and every later one, end, until that is taken back.
@@ -137,7 +147,7 @@ class Session {
   bool Ready();
   bool ConnectionOpen(const std::string& connection);
   void KeepSelection();
-  bool Adopt(const std::string& kennName);
+  bool Adopt(const std::string& kennName, std::string typ, std::string firmware);
   bool MakeSure();
   void LockWriting(const std::string& typ, const std::string& serial);
   void CurrentDevSet(const std::string& kennName, const std::string& typ);

@@ -119,7 +119,7 @@ Error StationList::FillShort(bool names, const std::string& wanted) {
   const std::string first = "!\"AA:" + messages_.Caption(text::kDirect) + "\"";
   Answer answer = Ask(first + (names ? ",dirn" : ",dir"));
   if (!answer.Ok()) {
-    commands_.ServerErrorReport(kObjectErrorBase + answer.error.code, answer.error.detail, false);
+    commands_.ServerErrorReport(answer.error);
     return Error::Told();
   }
   if (commands_.IsErrorAnswer(answer.text, true)) return Error::Told();

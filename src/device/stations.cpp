@@ -34,7 +34,7 @@ Error Stations::StationCurrentGet(std::string& station, std::string& typeString)
   if (!answer.Ok()) return answer.error;
   station = std::move(answer.text);
   const std::string address = AddressPart(station);
-  if (station.find(':') == std::string::npos) return {text::kDeviceReplied, {}};
+  if (station.find(':') == std::string::npos) return {text::kDeviceReplied, station};
   if (Trim(station) == address) {
     std::string name;
     if (commands_.DevQueryChecked(link_.CurrentChannel(), address + "station#", name)) {
@@ -48,7 +48,7 @@ Error Stations::StationCurrentGet(std::string& station, std::string& typeString)
 bool Stations::StationsListAll(std::vector<std::string>& list) {
   std::string answer;
   const std::string line = R"(all,station&#,!+";  ", ver.+)";
-  if (!commands_.CommandExchange(link_.CurrentChannel(), line, answer)) return false;
+  if (!commands_.DevQueryMsg(link_.CurrentChannel(), line, answer)) return false;
   while (!answer.empty()) {
     const std::string popped = NextLine(answer);
     const std::string_view station = Trim(popped);
@@ -60,7 +60,8 @@ bool Stations::StationsListAll(std::vector<std::string>& list) {
 Error Stations::VersionGet(const std::string& address, std::string& typeString,
                            std::string& firmware) {
   const Answer answer = Ask(address + "ver.");
-  if (!answer.Ok() || IsErrorAnswer(answer.text)) return answer.error;
+  if (!answer.Ok()) return answer.error;
+  if (IsErrorAnswer(answer.text)) return {text::kDeviceReplied, answer.text};
   typeString = TypeFromVerAnswer(answer.text);
   firmware = FirmwareFromVerAnswer(answer.text);
   return {};
@@ -70,7 +71,7 @@ Error Stations::NameGet(const std::string& address, std::string& kennName) {
   Answer answer = Ask(address + "dirn_");
   if (!answer.Ok()) return answer.error;
   if (IsErrorAnswer(answer.text) || AddressPart(answer.text).empty()) {
-    return {text::kNoDeviceAnswers, {}};
+    return {text::kNoDeviceAnswers, answer.text};
   }
   kennName = std::move(answer.text);
   return {};

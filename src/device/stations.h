@@ -33,16 +33,17 @@ class Stations {
  public:
   Stations(Link& link, Commands& commands) : link_(link), commands_(commands) {}
 
-  /// Address and name of the physically connected station, and its type string. 1280 for an answer
-  /// without an address.
+  /// Address and name of the physically connected station, and its type string. 1280 with the
+  /// device's words for an answer without an address.
   Error StationCurrentGet(std::string& station, std::string& typeString);
   /// The lines of the answer to "all stations", without empty ones and comments ("#"). Shows the
-  /// message of a failure.
+  /// message of a failure, an error answer too.
   bool StationsListAll(std::vector<std::string>& list);
-  /// Type string and firmware version text of a station; as they were when it refuses to tell.
+  /// Type string and firmware version text of a station. 1280 with the device's words when it
+  /// refuses to tell; both are as they were then.
   Error VersionGet(const std::string& address, std::string& typeString, std::string& firmware);
   /// Address and name of the station with this address. text::kNoDeviceAnswers when none answers
-  /// there.
+  /// there, with what came instead.
   Error NameGet(const std::string& address, std::string& kennName);
   /// The serial number; empty when the device refuses to tell.
   Error SerialGet(const std::string& address, std::string& serial);

@@ -25,18 +25,21 @@ bool Commands::CommandExchange(int channel, const std::string& line, std::string
 
 void Commands::ServerErrorReport(int number, const std::string& description, bool quiet) const {
   if (number < 0) {
-    const int code = number - kObjectErrorBase;
-    const std::string text = messages_.Shown(code);
-    const bool known = code >= 10011 && code <= 10038;
-    dialogs_.Show({.number = code,
-                   .text = known ? text
-                                 : messages_.Text(text::kError) + " " + std::to_string(code) +
-                                       ": " + (description.empty() ? text : description),
-                   .title = messages_.Text(text::kError),
-                   .style = MessageStyle::kExclamation});
+    ServerErrorReport({number - kObjectErrorBase, description});
   } else if (number > 0 && !quiet) {
     messages_.Warn(text::kRuntimeError, "\nNr. " + std::to_string(number) + " = " + description);
   }
+}
+
+void Commands::ServerErrorReport(const Error& error) const {
+  const bool known = error.code >= 10011 && error.code <= 10038;
+  const std::string why = error.detail.empty() ? messages_.Shown(error.code) : error.detail;
+  dialogs_.Show(
+      {.number = error.code,
+       .text = known ? messages_.Shown(error)
+                     : messages_.Text(text::kError) + " " + std::to_string(error.code) + ": " + why,
+       .title = messages_.Text(text::kError),
+       .style = MessageStyle::kExclamation});
 }
 
 bool Commands::DevCmd(int channel, const std::string& line) {

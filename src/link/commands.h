@@ -22,6 +22,8 @@ class Commands {
   /// Turns an error that the server object (a negative number) or the system raised into a message;
   /// `quiet` swallows what does not come from the server.
   void ServerErrorReport(int number, const std::string& description, bool quiet) const;
+  /// The same for an error of the link.
+  void ServerErrorReport(const Error& error) const;
 
   /// True when the exchange succeeded; the answer is dropped. Shows the message of a failure.
   bool DevCmd(int channel, const std::string& line);

@@ -29,6 +29,7 @@ std::string Unframed(std::string answer, const std::string& line) {
 
 Error Link::CommandSend(int channel, const std::string& line) {
   if (busy_ || calls_ > 0) return {text::kExchangeUnderWay, {}};
+  if (givenUp_) return {text::kExchangeGivenUp, {}, false, true};
   DropEarlier(channel);
   if (!server_) return lastError_;
   if (lost_ != 0 && holdsWhenLost && holdsWhenLost()) return {lost_, {}};
@@ -48,8 +49,20 @@ Answer Link::AnswerWait(int channel) {
   if (busy_) return {{text::kExchangeUnderWay, {}}, {}};
   busy_ = true;
   Answer answer = Poll(channel);
+  // Whatever ended the wait, nobody awaits the line any more.
+  if (!answer.Ok() && TakeBack(channel)) answer.error.unsent = true;
   busy_ = false;
   return answer;
+}
+
+/// Gives up what was sent on a channel; whether the line had still not gone out. A link that was
+/// given up does so as well.
+bool Link::TakeBack(int channel) {
+  if (!server_ || calls_ > 0) return false;
+  ++calls_;
+  const bool unsent = server_->Call("CCancel", {channel}).Bool();
+  --calls_;
+  return unsent;
 }
 
 Answer Link::Poll(int channel) {

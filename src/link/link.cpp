@@ -22,6 +22,14 @@ bool MeansLost(int code) {
   return std::find(std::begin(kLosses), std::end(kLosses), code) != std::end(kLosses);
 }
 
+/// The server says in front of its description that a line never went out.
+Error ErrorFrom(int code, std::string_view description) {
+  const bool unsent = code == code::kTimeout && description.starts_with(kUnsentText);
+  if (unsent) description.remove_prefix(std::string_view(kUnsentText).size());
+  if (unsent && description.starts_with(": ")) description.remove_prefix(2);
+  return {code, std::string(description), false, unsent};
+}
+
 /// The code of an object error; any other number as it is.
 int CodeOf(int number) {
   const int code = number - kObjectErrorBase;
@@ -44,9 +52,7 @@ Link::~Link() {
 bool Link::LoadSettings() {
   const AnswerTimeout timeout = ReadDefTimeout(settings_);
   defTimeout_ = timeout.seconds;
-  const std::string text = std::to_string(defTimeout_);
-  settings_.Store({{std::string(keys::kServerMisc), "DefTimeout_s", text},
-                   {ProgramKey("ZubServer", "Misc"), "DefTimeout_s", text}});
+  WriteDefTimeout(settings_, defTimeout_);
   testMode_ = settings_.ReadShared(keys::kServerMisc, "Testmode", "0") == "9";
   return !timeout.corrected;
 }
@@ -210,7 +216,7 @@ void Link::LookForLoss() {
 }
 
 void Link::KeepAliveTick(const std::string& text) {
-  if (busy_ || calls_ > 0) return;
+  if (calls_ > 0) return;
   if (state_ == LinkState::kServer) {
     Call("CAbout", {text});
   } else if (state_ == LinkState::kChannel) {
@@ -246,7 +252,7 @@ AutomationResult Link::Use(const std::function<AutomationResult(AutomationObject
 
 void Link::Raised(const AutomationResult& result) {
   const int code = CodeOf(result.error);
-  lastError_ = {code, result.description};
+  lastError_ = ErrorFrom(code, result.description);
   if (state_ == LinkState::kChannel && MeansLost(code)) {
     const bool before = std::exchange(lost_, code) != 0;
     if (!before && onLost) onLost(code);

@@ -20,7 +20,8 @@ enum class LinkState { kNoServer = 0, kServer = 1, kChannel = 2 };
 
 /// The program's side of the communication server: the server object, the channel on which commands
 /// go out, and the exchange of one line for one answer. Waits let events run, so what a timer wants
-/// to send meanwhile is refused with text::kExchangeUnderWay.
+/// to send meanwhile is refused with text::kExchangeUnderWay. A line that still waits at the server
+/// when its answer is awaited no longer is taken back, and the error says so.
 class Link {
  public:
   Link(AutomationFactory& factory, SettingsStore& settings, Clock& clock,
@@ -112,6 +113,7 @@ class Link {
   void WaitMs(std::int64_t milliseconds);
 
   /// Tells the server that this program lives; calls onTerminate when it asks all programs to end.
+  /// Also while an answer is awaited; left out while a call of the server has not returned.
   void KeepAliveTick(const std::string& text);
   std::function<void()> onTerminate;
 
@@ -130,6 +132,7 @@ class Link {
   Error ChannelTake(const std::string& name);
   void DropEarlier(int channel);
   Answer Poll(int channel);
+  bool TakeBack(int channel);
 
   AutomationFactory& factory_;
   SettingsStore& settings_;

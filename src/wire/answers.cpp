@@ -1,5 +1,6 @@
 #include "wire/answers.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/text.h"
@@ -16,6 +17,30 @@ std::string Pop(std::string& text, std::string_view separator) {
   std::string part(Trim(std::string_view(text).substr(0, end)));
   text = std::string(Trim(std::string_view(text).substr(end + separator.size())));
   return part;
+}
+
+/// Whether a line says that access is refused, and nothing else.
+bool OnlyRefuses(std::string_view line) {
+  constexpr std::string_view kAround = " \t\r\n.!";
+  const std::size_t first = line.find_first_not_of(kAround);
+  if (first == std::string_view::npos) return false;
+  line = line.substr(first, line.find_last_not_of(kAround) - first + 1);
+  const std::string words = LowerAscii(line);
+  return words == "access denied" || words == "zugriff verweigert" || words == "verweigert";
+}
+
+/// One station of several, or one line of a loop, may have answered all the same.
+bool IsWhollyRefused(std::string_view answer) {
+  bool refused = false;
+  while (!answer.empty()) {
+    const std::size_t end = std::min(answer.find('\n'), answer.size() - 1) + 1;
+    const std::string_view line = answer.substr(0, end);
+    answer.remove_prefix(end);
+    if (line.find_first_not_of(" \t\r\n") == std::string_view::npos) continue;
+    if (!OnlyRefuses(line)) return false;
+    refused = true;
+  }
+  return refused;
 }
 
 }  // namespace
@@ -61,7 +86,8 @@ std::string TrimAnswer(std::string_view text) {
 }
 
 bool IsErrorAnswer(std::string_view answer) {
-  return answer.size() >= 4 && answer.starts_with("<<") && answer.ends_with(">>");
+  const bool marked = answer.size() >= 4 && answer.starts_with("<<") && answer.ends_with(">>");
+  return marked || IsWhollyRefused(answer);
 }
 
 bool IsRefusal(std::string_view answer) {

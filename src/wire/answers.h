@@ -32,10 +32,13 @@ std::size_t LastPos(std::string_view text, std::string_view find);
 /// Takes blanks and leading and trailing pairs of CR LF off.
 std::string TrimAnswer(std::string_view text);
 
-/// True for "<<…>>": the device rejected the line.
+/// True when the device rejected the line: for "<<…>>", and for an answer of which every line is
+/// nothing but a refusal ("Zugriff verweigert", "access denied", in any case). A name or a text
+/// that only holds such words is none.
 bool IsErrorAnswer(std::string_view answer);
 
-/// True when the device refused for lack of rights ("verweigert", "access denied", in any case).
+/// True when the words of a refusal stand anywhere in the answer ("verweigert", "access denied", in
+/// any case).
 bool IsRefusal(std::string_view answer);
 
 /// The type string in the answer to "ver.": what stands before the first ";", in upper case,

@@ -28,14 +28,36 @@ std::size_t EndOfSecretWord(std::string_view line) {
   return end;
 }
 
+/// Whether the character that begins, or one that ends, at this place belongs to a word. The
+/// letters of ISO 8859-1 beyond ASCII are two bytes from 0xC3 on.
+bool WordAt(std::string_view text, std::size_t at) {
+  const auto byte = at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+  return IsAlnum(static_cast<char>(byte)) || byte == '_' || (byte >= 0xC3 && byte < 0xE0);
+}
+bool WordBefore(std::string_view text, std::size_t at) {
+  const bool trailing = at >= 2 && (static_cast<unsigned char>(text[at - 1]) & 0xC0U) == 0x80;
+  return at > 0 && WordAt(text, at - (trailing ? 2 : 1));
+}
+
+/// Whether this part stands by itself: no word goes on beyond it, and no row of its own first or
+/// last character ("<" in "<<no>>").
+bool StandsAlone(std::string_view text, std::size_t at, std::size_t size) {
+  const std::size_t end = at + size;
+  if (WordBefore(text, at) || WordAt(text, end)) return false;
+  return (at == 0 || text[at - 1] != text[at]) &&
+         (end == text.size() || text[end] != text[end - 1]);
+}
+
 std::string Without(const std::string& text, const std::string& secret) {
   const std::string lower = LowerAscii(text);
   std::string rest;
   std::size_t from = 0;
-  for (std::size_t at = lower.find(secret); at != std::string::npos;
-       at = lower.find(secret, from)) {
-    rest.append(text, from, at - from).append(kMask);
-    from = at + secret.size();
+  for (std::size_t at = lower.find(secret); at != std::string::npos;) {
+    if (StandsAlone(lower, at, secret.size())) {
+      rest.append(text, from, at - from).append(kMask);
+      from = at + secret.size();
+    }
+    at = lower.find(secret, std::max(at + 1, from));
   }
   return rest.append(text, from);
 }

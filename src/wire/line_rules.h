@@ -27,8 +27,9 @@ bool IsSecret(std::string_view line);
 /// The line as it may be shown or logged: what follows "login", "passwort" or "PWLrel" is masked.
 std::string Masked(std::string_view line);
 
-/// The text with every occurrence of the passwords replaced, in whatever case: a device may repeat
-/// what it did not understand. "0", which stands for none, is no secret.
+/// The text with the passwords replaced, in whatever case: a device may repeat what it did not
+/// understand. A password is replaced where it stands by itself; cut out of a longer word it would
+/// be told. "0", which stands for none, is no secret.
 std::string WithoutPasswords(std::string text, std::vector<std::string> passwords);
 
 /// The answer to a line without what may be a password in the line.

@@ -115,6 +115,21 @@ TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
   EXPECT_EQ(world.dialogs.asked.back(), Messages::Text(text::kDeleteStatistics, 1));
 }
 
+TEST(Texts, LineEndsOfTheTableAndNoOthers) {
+  kit::ScriptedDialogs dialogs;
+  Messages messages(dialogs);
+  messages.SetFactor(1);
+  messages.WarnFilled(Error{code::kPortInUse, "/dev/tty\\n: no such device"}, "B1:");
+  messages.WarnFilled(text::kFileNotWritten, R"(C:\new\%s)");
+  messages.Ask(code::kPortInUse);
+  const std::string adapter =
+      "\nIf using a PC without serial ports: Please plug in your USB adapter.";
+  EXPECT_TRUE(dialogs.shown[0].text.ends_with(adapter + "\n/dev/tty\\n: no such device"));
+  EXPECT_TRUE(dialogs.shown[1].text.ends_with(R"(: C:\new\%s)")) << dialogs.shown[1].text;
+  EXPECT_TRUE(dialogs.asked[0].ends_with(adapter));
+  EXPECT_EQ(messages.Filled(text::kSendToDevice, "%s", "\\n"), "Send %s to device \\n ?");
+}
+
 TEST(Languages, TableAndFolders) {
   kit::World world;
   Messages messages(world.dialogs);

@@ -92,8 +92,51 @@ TEST_F(SessionTest, AfterALossNothingReachesAnotherDeviceUnasked) {
       EXPECT_EQ(Sent("B1:RegTAPSTATCL*=0") != 0, same && writing->Address() == "B1:");
     }
     EXPECT_EQ(session.ToOnline() != nullptr, same);
-    EXPECT_TRUE(session.DeviceSelectByAddress("B1:") && session.ToWrite()) << "selected anew";
+    EXPECT_EQ(session.DeviceSelectByAddress("B1:") && session.ToWrite(), *c.version != '<')
+        << "selected anew, where it tells what it is";
   }
+}
+
+TEST_F(SessionTest, AStationThatRefusesToTellWhatItIs) {
+  const struct {
+    const char *type, *version, *answer;  // of the row; to "ver.", empty: none
+    bool selected;
+    const char *typ, *messages;
+  } cases[] = {
+      {"kt-xb+", "V2.10", "access denied", true, "KT-XB", ""},
+      {"kt-xb+", "V2.10", "lx-x;V2.21", true, "LX-X", ""},
+      {"", "", "Zugriff verweigert", false, "", "1280"},
+      {"Access denied", "", "Access denied", false, "", "1280"},
+      {"kt-xb+", "V2.10", "", false, "", "10012"},
+  };
+  world.server.answers["B1:sysSN#"] = "ACCESS DENIED";
+  for (const auto& c : cases) {
+    Session& session = Start();
+    world.dialogs.shown.clear();
+    world.server.answers["B1:ver."] = c.answer;
+    if (*c.answer == 0) world.server.answers.erase("B1:ver.");
+    const auto choose = [&c](StationList&, const std::string&) {
+      return StationChoice{Station{"B1:", "Nord", c.type, c.version, false}, {}};
+    };
+    EXPECT_EQ(session.DeviceSelect(choose, {}), c.selected) << c.answer;
+    EXPECT_EQ(session.Selected().Typ(), c.typ) << c.answer;
+    EXPECT_EQ(session.Selected().Serial(), "");
+    EXPECT_EQ(world.dialogs.Numbers(), c.messages) << c.answer;
+  }
+  EXPECT_FALSE(Start().DeviceSelectByAddress("B1:"));
+}
+
+TEST_F(SessionTest, TheAnswerTimeoutIsSetForNowAndLater) {
+  world.settings.WriteShared(keys::kServerMisc, "DefTimeout_s", "99");
+  Session& session = Start();
+  EXPECT_EQ(
+      world.dialogs.shown.at(0).text,
+      "Entered value is out of range!\nThe following value is used instead: DefTimeout_s = 15");
+  ASSERT_TRUE(session.ConnectionOpen());
+  EXPECT_EQ(session.DefTimeoutSet("3"), Ending::kDone);
+  EXPECT_EQ(session.DefTimeoutSet("x"), Ending::kFailed);
+  EXPECT_EQ(session.DefTimeout(), 3);
+  EXPECT_EQ(world.server.timeout, 3);
 }
 
 TEST_F(SessionTest, ATokenBelongsToItsSelection) {
@@ -193,6 +236,17 @@ TEST_F(SessionTest, ALostLinkWithoutAnswerStaysLost) {
   EXPECT_FALSE(session.ToRead() || session.Selected().GetKennSel());
   session.ConnectionClose();
   EXPECT_FALSE(session.Simulated()) << "a real one answers";
+}
+
+TEST_F(SessionTest, WhoeverLosesTheServerWhileHeChoosesIsTold) {
+  Session& session = Start();
+  const auto choose = [&](StationList&, const std::string&) {
+    session.ConnectionClose();
+    EXPECT_FALSE(session.ToStation("aa:"));
+    return StationChoice{};
+  };
+  EXPECT_FALSE(session.DeviceSelect(choose, {}));
+  EXPECT_EQ(world.dialogs.Numbers(), "10026");
 }
 
 }  // namespace

@@ -35,6 +35,7 @@ class ScriptedServer : public AutomationObject {
     if (member == "CStatus") return {Status(), 0, {}};
     if (member == "CReceive") return Receive();
     if (member == "CSend") return Send(text(1));
+    if (member == "CCancel") return Cancel();
     if (member == "CClose") ++script_.closed;
     if (member == "CNotifyApp") script_.notices.push_back(text(1));
     if (member == "CAbout") script_.notices.push_back(text(0));
@@ -69,14 +70,23 @@ class ScriptedServer : public AutomationObject {
   }
   int Status() const {
     if (!line_) return 3;
+    if (queued_) return 1;
     return script_.answers.count(*line_) != 0 && clock_.tickMs >= readyAt_ ? 0 : 1;
   }
 
   AutomationResult Send(const std::string& line) {
-    script_.sent.push_back(line);
+    queued_ = script_.queues;
+    if (!queued_) script_.sent.push_back(line);
     line_ = line;
     readyAt_ = clock_.tickMs + script_.answerAfterMs;
     return {};
+  }
+
+  AutomationResult Cancel() {
+    const bool unsent = line_ && queued_;
+    if (unsent) script_.takenBack.push_back(*line_);
+    line_.reset();
+    return {unsent, 0, {}};
   }
 
   AutomationResult Receive() {
@@ -89,6 +99,7 @@ class ScriptedServer : public AutomationObject {
 
   ManualClock& clock_;
   std::optional<std::string> line_;
+  bool queued_ = false;  // it has not gone out
   std::int64_t readyAt_ = 0;
 };
 

@@ -81,6 +81,7 @@ struct ServerScript {
   std::map<std::string, AutomationResult> fails;  // by member: raised instead of an outcome
   std::int64_t answerAfterMs = 0;
   bool locked = false, online = false, terminate = false;
+  bool queues = false;              // lines wait behind another channel's
   int failingCreations = 0;         // so many attempts fail first
   std::vector<std::string> chosen;  // what the chooser gives, in turn
   std::function<void()> onChoose;   // what happens while it is open
@@ -89,7 +90,7 @@ struct ServerScript {
   std::string connection = "Simulator";
   bool follows = false;  // the connection is from then on the one that was opened by its name
 
-  std::vector<std::string> sent, opened, created, choosers;
+  std::vector<std::string> sent, opened, created, choosers, takenBack;
   std::vector<std::string> notices;
   int timeout = 10, frame = 0, translate = 0, closed = 0, received = 0;
 };

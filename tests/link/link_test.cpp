@@ -7,6 +7,7 @@
 #include "base/texts.h"
 #include "kit/kit.h"
 #include "link/commands.h"
+#include "wire/def_timeout.h"
 
 namespace ostrel {
 namespace {
@@ -151,15 +152,11 @@ TEST_F(LinkTest, WhatAWaitMeets) {
   world.server.answerAfterMs = 300;
   std::string answer, inner;
   int innerCode = 0;
-  world.clock.onEvents = [&] {
-    innerCode = Ask("b", inner);
-    link.KeepAliveTick("alive");
-  };
+  world.clock.onEvents = [&] { innerCode = Ask("b", inner); };
   EXPECT_EQ(Ask("a", answer), 0) << "not overtaken by what a timer wants";
   EXPECT_EQ(answer, "1");
   EXPECT_EQ(innerCode, text::kExchangeUnderWay);
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"a"});
-  EXPECT_TRUE(world.server.notices.empty());
 
   world.clock.onEvents = [&] { world.server.online = true; };
   EXPECT_EQ(Ask("a", answer), code::kOnlineActive);
@@ -167,6 +164,39 @@ TEST_F(LinkTest, WhatAWaitMeets) {
   world.clock.onEvents = [&] { link.GiveUp(); };
   EXPECT_EQ(Ask("a", answer), text::kExchangeGivenUp);
   EXPECT_FALSE(link.Busy());
+}
+
+TEST_F(LinkTest, ALineThatStillWaitsAtTheServerIsTakenBack) {
+  const struct {
+    std::function<void()> meanwhile;
+    int code;
+  } cases[] = {{[] {}, code::kTimeout},
+               {[this] { world.server.online = true; }, code::kOnlineActive},
+               {[this] { link.GiveUp(); }, text::kExchangeGivenUp}};
+  for (const auto& c : cases) {
+    for (const bool queues : {true, false}) {
+      SCOPED_TRACE(std::to_string(c.code) + (queues ? " waits" : " is out"));
+      world.server.queues = queues;
+      world.server.takenBack.clear();
+      world.clock.onEvents = c.meanwhile;
+      const Error error = link.CommandExchangeCode(7, "B1:x=1").error;
+      EXPECT_EQ(error.code, c.code);
+      EXPECT_EQ(world.server.takenBack.size(), queues ? 1u : 0u);
+      EXPECT_EQ(messages.Shown(error).ends_with("\nNothing was sent."), queues);
+      world.server.online = false;
+      link.GiveUp(false);
+    }
+  }
+  link.GiveUp();
+  world.server.sent.clear();
+  EXPECT_TRUE(link.CommandExchangeCode(7, "y").error.unsent);
+  EXPECT_TRUE(world.server.sent.empty());
+  link.GiveUp(false);
+  // The server's own limit may run out first.
+  world.server.fails["CStatus"] = ObjectError(code::kTimeout, "nothing was sent: B1 is busy");
+  commands.DevCmd(7, "y");
+  EXPECT_EQ(world.dialogs.shown.at(0).text,
+            messages.Text(code::kTimeout) + "\nNothing was sent.\nB1 is busy");
 }
 
 TEST_F(LinkTest, StaleAnswerIsDroppedAndNothingSentIsSaid) {
@@ -224,6 +254,35 @@ TEST_F(LinkTest, DefTimeoutIsCorrectedAndWrittenBack) {
   }
 }
 
+TEST_F(LinkTest, DefTimeoutIsStoredAsTypedWithinItsLimits) {
+  const struct {
+    const char* given;
+    bool full;  // nothing can be stored
+    int seconds;
+    const char* told;
+  } cases[] = {
+      {" 12 ", false, 12, ""},
+      {"0", false, 1,
+       "Entered value is out of range!\nThe following value is used instead: "
+       "DefTimeout_s = 1"},
+      {"99999999999", false, 15,
+       "Entered value is out of range!\nThe following value is used "
+       "instead: DefTimeout_s = 15"},
+      {"7x", false, 15, "Entered value is out of range!\nDefTimeout_s = 7x"},
+      {"", false, 15, "Entered value is out of range!\nDefTimeout_s = "},
+      {"9", true, 15, "The file could not be written: DefTimeout_s = 9"},
+  };
+  for (const auto& c : cases) {
+    world.dialogs.shown.clear();
+    world.settings.fails = c.full ? Error{text::kSettingsNotStored, {}} : Error();
+    const GivenTimeout came = StoreDefTimeout(world.settings, c.given);
+    Tell(messages, came, c.given);
+    EXPECT_EQ(came.seconds, c.seconds) << c.given;
+    EXPECT_EQ(ReadDefTimeout(world.settings).seconds, c.seconds) << c.given;
+    EXPECT_EQ(world.dialogs.shown.empty() ? "" : world.dialogs.shown[0].text, c.told);
+  }
+}
+
 TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
   const struct {
     int number;
@@ -235,7 +294,7 @@ TEST_F(LinkTest, ServerErrorsAreReportedByTheirRange) {
       {kObjectErrorBase + 10038, true, "The Connection You want"},
       {kObjectErrorBase + 10039, true, "Error! 10039: why"},
       {kObjectErrorBase + 10010, false, "Error! 10010: why"},
-      {kObjectErrorBase + 10011, false, "Maximum count of channels"},
+      {kObjectErrorBase + 10011, false, "Maximum count of channels on this port has reached.\nwhy"},
       {76, false, "Runtime Error\nNr. 76 = why"},
       {76, true, nullptr},
       {0, false, nullptr},
@@ -337,13 +396,19 @@ TEST_F(LinkTest, VersionIsAskedAgainWhileAnOnlineChannelIsActive) {
 }
 
 TEST_F(LinkTest, KeepAlive) {
-  bool ended = false;
-  link.onTerminate = [&] { ended = true; };
+  int ended = 0;
+  link.onTerminate = [&] {
+    ++ended;
+    link.GiveUp();
+  };
   link.KeepAliveTick("channel");
   EXPECT_EQ(world.server.notices, std::vector<std::string>{"channel"});
   world.server.terminate = true;
-  link.KeepAliveTick("ends");
-  EXPECT_TRUE(ended);
+  world.clock.onEvents = [&] { link.KeepAliveTick("ends"); };
+  std::string answer;
+  EXPECT_EQ(Ask("never", answer), text::kExchangeGivenUp) << "asked while a line is under way";
+  EXPECT_EQ(ended, 1);
+  link.GiveUp(false);
   link.ConnectionClose();
   world.server.locked = true;  // a server, but no channel
   link.OfferChooser(false);

@@ -33,6 +33,9 @@ constexpr TableEntry kTable[] = {
      {"Der Text lässt sich nicht in Windows-1252 halten. Die Datei wurde in UTF-8 gespeichert.",
       "The text cannot be kept in Windows-1252. The file was saved in UTF-8.",
       "Le texte ne peut pas rester en Windows-1252. Le fichier a été enregistré en UTF-8."}},
+    {text::kNoLineHolds,
+     {"Dieses Zeichen lässt sich nicht senden:", "This character cannot be sent:",
+      "Ce caractère ne peut pas être envoyé :"}},
 
     // The page.
     {text::kLoadScript, {"Ö&ffnen ...", "&Open ...", "&Ouvrir ..."}},

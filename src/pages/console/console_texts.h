@@ -15,6 +15,7 @@ inline constexpr int kFileNotRead = Own(306);
 inline constexpr int kFileTooLarge = Own(307);
 inline constexpr int kFileNoText = Own(308);
 inline constexpr int kSavedAsUtf8 = Own(309);
+inline constexpr int kNoLineHolds = Own(310);
 
 // The page.
 inline constexpr int kLoadScript = Own(312);

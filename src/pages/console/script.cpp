@@ -1,8 +1,12 @@
 #include "pages/console/script.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
+#include <optional>
 
 #include "base/text.h"
+#include "base/utf8.h"
 #include "pages/console/console_texts.h"
 
 namespace ostrel {
@@ -20,6 +24,18 @@ bool IsCommand(std::string_view line) {
 std::string RowNumber(int row) {
   const std::string digits = std::to_string(row);
   return " " + std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits;
+}
+
+/// The first character that cannot go to a device inside a line: one outside ISO 8859-1, a line
+/// end, or the one that ends a reply. U+FFFD stands for bytes that are no character.
+std::optional<char32_t> Unsendable(std::string_view line) {
+  constexpr char32_t kNoCharacter = 0xFFFD, kEndOfReply = 26;
+  while (!line.empty()) {
+    const char32_t character = PopCharacter(line).value_or(kNoCharacter);
+    const bool ends = character == '\r' || character == '\n' || character == kEndOfReply;
+    if (ends || character > 0xFF) return character;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -70,20 +86,40 @@ ScriptCheck CheckScript(std::string_view text) {
       break;
     }
     const std::string_view line = Trim(PopLine(text));
-    if (ClassifyLine(line) == LineClass::kTooLong) check.tooLong.push_back({row, CharCount(line)});
+    const LineClass kind = ClassifyLine(line);
+    if (kind == LineClass::kIgnored) continue;
+    if (kind == LineClass::kTooLong) check.faults.push_back({row, CharCount(line), 0});
+    if (const auto character = Unsendable(line)) check.faults.push_back({row, 0, *character});
   }
   return check;
 }
 
+std::string CharacterShown(char32_t character) {
+  std::array<char, 16> number{};
+  std::snprintf(number.data(), number.size(), "U+%04X", static_cast<unsigned>(character));
+  // What steers the direction or the lines of a text, controls, marks and what has no place here.
+  const bool seen = character > 0xA0 && character < 0xD800 &&
+                    (character < 0x2000 || character > 0x206F) && character != 0xAD &&
+                    character != 0x61C && character != 0x180E && character != 0x3000;
+  if (!seen) return number.data();
+  std::string shown;
+  AppendCharacter(shown, character);
+  return shown + " (" + number.data() + ")";
+}
+
 std::string ScriptCheck::List(const Messages& messages, std::size_t most) const {
   std::string list;
-  const std::size_t shown = std::min(most, tooLong.size());
+  const std::size_t shown = std::min(most, faults.size());
   for (std::size_t n = 0; n < shown; ++n) {
-    list += messages.Caption(text::kRow) + RowNumber(tooLong[n].row) + ":  ";
-    list += messages.Caption(text::kTooLong) + "  (" + std::to_string(tooLong[n].length) + ")\r\n";
+    const Fault& fault = faults[n];
+    list += messages.Caption(text::kRow) + RowNumber(fault.row) + ":  ";
+    list += fault.length != 0
+                ? messages.Caption(text::kTooLong) + "  (" + std::to_string(fault.length) + ")"
+                : messages.Caption(text::kNoLineHolds) + "  " + CharacterShown(fault.character);
+    list += "\r\n";
   }
-  if (shown < tooLong.size()) {
-    list += messages.Filled(text::kMoreRows, std::to_string(tooLong.size() - shown)) + "\r\n";
+  if (shown < faults.size()) {
+    list += messages.Filled(text::kMoreRows, std::to_string(faults.size() - shown)) + "\r\n";
   }
   if (tooManyLines) list += messages.Caption(text::kTooManyLines) + "\r\n";
   return list;

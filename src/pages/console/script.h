@@ -42,18 +42,21 @@ ScriptLines ExtractCommands(std::string_view text, std::size_t rowsBefore = 0);
 
 /// What speaks against sending a script.
 struct ScriptCheck {
-  struct TooLong {
-    int row = 0;
-    std::size_t length = 0;  // in characters
+  struct Fault {
+    int row = 0;             // counted from 1
+    std::size_t length = 0;  // in characters, of a line that is too long; else 0
+    char32_t character = 0;  // else the first one that no line can hold
   };
-  std::vector<TooLong> tooLong;
+  std::vector<Fault> faults;  // by rows
   bool tooManyLines = false;  // the rows beyond kMostScriptLines were not looked at
 
-  bool Ok() const { return tooLong.empty() && !tooManyLines; }
+  bool Ok() const { return faults.empty() && !tooManyLines; }
   /// A line for each entry, at most so many; the last one then says how many there are more.
   std::string List(const Messages& messages, std::size_t most = std::string::npos) const;
 };
 ScriptCheck CheckScript(std::string_view text);
+/// A character as a list shows it: "€ (U+20AC)", and its number alone where nothing is to be seen.
+std::string CharacterShown(char32_t character);
 
 /// What of a script is to be sent.
 struct ScriptPart {

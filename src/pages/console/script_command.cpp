@@ -67,7 +67,7 @@ class ScriptCommand : public Command {
 
 class CheckCommand : public ScriptCommand {
  public:
-  CheckCommand() : ScriptCommand("script check", "List the lines that are too long") {}
+  CheckCommand() : ScriptCommand("script check", "List the lines that cannot be sent") {}
 
   Ending Run(const Desk& desk, Terminal& terminal) override {
     Console console(desk);
@@ -76,9 +76,15 @@ class CheckCommand : public ScriptCommand {
     const ScriptCheck check = CheckScript(*script);
     if (terminal.Json() && !check.tooManyLines) {
       std::vector<std::string> rows;
-      for (const auto& line : check.tooLong) {
-        const auto length = static_cast<std::int64_t>(line.length);
-        rows.push_back(JsonObject().Add("row", line.row).Add("length", length).Text());
+      for (const ScriptCheck::Fault& fault : check.faults) {
+        JsonObject row;
+        row.Add("row", fault.row);
+        if (fault.length != 0) {
+          row.Add("length", static_cast<std::int64_t>(fault.length));
+        } else {
+          row.Add("character", CharacterShown(fault.character));
+        }
+        rows.push_back(row.Text());
       }
       terminal.PrintJson(JsonList(rows));
     } else if (!terminal.Json()) {

@@ -41,7 +41,7 @@ TEST(Script, LinesByWhatTheyAre) {
     EXPECT_EQ(static_cast<int>(ClassifyLine(line)), kind) << line;
 }
 
-TEST(Script, TooLongLinesAreListed) {
+TEST(Script, LinesThatCannotBeSentAreListed) {
   kit::ScriptedDialogs dialogs;
   Messages messages(dialogs);
   messages.SetFactor(1);
@@ -54,6 +54,17 @@ TEST(Script, TooLongLinesAreListed) {
       {Repeated("#\r\n", 11) + Repeated("ü", 135), "Row 012:  Too Long  (135)\r\n"},
       {Repeated("\r\n", 999) + " " + Repeated("x", 130) + " \r\n" + Repeated("y", 200),
        "Row 1000:  Too Long  (130)\r\nRow 1001:  Too Long  (200)\r\n"},
+      {"# \u20AC\r\nver.\r\nx=\"\u20AC\u2019\"\r\n\u00FCberall\ty",
+       "Row 003:  This character cannot be sent:  \u20AC (U+20AC)\r\n"},
+      {"a\uFEFFb\r\na\u2029b\r\na\rb\r\n\x1A\r\nx\xFF",
+       "Row 001:  This character cannot be sent:  U+FEFF\r\n"
+       "Row 002:  This character cannot be sent:  U+2029\r\n"
+       "Row 003:  This character cannot be sent:  U+000D\r\n"
+       "Row 004:  This character cannot be sent:  U+001A\r\n"
+       "Row 005:  This character cannot be sent:  U+FFFD\r\n"},
+      {Repeated("x", 130) + "\u20AC",
+       "Row 001:  Too Long  (131)\r\nRow 001:  This character cannot be sent:  \u20AC "
+       "(U+20AC)\r\n"},
       {most + end, ""},
       {most + "\r\nx", "A script may have 32767 lines at most.\r\n"},
   };
