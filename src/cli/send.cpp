@@ -45,10 +45,10 @@ ExitStatus CliRun::SendOne(const std::string& line, std::vector<std::string>& js
   JsonObject entry;
   entry.Add("line", Masked(line)).Add("answer", answer).Add("ok", ok);
   if (code != 0) {
-    service_.Texts().Warn(code);
-    entry.AddRaw(
-        "error",
-        JsonObject().Add("number", code).Add("message", service_.Texts().Text(code)).Text());
+    const std::string detail = link.UnsentDetail(code);
+    service_.Texts().Warn(code, detail);
+    const std::string message = service_.Texts().Text(code) + detail;
+    entry.AddRaw("error", JsonObject().Add("number", code).Add("message", message).Text());
   } else if (!ok) {
     service_.Texts().Warn(text::kDeviceReplied, "\n" + Masked(line) + "\n" + answer);
   } else if (!json_ && !answer.empty()) {

@@ -27,6 +27,9 @@ inline constexpr int kFaultyConnection = 10044;
 inline constexpr int kServerNotStarted = 10065;
 }  // namespace code
 
+/// How the description of a time-out begins when the line never went out.
+inline constexpr char kUnsentText[] = "nothing was sent";
+
 /// What "CStatus" gives; every other value means waiting, too.
 namespace status {
 inline constexpr int kReady = 0;

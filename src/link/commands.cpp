@@ -49,7 +49,7 @@ bool Commands::OnlineQueryChecked(int channel, const std::string& line, std::str
 
 bool Commands::AnswerWaitMsg(int channel, std::string& answer) {
   const int code = link_.AnswerWait(channel, answer);
-  if (code >= 1) messages_.Warn(code);
+  if (code >= 1) messages_.Warn(code, link_.UnsentDetail(code));
   return code == 0;
 }
 

@@ -61,9 +61,12 @@ int Link::Poll(int channel, std::string& answer) {
     const AutomationResult online = Call("COnlineEnabled", {channel});
     if (!online.Ok()) return lastError_.Code();
     if (online.Bool()) return code::kOnlineActive;
-    if (clock_.TickMs() / 1000 - start > defTimeout_) return code::kTimeout;
+    if (clock_.TickMs() / 1000 - start > defTimeout_) return TimedOut(channel);
     clock_.ProcessEvents();
-    if (givenUp_) return text::kExchangeGivenUp;
+    if (givenUp_) {
+      Cancel(channel);
+      return text::kExchangeGivenUp;
+    }
     status = Call("CStatus", {channel});
     if (!status.Ok()) return lastError_.Code();
     if (status.Int() != status::kReady) continue;
@@ -73,9 +76,30 @@ int Link::Poll(int channel, std::string& answer) {
   }
 }
 
+int Link::TimedOut(int channel) {
+  const bool unsent = Cancel(channel);
+  lastError_ = {kObjectErrorBase + code::kTimeout, unsent ? kUnsentText : std::string()};
+  return code::kTimeout;
+}
+
+/// Gives the exchange up; whether its line was still waiting to go out.
+bool Link::Cancel(int channel) {
+  if (!server_ || calls_ > 0) return false;
+  ++calls_;
+  const bool unsent = server_->Call("CCancel", {channel}).Bool();
+  --calls_;
+  return unsent;
+}
+
+std::string Link::UnsentDetail(int code) const {
+  const bool unsent = code == code::kTimeout && lastError_.Code() == code &&
+                      lastError_.description.starts_with(kUnsentText);
+  return unsent ? lastError_.Detail() : std::string();
+}
+
 bool Link::CommandExchange(int channel, const std::string& line, std::string& answer) {
   const int code = CommandExchangeCode(channel, line, answer);
-  if (code != 0) messages_.Warn(code);
+  if (code != 0) messages_.Warn(code, UnsentDetail(code));
   return code == 0;
 }
 

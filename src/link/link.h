@@ -102,7 +102,8 @@ class Link {
 
   /// Sends one line after dropping an answer that nobody fetched. 0 or a code.
   int CommandSend(int channel, const std::string& line);
-  /// Waits for the answer and fetches it. 0 or a code.
+  /// Waits for the answer and fetches it. 0 or a code; then a line that has not gone out never
+  /// does.
   int AnswerWait(int channel, std::string& answer);
   /// Sends and waits; shows the message of a failure.
   bool CommandExchange(int channel, const std::string& line, std::string& answer);
@@ -123,6 +124,8 @@ class Link {
 
   /// The error that the last failed operation met.
   const ServerError& LastError() const { return lastError_; }
+  /// What belongs below the message of this code: that the line never went out.
+  std::string UnsentDetail(int code) const;
   /// Makes the wait that is going on, and every later one, end with text::kExchangeGivenUp, until
   /// that is taken back.
   void GiveUp(bool givenUp = true) { givenUp_ = givenUp; }
@@ -138,6 +141,8 @@ class Link {
   bool ChannelTake(const std::string& name);
   void DropEarlier(int channel);
   int Poll(int channel, std::string& answer);
+  int TimedOut(int channel);
+  bool Cancel(int channel);
 
   AutomationFactory& factory_;
   SettingsStore& settings_;

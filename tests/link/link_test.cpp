@@ -148,6 +148,21 @@ TEST_F(LinkTest, TimeoutIsCountedInWholeSeconds) {
   EXPECT_EQ(Ask("late", answer), code::kTimeout);
 }
 
+TEST_F(LinkTest, ALineThatNobodyWaitsForAnyMoreIsTakenBack) {
+  std::string answer;
+  EXPECT_FALSE(link.CommandExchange(7, "never", answer));
+  EXPECT_EQ(world.server.cancelled, 1);
+  EXPECT_EQ(link.UnsentDetail(code::kTimeout), "") << "it went out";
+  world.server.waits = true;
+  EXPECT_FALSE(link.CommandExchange(7, "never", answer));
+  EXPECT_EQ(world.server.cancelled, 2);
+  EXPECT_EQ(world.dialogs.shown.back().text,
+            world.dialogs.shown.front().text + "\nnothing was sent");
+  world.clock.onEvents = [&] { link.GiveUp(); };
+  EXPECT_EQ(Ask("never", answer), text::kExchangeGivenUp);
+  EXPECT_EQ(world.server.cancelled, 3);
+}
+
 TEST_F(LinkTest, WhatAWaitMeets) {
   world.server.answers = {{"a", "1"}, {"b", "2"}};
   world.server.answerAfterMs = 300;

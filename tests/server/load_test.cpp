@@ -127,8 +127,44 @@ TEST_F(Death, LeavesNoHalfLineInFrontOfTheNextOne) {
   owner.socket.abort();
   EXPECT_EQ(other.Notice()["enabled"], false);
   EXPECT_EQ(other.Exchange(channel, "AA:own"), "re AA:own");
-  const std::vector<std::string> seen = {"AA:before", "half a line\"", "AA:own"};
+  const std::vector<std::string> seen = {"AA:before", "AA::", "half a line\"", "ver", "AA:own"};
   EXPECT_EQ(device.lines, seen) << "and not carried out";
+}
+
+TEST_F(Death, LeavesNoDeviceInItsBootloader) {
+  Client other(path);
+  const int channel = other.Call("COpen", {"Tcp", 2}).toInt();
+  std::vector<std::string> seen;
+  bool silent = false;
+  device.answer = [&](const QByteArray& line) -> QByteArray {
+    if (std::exchange(silent, false)) return {};  // it saves its memory
+    return ScriptedDevice::Reply(line, line == "ver" ? "KT-X Urlader V2.14" : "");
+  };
+  auto owner = std::make_unique<Client>(path);
+  const int online = owner->Call("COpen", {"Tcp", 3}).toInt();
+  other.Notice();
+  owner->Call("CSend", {online, "RamBackup\r"});
+  EXPECT_TRUE(WaitUntil([&] { return device.lines.size() == 2; }));
+  silent = true;
+  owner.reset();
+  EXPECT_EQ(other.Notice()["enabled"], false);
+  other.Exchange(channel, "AA:own");
+  seen = {"AA::", "RamBackup", "ver", "ver", "reset", "AA:own"};
+  EXPECT_EQ(device.lines, seen);
+  // The device is at work again, and a program that closes its channel has left it so.
+  device.lines.clear();
+  device.answer = [](const QByteArray& line) {
+    return ScriptedDevice::Reply(line, line == "ver" ? "Version 2.27" : "");
+  };
+  const int closed = other.Call("COpen", {"Tcp", 3}).toInt();
+  other.Call("CClose", {closed});
+  owner = std::make_unique<Client>(path);
+  owner->Call("COpen", {"Tcp", 3});
+  owner.reset();
+  EXPECT_TRUE(WaitUntil([&] { return device.lines.size() == 3; }));
+  other.Exchange(channel, "AA:own");
+  seen = {"AA::", "AA::", "ver", "AA:own"};
+  EXPECT_EQ(device.lines, seen);
 }
 
 }  // namespace
