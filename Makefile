@@ -48,7 +48,7 @@ asan: packages-build
 fuzz: packages-check
 	cmake --preset fuzz > /dev/null
 	cmake --build --preset fuzz -j $(JOBS)
-	@printf '%s\n' request_reader reply_framer language | xargs -P 3 -I NAME sh -c ' \
+	@printf '%s\n' request_reader reply_framer server_news language | xargs -P 4 -I NAME sh -c ' \
 	  mkdir -p build/fuzz/corpus/NAME && \
 	  echo "fuzzing NAME for $(FUZZ_SECONDS) s, log in build/fuzz/NAME.log" && \
 	  ASAN_OPTIONS=quarantine_size_mb=16 build/fuzz/bin/NAME_fuzz \
