@@ -2,12 +2,10 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
-#include <QHash>
-#include <QJsonObject>
+#include <QJsonValue>
 #include <QLocalSocket>
-#include <map>
-#include <string>
 
+#include "platform/server_news.h"
 #include "wire/automation.h"
 #include "wire/codes.h"
 
@@ -34,34 +32,18 @@ class ServerProxy : public AutomationObject {
                            QJsonValue* json = nullptr);
 
  private:
-  /// What the server told last of a channel. Both sides count the exchanges, so that a notice that
-  /// comes late is known by its number.
-  struct ChannelState {
-    int exchange = 0;
-    int status = status::kNothingSent;
-    bool framed = true;
-    bool online = false;
-    bool answerHere = false;
-    AutomationResult answer;  // or the failure
-    AutomationResult after;   // a failure that came while the answer had not been fetched
-  };
-
-  AutomationResult Local(std::string_view member, ChannelState& channel);
   AutomationResult Send(int channel, const Values& arguments);
-  bool SurelyTaken(const ChannelState& channel, const Values& arguments) const;
+  bool SurelyTaken(const ChannelNews& channel, const Values& arguments) const;
   void TakeTold();
   void Write(const QByteArray& request);
   AutomationResult RoundTrip(std::string_view method, const Values& arguments, int limitMs);
   bool WaitForReply(int id, int limitMs);
   void Read();
-  void Take(const QByteArray& line);
-  void TakeStatus(const QJsonObject& notice);
 
   QLocalSocket socket_;
   QElapsedTimer heard_;  // since the server told something, or a line went to it
   int lastId_ = 0;
-  QHash<int, QJsonObject> replies_;
-  std::map<int, ChannelState> channels_;
+  ServerNews news_;
   QJsonValue lastJson_;
 };
 

@@ -11,23 +11,29 @@
 namespace ostrel {
 namespace {
 
-constexpr std::ptrdiff_t kMaxWaiting = 64;  // lines of one channel
-constexpr std::size_t kMaxRawWaiting = 64 * 1024;
+constexpr std::ptrdiff_t kMaxWaiting = 4;  // lines of one client
 constexpr int kOwnTimeoutMs = 3000;
 const std::string kConnected(kConnectedStation);
+
+std::string NothingSent(const std::string& why) {
+  return std::string(kUnsentText) + ": " + why;
+}
 
 }  // namespace
 
 BusConnection::BusConnection(std::string name, NewPort newPort)
-    : name_(std::move(name)), newPort_(std::move(newPort)), lineStation_(kConnectedStation) {
-  timer_.setSingleShot(true);
-  timer_.setTimerType(Qt::PreciseTimer);
+    : name_(std::move(name)), newPort_(std::move(newPort)) {
+  for (QTimer* timer : {&timer_, &queueTimer_}) {
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+  }
   connect(&timer_, &QTimer::timeout, this, &BusConnection::OnTimeout);
+  connect(&queueTimer_, &QTimer::timeout, this, &BusConnection::FailExpired);
 }
 
 BusConnection::~BusConnection() {
   // Whoever uses the devices next must not find another station current than the connected one.
-  const bool elsewhere = lineStation_ != kConnectedStation;
+  const bool elsewhere = pointed_ && lineStation_ != kConnectedStation;
   if (open_ && !raw_ && elsewhere) port_->Write(kConnected + "::\r");
   DropPort();
 }
@@ -55,21 +61,22 @@ void BusConnection::OpenPort() {
 }
 
 void BusConnection::DropPort() {
-  if (!held_) again_ = false;
+  if (!held_) again_ = pointed_ = false;
   if (port_ == nullptr) return;
   port_->disconnect(this);
   port_->Close();
   port_->deleteLater();
   port_ = nullptr;
-  open_ = false;
+  open_ = rawReady_ = false;
 }
 
 void BusConnection::OnOpened() {
   open_ = true;
   again_ = true;
+  // Whoever had the devices until now may have left any station current.
+  lineStation_.clear();
   framer_.Reset();
   Note("open");
-  if (!rawWaiting_.empty()) port_->Write(std::exchange(rawWaiting_, {}));
   emit Opened();
   StartNext();
 }
@@ -88,8 +95,6 @@ void BusConnection::OnLost(const QString& reason) {
   DropPort();
   const std::string text = "the connection was lost: " + reason.toStdString();
   Note(text);
-  // A device that comes back may have forgotten which station was current, or not.
-  if (lineStation_ != kConnectedStation) lineStation_.clear();
   timer_.stop();
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
     Report(*flight, code::kReceiveError, text);
@@ -102,44 +107,46 @@ void BusConnection::OnLost(const QString& reason) {
 }
 
 bool BusConnection::Send(LineOut line) {
-  const auto sameChannel = [&line](const LineOut& other) { return other.channel == line.channel; };
-  if (std::count_if(queue_.begin(), queue_.end(), sameChannel) >= kMaxWaiting) return false;
+  TakeBack(line.channel);
+  const auto sameClient = [&line](const LineOut& other) { return other.client == line.client; };
+  if (std::count_if(queue_.begin(), queue_.end(), sameClient) >= kMaxWaiting) return false;
   queue_.push_back(std::move(line));
   StartNext();
+  WatchQueue();
   return true;
 }
 
+bool BusConnection::TakeBack(int channel) {
+  return std::erase_if(queue_, [channel](const auto& line) { return line.channel == channel; }) > 0;
+}
+
 void BusConnection::Forget(int channel) {
-  std::erase_if(queue_, [channel](const LineOut& line) { return line.channel == channel; });
+  TakeBack(channel);
   if (flight_ && flight_->out.channel == channel) flight_->out.channel = 0;
   ownStation_.erase(channel);
 }
 
-void BusConnection::SetRaw(bool raw) {
-  if (raw == raw_) return;
-  raw_ = raw;
-  rawWaiting_.clear();
-  framer_.Reset();
-  timer_.stop();
-  lineStation_.clear();  // the online channel may make any station current
-  const std::string reason = "an online channel was opened on " + name_;
-  if (const auto flight = std::exchange(flight_, std::nullopt)) {
-    Report(*flight, code::kOnlineActive, reason);
-  }
-  FailQueue(code::kOnlineActive, reason);
-  StartNext();
+/// Looks after the lines that wait. The timer may come too early for the one that is left.
+void BusConnection::WatchQueue() {
+  if (queue_.empty()) return;
+  const auto sooner = [](const LineOut& a, const LineOut& b) { return a.limit < b.limit; };
+  const auto first = std::min_element(queue_.begin(), queue_.end(), sooner);
+  const qint64 left = first->limit.remainingTime();
+  if (queueTimer_.isActive() && queueTimer_.remainingTime() <= left) return;
+  queueTimer_.start(static_cast<int>(left));
 }
 
-void BusConnection::SendRaw(const std::string& bytes) {
-  const std::size_t end = bytes.rfind('\r');
-  halfLine_ = end == std::string::npos ? halfLine_ + bytes : bytes.substr(end + 1);
-  // A device takes less; an echo that does not fit is waited for in vain, and that is all.
-  if (halfLine_.size() > kMaxRawWaiting) halfLine_.resize(kMaxRawWaiting);
-  if (open_) {
-    port_->Write(bytes);
-  } else if (rawWaiting_.size() + bytes.size() <= kMaxRawWaiting) {
-    rawWaiting_ += bytes;
-    OpenPort();
+void BusConnection::FailExpired() {
+  std::vector<LineOut> expired;
+  std::erase_if(queue_, [&expired](LineOut& line) {
+    if (!line.limit.hasExpired()) return false;
+    expired.push_back(std::move(line));
+    return true;
+  });
+  WatchQueue();
+  for (const LineOut& line : expired) {
+    emit Failed(line.channel, line.exchange, code::kTimeout,
+                NothingSent("the line waited too long for its turn on " + name_));
   }
 }
 
@@ -149,11 +156,7 @@ const std::string& BusConnection::StationOf(int channel) const {
 }
 
 void BusConnection::StartNext() {
-  if (flight_ || raw_) return;
-  if (open_ && !halfLine_.empty()) {
-    EndHalfLine();
-    return;
-  }
+  if (flight_ || StartOwn() || raw_) return;
   if (queue_.empty()) {
     if (!held_) WindUp();
     return;
@@ -170,50 +173,50 @@ void BusConnection::StartNext() {
   }
   LineOut out = std::move(queue_.front());
   queue_.pop_front();
-  Transmit(std::move(out), false);
+  Launch(std::move(out), Purpose::kLine);
 }
 
 /// Closes the port, with the connected station made current before. That is tried once: a device
 /// that does not answer must not keep the port from others.
 void BusConnection::WindUp() {
   const bool tried = std::exchange(woundUp_, true);
-  if (open_ && lineStation_ != kConnectedStation && !tried) {
-    Point(kConnected, {0, 0, {}, kOwnTimeoutMs});
+  if (open_ && pointed_ && lineStation_ != kConnectedStation && !tried) {
+    LaunchOwn(kConnected + "::", Purpose::kPointing);
   } else {
     DropPort();
   }
 }
 
 void BusConnection::Point(const std::string& station, const LineOut& before) {
-  Transmit({before.channel, before.exchange, station + "::", before.timeoutMs}, true);
+  LineOut out = before;
+  out.line = station + "::";
+  Launch(std::move(out), Purpose::kPointing);
 }
 
-/// What an online channel left behind in the device would become the beginning of the next line. It
-/// is ended as a text without its closing quote: nobody meant it to be carried out.
-void BusConnection::EndHalfLine() {
-  std::string line = std::exchange(halfLine_, {});
-  const bool quoted = std::count(line.begin(), line.end(), '"') % 2 != 0;
-  if (!quoted) line += '"';
-  Launch({0, 0, std::move(line), kOwnTimeoutMs}, false, quoted ? "\r" : "\"\r");
+/// An exchange that no channel awaits.
+void BusConnection::LaunchOwn(std::string line, Purpose purpose, std::string rest) {
+  LineOut out;
+  out.line = std::move(line);
+  out.limit = QDeadlineTimer(kOwnTimeoutMs, Qt::PreciseTimer);
+  Launch(std::move(out), purpose, std::move(rest));
 }
 
-void BusConnection::Transmit(LineOut out, bool pointing) {
-  const std::string bytes = out.line + '\r';
-  Launch(std::move(out), pointing, bytes);
-}
-
-/// Waits for the reply to a line of which these bytes are still to be sent.
-void BusConnection::Launch(LineOut out, bool pointing, const std::string& bytes) {
+/// Sends a line, or the rest of one that began to go out, and waits for its reply.
+void BusConnection::Launch(LineOut out, Purpose purpose, std::string rest) {
   framer_.Expect(out.line);
+  const std::string station = AddressOf(out.line).makesCurrent;
+  pointed_ = pointed_ || (!station.empty() && station != kConnectedStation);
+  std::string bytes = rest.empty() ? out.line + '\r' : std::move(rest);
   port_->Write(bytes);
-  timer_.start(out.timeoutMs);
+  Wipe(bytes);
+  timer_.start(static_cast<int>(out.limit.remainingTime()));
   if (trace_) Note("> " + ForLog(out.line));
-  flight_ = Flight{std::move(out), pointing, false};
+  flight_ = Flight{std::move(out), purpose, false};
 }
 
 void BusConnection::OnReceived(const QByteArray& bytes) {
   const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  if (raw_) {
+  if (rawReady_) {
     emit RawReceived(std::string(view));
     return;
   }
@@ -241,6 +244,7 @@ void BusConnection::Spoil(ReplyFramer::Outcome outcome) {
   } else {
     Report(*flight_, code::kReceiveError, "the reply holds characters that no device sends");
   }
+  if (flight_->purpose == Purpose::kOnline) FinishOnline({});
   flight_->reported = true;
   if (!AddressOf(flight_->out.line).makesCurrent.empty()) lineStation_.clear();
 }
@@ -254,16 +258,25 @@ void BusConnection::Complete(const std::string& answer) {
   if (!station.empty()) {
     const bool done = !IsErrorAnswer(answer);
     lineStation_ = done ? station : std::string();
-    if (done && !flight.pointing && out.channel != 0) ownStation_[out.channel] = station;
+    if (done && flight.purpose == Purpose::kLine && out.channel != 0) {
+      ownStation_[out.channel] = station;
+    }
   }
-  if (!flight.pointing) {
-    if (out.channel != 0) emit Answered(out.channel, out.exchange, answer);
-  } else if (IsErrorAnswer(answer) && !queue_.empty() && queue_.front().channel == out.channel) {
-    // The station is not to be had: that is the answer, and the line never reaches another one.
-    queue_.pop_front();
+  if (flight.purpose == Purpose::kLine && out.channel != 0) {
     emit Answered(out.channel, out.exchange, answer);
   }
+  if (flight.purpose == Purpose::kPointing) CompletePointing(out, answer);
+  if (flight.purpose == Purpose::kOnline) FinishOnline(answer);
+  if (flight.purpose == Purpose::kProgram) LeaveBootloader(answer);
   StartNext();
+}
+
+/// A station that is not to be had: that is the answer, and the line never reaches another one.
+void BusConnection::CompletePointing(const LineOut& out, const std::string& answer) {
+  if (!IsErrorAnswer(answer) || queue_.empty() || queue_.front().channel != out.channel) return;
+  const LineOut line = std::move(queue_.front());
+  queue_.pop_front();
+  emit Answered(line.channel, line.exchange, answer);
 }
 
 void BusConnection::OnTimeout() {
@@ -272,7 +285,13 @@ void BusConnection::OnTimeout() {
   const Flight flight = *std::exchange(flight_, std::nullopt);
   if (!AddressOf(flight.out.line).makesCurrent.empty()) lineStation_.clear();
   if (trace_) Note("no answer to " + ForLog(flight.out.line));
-  if (!flight.reported) Report(flight, code::kTimeout, "no answer from " + name_);
+  const std::string silent = "no answer from " + name_;
+  if (flight.purpose == Purpose::kLine) Report(flight, code::kTimeout, silent);
+  if (flight.purpose == Purpose::kPointing) {
+    Report(flight, code::kTimeout, NothingSent(silent + " to " + flight.out.line));
+  }
+  // Silent: it restarts, or is in a bootloader that does not know the line.
+  if (flight.purpose == Purpose::kOnline) FinishOnline({});
   StartNext();
 }
 
@@ -280,10 +299,11 @@ void BusConnection::OnTimeout() {
 void BusConnection::Report(const Flight& flight, int code, const std::string& reason) {
   const LineOut out = flight.out;
   if (out.channel == 0 || flight.reported) return;
-  if (flight.pointing) {
-    std::erase_if(queue_, [&out](const LineOut& line) {
+  if (flight.purpose == Purpose::kPointing) {
+    const auto behind = [&out](const LineOut& line) {
       return line.channel == out.channel && line.exchange == out.exchange;
-    });
+    };
+    if (std::erase_if(queue_, behind) == 0) return;  // given up meanwhile
   }
   emit Failed(out.channel, out.exchange, code, reason);
 }

@@ -22,6 +22,12 @@ void Channel::Clear() {
   failure_ = {};
 }
 
+void Channel::GiveUp() {
+  if (state_ == State::kFailed) return;
+  received_.clear();
+  state_ = failure_.Ok() ? State::kIdle : State::kFailed;
+}
+
 StatusNotice Channel::Answer(std::string_view bytes) {
   state_ = State::kReady;
   received_.assign(bytes);

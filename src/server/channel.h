@@ -32,7 +32,6 @@ class Channel {
   int timeoutS = 10;
   Line* line = nullptr;
 
-  int Exchange() const { return exchange_; }
   bool Transparent() const { return frame == frame::kTransparent; }
 
   /// A CSend came: what was before is given up.
@@ -40,6 +39,10 @@ class Channel {
   void Wait() { state_ = State::kWaiting; }
   /// Forgets the exchange, e.g. because the frame mode changes.
   void Clear();
+  /// Forgets the exchange, but not a failure that nobody knows of yet.
+  void GiveUp();
+  /// True while this exchange has neither answer nor failure.
+  bool Awaits(int exchange) const { return state_ == State::kWaiting && exchange == exchange_; }
 
   StatusNotice Answer(std::string_view bytes);
   StatusNotice Fail(int error, std::string description);

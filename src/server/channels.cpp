@@ -90,9 +90,11 @@ void Channels::MakeBus(Line& line) {
           [this, self](int code, const std::string& reason) { TellLost(*self, code, reason); });
   connect(bus, &BusConnection::RawReceived, this,
           [this, self](const std::string& bytes) { OnRaw(self->onlineChannel, bytes); });
-  connect(bus, &BusConnection::RawFailed, this, [this, self](int code, const std::string& reason) {
-    OnRawFailed(self->onlineChannel, code, reason);
+  connect(bus, &BusConnection::RawReady, this, [this, self] {
+    FinishOnline(*self, {self->onlineChannel, 0, {}});
   });
+  connect(bus, &BusConnection::RawFailed, this,
+          [this, self](int code, const std::string& reason) { OnRawFailed(*self, code, reason); });
 }
 
 AutomationResult Channels::Refusal(const Line& line, int kind) const {
@@ -136,14 +138,27 @@ void Channels::Add(const Opening& opening) {
   channel.line = &line;
   if (opening.kind == kind::kOnline) {
     line.onlineChannel = number;
+    line.onlineReply = opening.reply;
     SetFrame(channel, frame::kTransparent);
     // The others know before this client can: their next CSend is refused.
     TellOnline(line);
+    line.channels.push_back(number);
+    return;
   }
   line.channels.push_back(number);
   // The client learns the number before it is told anything about the channel.
   opening.reply({number, 0, {}});
   if (line.onlineChannel != 0) emit OnlineChanged(opening.client, number, true);
+}
+
+/// The online channel can be used, or cannot be had.
+void Channels::FinishOnline(Line& line, const AutomationResult& result) {
+  const Reply reply = std::exchange(line.onlineReply, nullptr);
+  if (!reply) return;
+  const int number = line.onlineChannel, client = channels_[number].client;
+  if (!result.Ok()) Close(number);
+  reply(result);
+  if (result.Ok()) emit OnlineChanged(client, number, true);
 }
 
 int Channels::FreeNumber() {
@@ -179,6 +194,7 @@ void Channels::Close(int number) {
   line.bus->Forget(number);
   if (line.onlineChannel == number) {
     line.onlineChannel = 0;
+    line.onlineReply = nullptr;
     line.bus->SetRaw(false);
     TellOnline(line);
   }
@@ -189,7 +205,9 @@ void Channels::ClientGone(int client) {
   std::erase_if(openings_, [client](const Opening& opening) { return opening.client == client; });
   std::vector<int> own;
   for (const auto& [number, channel] : channels_) {
-    if (channel.client == client) own.push_back(number);
+    if (channel.client != client) continue;
+    own.push_back(number);
+    if (channel.line->onlineChannel == number) channel.line->bus->OweReset();
   }
   for (const int number : own) Close(number);
   for (const auto& [name, line] : lines_) ReleaseIfUnused(*line);
@@ -224,13 +242,13 @@ void Channels::TellLost(const Line& line, int code, const std::string& reason) {
 
 void Channels::OnAnswered(int number, int exchange, const std::string& answer) {
   const auto found = channels_.find(number);
-  if (found == channels_.end() || found->second.Exchange() != exchange) return;  // given up
+  if (found == channels_.end() || !found->second.Awaits(exchange)) return;  // given up
   emit StatusChanged(found->second.client, found->second.Answer(answer));
 }
 
 void Channels::OnFailed(int number, int exchange, int code, const std::string& reason) {
   const auto found = channels_.find(number);
-  if (found == channels_.end() || found->second.Exchange() != exchange) return;
+  if (found == channels_.end() || !found->second.Awaits(exchange)) return;
   emit StatusChanged(found->second.client, found->second.Fail(code, reason));
 }
 
@@ -242,8 +260,12 @@ void Channels::OnRaw(int number, const std::string& bytes) {
   }
 }
 
-void Channels::OnRawFailed(int number, int code, const std::string& reason) {
-  const auto found = channels_.find(number);
+void Channels::OnRawFailed(Line& line, int code, const std::string& reason) {
+  if (line.onlineReply) {
+    FinishOnline(line, ObjectError(code, "\"" + line.connection.name + "\": " + reason));
+    return;
+  }
+  const auto found = channels_.find(line.onlineChannel);
   if (found == channels_.end()) return;
   emit StatusChanged(found->second.client, found->second.Fail(code, reason));
 }

@@ -21,6 +21,8 @@ struct Line {
   std::unique_ptr<BusConnection> bus;
   std::vector<int> channels;
   int onlineChannel = 0;  // the channel of kind 3; 0: none is open
+  /// Who opens it, until the connected station is current.
+  std::function<void(const AutomationResult&)> onlineReply;
 };
 
 /// All open channels and the connections they run on. A connection's line is opened with its first
@@ -67,6 +69,7 @@ class Channels : public QObject {
   AutomationResult Refusal(const Line& line, int kind) const;
   void FinishOpenings(Line& line, int code, const std::string& reason);
   void Add(const Opening& opening);
+  void FinishOnline(Line& line, const AutomationResult& result);
   int FreeNumber();
   void ReleaseIfUnused(Line& line);
   void TellOnline(const Line& line);
@@ -75,7 +78,7 @@ class Channels : public QObject {
   void OnAnswered(int number, int exchange, const std::string& answer);
   void OnFailed(int number, int exchange, int code, const std::string& reason);
   void OnRaw(int number, const std::string& bytes);
-  void OnRawFailed(int number, int code, const std::string& reason);
+  void OnRawFailed(Line& line, int code, const std::string& reason);
 
   SettingsStore& settings_;
   PortMaker portMaker_;

@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "server/line_text.h"
+#include "server/wipe.h"
 #include "wire/codes.h"
 #include "wire/def_timeout.h"
+#include "wire/line_rules.h"
 
 namespace ostrel {
 namespace {
@@ -36,6 +38,10 @@ AutomationResult Done(Value value = {}) {
   return {std::move(value), 0, {}};
 }
 
+std::string TooLongALine() {
+  return "the line is longer than " + std::to_string(kMaxLine) + " characters";
+}
+
 AutomationResult BadArguments(std::string description) {
   return {{}, CommServer::kBadArguments, std::move(description)};
 }
@@ -52,6 +58,7 @@ const CommServer::Member* CommServer::FindMember(std::string_view name) {
   static constexpr std::array kMembers = {
       Member{"CSend", "is", &CommServer::CSend},
       Member{"CReceive", "i", &CommServer::CReceive},
+      Member{"CCancel", "i", &CommServer::CCancel},
       Member{"CStatus", "i", &CommServer::CStatus},
       Member{"COnlineEnabled", "i", &CommServer::COnlineEnabled},
       Member{"CClose", "i", &CommServer::CClose},
@@ -146,7 +153,7 @@ AutomationResult CommServer::CStatus(Channel& channel, const Values&) {
 
 AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   const int exchange = channel.NextExchange();
-  const auto bytes = ToLatin1(std::get<std::string>(arguments[1]));
+  auto bytes = ToLatin1(std::get<std::string>(arguments[1]));
   if (!bytes) return ObjectError(code::kSendError, "the line holds a character outside ISO 8859-1");
   const Line& line = *channel.line;
   if (line.onlineChannel != 0 && line.onlineChannel != channel.number) {
@@ -155,17 +162,31 @@ AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   }
   if (channel.Transparent()) {
     line.bus->SendRaw(*bytes);
+    Wipe(*bytes);
     return Done();
   }
   auto single = SingleLine(*bytes);
+  Wipe(*bytes);
   if (!single) return ObjectError(code::kSendError, "the text is more than one line");
+  if (single->size() > kMaxLine) return ObjectError(code::kSendError, TooLongALine());
   channel.Wait();
-  const int number = channel.number;
-  if (!line.bus->Send({number, exchange, *std::move(single), channel.timeoutS * 1000})) {
+  LineOut out;
+  out.client = channel.client;
+  out.channel = channel.number;
+  out.exchange = exchange;
+  out.line.swap(*single);
+  out.limit = QDeadlineTimer(channel.timeoutS * 1000, Qt::PreciseTimer);
+  if (!line.bus->Send(std::move(out))) {
     channel.Clear();
-    return ObjectError(code::kSendError, "too many lines wait on this channel");
+    return ObjectError(code::kSendError, "too many lines of this program wait");
   }
   return Done();
+}
+
+AutomationResult CommServer::CCancel(Channel& channel, const Values&) {
+  if (channel.Transparent()) return Done(false);
+  channel.GiveUp();
+  return Done(channel.line->bus->TakeBack(channel.number));
 }
 
 AutomationResult CommServer::CReceive(Channel& channel, const Values&) {

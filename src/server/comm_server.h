@@ -55,6 +55,7 @@ class CommServer : public QObject {
   AutomationResult CStatus(Channel& channel, const Values& arguments);
   AutomationResult CSend(Channel& channel, const Values& arguments);
   AutomationResult CReceive(Channel& channel, const Values& arguments);
+  AutomationResult CCancel(Channel& channel, const Values& arguments);
   AutomationResult CTimeout(Channel& channel, const Values& arguments);
   AutomationResult CFrame(Channel& channel, const Values& arguments);
   AutomationResult CTranslate(Channel& channel, const Values& arguments);

@@ -11,6 +11,10 @@
 namespace ostrel::rpc {
 namespace {
 
+// What a request leaves behind while it is answered stays small.
+constexpr qsizetype kMaxArguments = 8;
+constexpr qsizetype kMaxId = 128;
+
 // Qt takes a byte order mark at the beginning of a text for no part of it, in both directions.
 
 QString FromUtf8(std::string_view text) {
@@ -62,10 +66,12 @@ QJsonValue ToJson(const Value& value) {
 std::optional<Value> FromJson(const QJsonValue& value) {
   if (value.isBool()) return value.toBool();
   if (value.isString()) {
-    const QString text = value.toString();
+    QString text = value.toString();
     // Half a surrogate pair would turn into another character on its way.
     if (!text.isValidUtf16()) return std::nullopt;
-    return text.toStdString();
+    std::string utf8 = text.toStdString();
+    text.fill(QChar());  // there may be a password in it
+    return utf8;
   }
   if (!value.isDouble()) return std::nullopt;
   const double number = value.toDouble();
@@ -79,6 +85,7 @@ std::optional<Values> ArgumentsOf(const QJsonObject& request) {
   const QJsonValue parameters = request.value(QStringLiteral("params"));
   if (parameters.isUndefined()) return Values();
   if (!parameters.isArray()) return std::nullopt;
+  if (parameters.toArray().size() > kMaxArguments) return std::nullopt;
   Values arguments;
   for (const QJsonValue parameter : parameters.toArray()) {
     auto value = FromJson(parameter);
@@ -102,6 +109,7 @@ std::variant<Request, Refusal> Parse(const QByteArray& line) {
   if (!id.isUndefined() && !id.isString() && !id.isDouble() && !id.isNull()) {
     return Refusal{{}, kInvalidRequest, "an id is a number, a text or null"};
   }
+  if (id.toString().size() > kMaxId) return Refusal{{}, kInvalidRequest, "the id is too long"};
   const QJsonValue shownId = id.isUndefined() ? QJsonValue() : id;
   const QJsonValue method = object.value(QStringLiteral("method"));
   if (object.value(QStringLiteral("jsonrpc")) != QStringLiteral("2.0") || !method.isString()) {
@@ -110,7 +118,7 @@ std::variant<Request, Refusal> Parse(const QByteArray& line) {
   auto arguments = ArgumentsOf(object);
   if (!arguments) {
     return Refusal{shownId, kInvalidParameters,
-                   "params is an array of whole numbers, Booleans and texts"};
+                   "params is an array of at most 8 whole numbers, Booleans and texts"};
   }
   return Request{shownId, id.isUndefined(), method.toString().toStdString(), *std::move(arguments)};
 }

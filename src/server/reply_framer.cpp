@@ -1,7 +1,11 @@
 #include "server/reply_framer.h"
 
+#include <string.h>
+
 #include <algorithm>
 #include <utility>
+
+#include "server/wipe.h"
 
 namespace ostrel {
 namespace {
@@ -12,6 +16,8 @@ constexpr std::string_view kPrompt = "\r\n<";
 }  // namespace
 
 void ReplyFramer::Expect(std::string_view line) {
+  Stop();
+  broken_ = broken_ || (!missed_.empty() && !buffer_.empty());
   echo_.assign(line);
   echo_ += "\r\n";
   waiting_ = true;
@@ -19,9 +25,15 @@ void ReplyFramer::Expect(std::string_view line) {
   buffer_.clear();
 }
 
+void ReplyFramer::Stop() {
+  if (!std::exchange(waiting_, false)) return;
+  missed_.swap(echo_);
+}
+
 void ReplyFramer::Reset() {
   buffer_.clear();
-  waiting_ = false;
+  missed_.clear();
+  waiting_ = broken_ = false;
   skipping_ = false;
 }
 
@@ -38,12 +50,18 @@ std::optional<ReplyFramer::Reply> ReplyFramer::Feed(std::string_view bytes) {
       const std::size_t room = Limit() + 1 - buffer_.size();
       buffer_.append(bytes.substr(0, std::min(end, room)));
       skipping_ = buffer_.size() > Limit();
+      if (waiting_ && !echoSeen_) echoSeen_ = buffer_.starts_with(echo_);
       if (complete || skipping_) {
-        if (auto reply = Take(!skipping_)) found = std::move(reply);
+        if (auto reply = Take(!skipping_)) {
+          found = std::move(reply);
+          Wipe(echo_);
+          Wipe(missed_);
+        }
+        explicit_bzero(buffer_.data(), buffer_.size());
         buffer_.clear();
       }
     }
-    if (complete) skipping_ = false;
+    if (complete) skipping_ = broken_ = false;
     bytes.remove_prefix(complete ? end + 1 : bytes.size());
   }
   return found;
@@ -53,10 +71,10 @@ std::optional<ReplyFramer::Reply> ReplyFramer::Take(bool complete) {
   if (!waiting_) return std::nullopt;
   std::string_view answer = buffer_;
   const bool echoed = answer.starts_with(echo_);
+  if (!missed_.empty() && answer.starts_with(missed_)) echoSeen_ = true;
   if (echoed) {
-    echoSeen_ = true;
     answer.remove_prefix(echo_.size());
-  } else if (echoSeen_) {
+  } else if (echoSeen_ || broken_) {
     return std::nullopt;
   }
   waiting_ = false;

@@ -27,7 +27,7 @@ class ReplyFramer {
   /// A line goes out (given without its line end): the next reply that fits is its reply.
   void Expect(std::string_view line);
   /// Nobody waits any more.
-  void Stop() { waiting_ = false; }
+  void Stop();
   /// Forgets all that has come so far, but not that the line shows echoes.
   void Reset();
 
@@ -37,7 +37,7 @@ class ReplyFramer {
 
   /// True from a reply that was too long until the Ctrl-Z that ends it.
   bool Skipping() const { return skipping_; }
-  /// True once a reply has begun with the echo of its line.
+  /// True once a line has been echoed, whether its reply came to an end or not.
   bool ShowsEchoes() const { return echoSeen_; }
 
  private:
@@ -45,11 +45,13 @@ class ReplyFramer {
   Outcome Judge(std::string_view answer, bool echoed) const;
   std::size_t Limit() const;
 
-  std::string echo_;  // of the line that is awaited
+  std::string echo_;    // of the line that is awaited
+  std::string missed_;  // of the last one whose reply did not come
   std::string buffer_;
   bool waiting_ = false;
   bool skipping_ = false;
   bool echoSeen_ = false;
+  bool broken_ = false;  // the rest of a reply that nobody waits for any more may still come
 };
 
 }  // namespace ostrel

@@ -1,5 +1,7 @@
 #include "server/request_reader.h"
 
+#include <string.h>
+
 #include <QByteArrayView>
 #include <utility>
 
@@ -15,13 +17,16 @@ std::optional<RequestReader::Item> RequestReader::Next() {
   for (;;) {
     const qsizetype end = buffer_.indexOf('\n', searched_);
     if (end < 0) return Unfinished();
-    const QByteArrayView line = QByteArrayView(buffer_).sliced(from_, end - from_);
+    const qsizetype length = end - from_;
+    char* const line = buffer_.data() + from_;
     from_ = searched_ = end + 1;
     if (std::exchange(skipping_, false)) continue;
-    if (line.size() > longest_) return TooLong();
-    if (line.trimmed().isEmpty()) continue;
+    if (length > longest_) return TooLong();
+    if (QByteArrayView(line, length).trimmed().isEmpty()) continue;
     // The parser copies what it keeps.
-    return rpc::Parse(QByteArray::fromRawData(line.data(), line.size()));
+    Item item = rpc::Parse(QByteArray::fromRawData(line, length));
+    explicit_bzero(line, static_cast<std::size_t>(length));  // there may be a password in it
+    return item;
   }
 }
 

@@ -18,15 +18,18 @@ class RequestReader {
 
   /// Takes bytes in any portions.
   void Add(const QByteArray& bytes);
-  /// The next request, or why a line is none; empty when it needs more bytes. Then no more than the
-  /// longest line is kept. A line that is too long is refused once, as soon as that is known.
+  /// The next request, or why a line is none, of which nothing is left here; empty when it needs
+  /// more bytes. Then no more than the longest line is kept. A line that is too long is refused
+  /// once, as soon as that is known.
   std::optional<Item> Next();
+  /// The bytes that have not become requests yet.
+  qsizetype Kept() const { return buffer_.size() - from_; }
 
  private:
   std::optional<Item> Unfinished();
   rpc::Refusal TooLong() const;
 
-  const qsizetype longest_;
+  qsizetype longest_;
   QByteArray buffer_;
   qsizetype from_ = 0;      // where the next line begins
   qsizetype searched_ = 0;  // up to here there is no line feed behind from_

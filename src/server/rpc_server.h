@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QLocalServer>
@@ -22,6 +23,8 @@ class RpcServer : public QObject {
  public:
   /// The most that may wait to be read by a client, in bytes.
   static constexpr qint64 kMaxUnsent = 4 * 1024 * 1024;
+  /// The most that is kept for all clients together, read and unsent, in bytes.
+  static constexpr qint64 kMaxKept = 24 * 1024 * 1024;
 
   /// Ends `idleMs` after the last client has gone, also when none ever comes.
   RpcServer(CommServer& comm, int idleMs);
@@ -41,13 +44,23 @@ class RpcServer : public QObject {
     int client = 0;
     QLocalSocket* socket = nullptr;
     RequestReader requests;
+    bool more = false;     // something is left for its next turn
+    QDeadlineTimer pause;  // until then others have theirs
+    qint64 kept = 0;       // of it, in bytes, when that was looked at last
+    quint64 large = 0;     // which of those that keep much it was; 0: it does not
   };
 
   void OnNewConnection();
   bool IsOwnUser(QLocalSocket& socket);
   void OnReadable(Session& session);
+  void OnTurn();
+  void Serve(Session& session);
+  void Rest(Session& session, int ms);
+  void StartTurn(int ms);
+  void Weigh(Session& session);
+  void CutOff(Session& session, const char* why);
   void OnGone(int client);
-  void Handle(int client, const rpc::Request& request);
+  void Handle(int client, rpc::Request& request);
   void Stop(int client);
   void CheckEnd();
   void Send(int client, const QByteArray& message);
@@ -58,7 +71,10 @@ class RpcServer : public QObject {
   std::unique_ptr<QLockFile> lock_;
   std::map<int, std::unique_ptr<Session>> sessions_;
   int lastClient_ = 0;
+  quint64 lastLarge_ = 0;
+  qint64 kept_ = 0;     // of all sessions
   int stopClient_ = 0;  // who asked for the end; 0: nobody
+  QTimer turn_;
   QTimer idle_;
   QTimer stop_;
   QElapsedTimer running_;

@@ -126,8 +126,9 @@ void SerialPort::Close() {
 }
 
 void SerialPort::OnReadable() {
-  const QByteArray bytes = serial_.readAll();
+  QByteArray bytes = serial_.readAll();
   if (!ended_) emit Received(bytes);
+  bytes.fill('\0');  // the echo of a password
 }
 
 void SerialPort::OnTrouble(QSerialPort::SerialPortError error) {

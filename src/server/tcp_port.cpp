@@ -1,5 +1,7 @@
 #include "server/tcp_port.h"
 
+#include <sys/socket.h>
+
 #include <QNetworkProxy>
 #include <utility>
 
@@ -35,6 +37,14 @@ void TcpPort::Write(std::string_view bytes) {
     QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
     return;
   }
+  if (socket_.bytesToWrite() == 0) {
+    // Past the socket's own buffer, where a password would stay behind.
+    const auto descriptor = static_cast<int>(socket_.socketDescriptor());
+    const ssize_t sent =
+        ::send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (sent > 0) bytes.remove_prefix(static_cast<std::size_t>(sent));
+    if (bytes.empty()) return;
+  }
   socket_.write(bytes.data(), static_cast<qint64>(bytes.size()));
   socket_.flush();
 }
@@ -56,7 +66,9 @@ void TcpPort::OnConnected() {
 }
 
 void TcpPort::OnReadable() {
-  if (!ended_) emit Received(socket_.readAll());
+  QByteArray bytes = socket_.readAll();
+  if (!ended_) emit Received(bytes);
+  bytes.fill('\0');  // the echo of a password
 }
 
 void TcpPort::OnTrouble() {

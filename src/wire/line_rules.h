@@ -1,11 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace ostrel {
+
+/// The longest line that a device takes, in characters.
+inline constexpr std::size_t kMaxLine = 4096;
 
 /// Whom a command line is for.
 struct LineAddress {

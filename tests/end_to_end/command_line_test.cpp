@@ -2,11 +2,14 @@
 
 #include <signal.h>
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 
 #include "end_to_end/programs.h"
 #include "kit/scripted_device.h"
+#include "platform/registry_settings.h"
+#include "platform/server_factory.h"
 
 namespace ostrel {
 namespace {
@@ -81,6 +84,45 @@ TEST(CommandLine, ServerKilledInTheMiddle) {
   EXPECT_EQ(json[0]["error"]["number"].toInt(), 10041);
   // The socket that it left behind is in nobody's way.
   EXPECT_EQ(programs.Run({"--connection", "Simulator", "identify"}).status, 0);
+}
+
+TEST(CommandLine, AServerThatDoesNotStartSaysWhyAtOnce) {
+  const Programs programs;
+  const QByteArray path = qgetenv("PATH");
+  programs.Enter();
+  const QString folder = programs.Folder() + "/ostrel";
+  ASSERT_TRUE(QDir().mkdir(folder));
+  QFile inTheWay(folder + "/server.sock");
+  ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+  ServerFactory factory;
+  const std::string reason = factory.Create("ZubServer.TESKComm").description;
+  EXPECT_EQ(reason, "ostrel-server has ended: " + inTheWay.fileName().toStdString() +
+                        ": exists and is no socket");
+  qputenv("PATH", "/nowhere");
+  EXPECT_EQ(factory.Create("ZubServer.TESKComm").description, "ostrel-server: not found");
+  qputenv("PATH", path);
+}
+
+TEST(CommandLine, ALineThatWaitsBehindAnothersIsTakenBack) {
+  const Programs programs;
+  programs.Enter();
+  ScriptedDevice device;
+  device.answer = [](const QByteArray&) { return QByteArray(); };
+  programs.UseTcp(device.Port());
+  const auto other = ServerFactory().Create("ZubServer.TESKComm").object;
+  const int channel = other->Call("COpen", {std::string("Bus"), 2}).Int();
+  EXPECT_TRUE(other->Put("CTimeout", {channel}, 60).Ok());
+  EXPECT_TRUE(other->Call("CSend", {channel, std::string("AA:held")}).Ok());
+  ASSERT_TRUE(WaitUntil([&device] { return device.lines.size() == 1; }));
+  RegistrySettings().WriteShared(keys::kServerMisc, "DefTimeout_s", "1");
+  const Outcome waited = programs.Run({"send", "AA:late"});
+  EXPECT_EQ(waited.status, 1);
+  EXPECT_TRUE(waited.err.contains("nothing was sent")) << waited.err.toStdString();
+  device.Send(ScriptedDevice::Reply("AA:held", "1"));
+  EXPECT_TRUE(WaitUntil([&] { return other->Call("CStatus", {channel}).Int() == 0; }));
+  EXPECT_TRUE(other->Call("CSend", {channel, std::string("AA:next")}).Ok());
+  ASSERT_TRUE(WaitUntil([&device] { return device.lines.size() == 2; }));
+  EXPECT_EQ(device.lines[1], "AA:next");
 }
 
 TEST(CommandLine, TextChartAndPicture) {

@@ -43,7 +43,7 @@ void BehavesAsARegistry(SettingsStore& settings, const char* name) {
   }
   EXPECT_EQ(settings.SharedSubKeys(keys::kConnections),
             (std::vector<std::string>{"A.1 [x]", "b", "Werk Süd"}));
-  settings.RemoveSharedKey(key + "B");
+  EXPECT_FALSE(settings.Store({{key + "B", "", std::nullopt}}));
   EXPECT_EQ(settings.SharedSubKeys(keys::kConnections),
             (std::vector<std::string>{"A.1 [x]", "Werk Süd"}));
 }

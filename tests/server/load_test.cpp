@@ -1,7 +1,9 @@
 // Many clients at once, and many that go without a word, on the real server.
 
-#include <QDir>
+#include <sys/resource.h>
+
 #include <QFile>
+#include <algorithm>
 
 #include "end_to_end/programs.h"
 #include "fixture.h"
@@ -15,6 +17,8 @@ constexpr int kDeaths = 1000;
 constexpr int kWarmUp = 1000;
 // What a thousand clients may leave behind. A leak of half a KiB for each shows.
 constexpr long kMaxGrowthKib = 512;
+constexpr int kHoarders = 256;
+constexpr long kMaxMemoryKib = 128 * 1024;
 
 class Load : public testing::Test {
  protected:
@@ -32,15 +36,15 @@ class Load : public testing::Test {
     EXPECT_EQ(server->exitCode(), 0) << server->readAllStandardError().toStdString();
   }
 
-  QString About() const { return QStringLiteral("/proc/%1/").arg(server->processId()); }
-  qsizetype OpenFiles() const {
-    return QDir(About() + "fd").entryList(QDir::AllEntries | QDir::System).size();
+  /// What the system tells of the server: the word behind the key.
+  QByteArray Told(const QString& file, const QByteArray& key) const {
+    QFile about(QStringLiteral("/proc/%1/%2").arg(server->processId()).arg(file));
+    EXPECT_TRUE(about.open(QIODevice::ReadOnly));
+    const QByteArray text = about.readAll();
+    return text.mid(text.indexOf(key) + key.size()).trimmed().split(' ').first();
   }
-  long MemoryKib() const {
-    QFile status(About() + "status");
-    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
-    const QByteArray text = status.readAll();
-    return text.mid(text.indexOf("VmRSS:") + 6).trimmed().split(' ').first().toLong();
+  long MemoryKib(const QByteArray& which = "VmRSS:") const {
+    return Told("status", which).toLong();
   }
 
   /// A client that has come so far is gone before anybody answers it: with half a request, while
@@ -103,15 +107,37 @@ TEST_F(Load, EachOfManyClientsGetsTheAnswersToItsOwnLines) {
 TEST_F(Load, ClientsThatDieLeaveNothingBehind) {
   Client watch(path);
   watch.Call("COpenLocked");  // it has been let in
-  const qsizetype filesBefore = OpenFiles();
+  // It runs out of them soon when one that has gone keeps any.
+  const rlimit files{100, 100};
+  ASSERT_EQ(prlimit(static_cast<pid_t>(server->processId()), RLIMIT_NOFILE, &files, nullptr), 0);
   DieAndSettle(kWarmUp, watch);
   const long memoryBefore = MemoryKib();
   DieAndSettle(kDeaths, watch);
-  EXPECT_TRUE(WaitUntil([&] { return OpenFiles() == filesBefore; }))
-      << OpenFiles() << " for " << filesBefore;
   EXPECT_LE(MemoryKib() - memoryBefore, kMaxGrowthKib) << memoryBefore;
   const int channel = watch.Call("COpen", {"Bus", 2}).toInt();
   EXPECT_EQ(watch.Exchange(channel, "AA:last"), "re AA:last");
+}
+
+TEST_F(Load, WhatManyClientsMakeItKeepStaysSmallAndIsNobodysToSee) {
+  EXPECT_EQ(Told("limits", "Max core file size"), "0");
+  Client watch(path);
+  const int channel = watch.Call("COpen", {"Bus", 2}).toInt();
+  std::vector<std::unique_ptr<Client>> clients;
+  const auto connected = [](const auto& client) {
+    return client->socket.state() == QLocalSocket::ConnectedState;
+  };
+  for (int i = 0; i < kHoarders; ++i) {
+    clients.push_back(std::make_unique<Client>(path));
+    clients.back()->socket.write(QByteArray(1024 * 1024, ' '));
+  }
+  for (const auto& client : clients) {
+    EXPECT_TRUE(
+        WaitUntil([&] { return client->socket.bytesToWrite() == 0 || !connected(client); }));
+  }
+  EXPECT_EQ(watch.Exchange(channel, "AA:x"), "re AA:x");
+  EXPECT_TRUE(WaitUntil([&] { return !std::all_of(clients.begin(), clients.end(), connected); }));
+  EXPECT_TRUE(std::any_of(clients.begin(), clients.end(), connected)) << "as many as there is room";
+  EXPECT_LT(MemoryKib("VmHWM:"), kMaxMemoryKib);
 }
 
 class Death : public ServerTest {};
@@ -127,8 +153,44 @@ TEST_F(Death, LeavesNoHalfLineInFrontOfTheNextOne) {
   owner.socket.abort();
   EXPECT_EQ(other.Notice()["enabled"], false);
   EXPECT_EQ(other.Exchange(channel, "AA:own"), "re AA:own");
-  const std::vector<std::string> seen = {"AA:before", "half a line\"", "AA:own"};
+  const std::vector<std::string> seen = {"AA:before", "AA::", "half a line\"", "ver", "AA:own"};
   EXPECT_EQ(device.lines, seen) << "and not carried out";
+}
+
+TEST_F(Death, LeavesNoDeviceInItsBootloader) {
+  Client other(path);
+  const int channel = other.Call("COpen", {"Tcp", 2}).toInt();
+  std::vector<std::string> seen;
+  bool silent = false;
+  device.answer = [&](const QByteArray& line) -> QByteArray {
+    if (std::exchange(silent, false)) return {};  // it saves its memory
+    return ScriptedDevice::Reply(line, line == "ver" ? "KT-X Urlader V2.14" : "");
+  };
+  auto owner = std::make_unique<Client>(path);
+  const int online = owner->Call("COpen", {"Tcp", 3}).toInt();
+  other.Notice();
+  owner->Call("CSend", {online, "RamBackup\r"});
+  EXPECT_TRUE(WaitUntil([&] { return device.lines.size() == 2; }));
+  silent = true;
+  owner.reset();
+  EXPECT_EQ(other.Notice()["enabled"], false);
+  other.Exchange(channel, "AA:own");
+  seen = {"AA::", "RamBackup", "ver", "ver", "reset", "AA:own"};
+  EXPECT_EQ(device.lines, seen);
+  // The device is at work again, and a program that closes its channel has left it so.
+  device.lines.clear();
+  device.answer = [](const QByteArray& line) {
+    return ScriptedDevice::Reply(line, line == "ver" ? "Version 2.27" : "");
+  };
+  const int closed = other.Call("COpen", {"Tcp", 3}).toInt();
+  other.Call("CClose", {closed});
+  owner = std::make_unique<Client>(path);
+  owner->Call("COpen", {"Tcp", 3});
+  owner.reset();
+  EXPECT_TRUE(WaitUntil([&] { return device.lines.size() == 3; }));
+  other.Exchange(channel, "AA:own");
+  seen = {"AA::", "AA::", "ver", "AA:own"};
+  EXPECT_EQ(device.lines, seen);
 }
 
 }  // namespace

@@ -71,5 +71,24 @@ TEST(ReplyFramer, OnALineWithEchoesAReplyBelongsToTheLineItEchoes) {
   EXPECT_EQ(framer.Feed("e\r\nrest" + kEnd + "e\r\n7" + kEnd)->answer, "7") << "after its end";
 }
 
+TEST(ReplyFramer, TheRestOfALateReplyIsNoAnswerNotEvenOnALinesFirstExchange) {
+  const std::string late = "AA:x\r\n1\r\n2" + kEnd;
+  for (std::size_t cut = 0; cut < late.size(); ++cut) {
+    for (std::size_t next = cut; next <= late.size(); ++next) {
+      SCOPED_TRACE("given up at " + std::to_string(cut) + ", next at " + std::to_string(next));
+      ReplyFramer framer;
+      framer.Expect("AA:x");
+      EXPECT_FALSE(framer.Feed(late.substr(0, cut)));
+      framer.Stop();
+      EXPECT_FALSE(framer.Feed(late.substr(cut, next - cut)));
+      framer.Expect("AA:y");
+      EXPECT_FALSE(framer.Feed(late.substr(next)));
+      const auto own = framer.Feed("AA:y\r\n3" + kEnd);
+      ASSERT_TRUE(own);
+      EXPECT_EQ(own->answer, "3");
+    }
+  }
+}
+
 }  // namespace
 }  // namespace ostrel

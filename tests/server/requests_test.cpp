@@ -29,6 +29,9 @@ TEST_F(Requests, AreRefusedWithTheirReason) {
       {"CSend", {1, "a\rb"}, 10014},
       {"CSend", {1, "a\n\n"}, 10014},
       {"CSend", {1, QString(QChar(0x3A9))}, 10014},
+      {"CSend", {1, QString(4097, 'x')}, 10014},
+      {"CSend", {1, 2, 3, 4, 5, 6, 7, 8, 9}, -32602},
+      {"CCancel", {1}, 0},
       {"CFrame", {1, 0}, 10020},
       {"CFrame", {1, 1}, 10021},
       {"CTimeout", {1, 0}, -32602},
@@ -52,6 +55,8 @@ TEST_F(Requests, OfABadClientLeaveTheSessionAlive) {
       {"hello\n", -32700},
       {QByteArray(5 * 1024 * 1024, 'x') + "\n", -32600},
       {"{\"jsonrpc\":\"2.0\",\"id\":0,\"method\":\"Quit\"}\r\n", -32601},
+      {"{\"jsonrpc\":\"2.0\",\"id\":\"" + QByteArray(129, 'x') + "\",\"method\":\"CAbout\"}\n",
+       -32600},
   };
   for (const auto& [bytes, code] : cases) {
     client.socket.write(bytes);
@@ -78,8 +83,9 @@ TEST_F(Requests, AClientThatDoesNotReadIsCutOffAndTheOthersGoOn) {
   Client other(path), client(path);
   other.Call("COpen", {"Tcp"});
   client.socket.setReadBufferSize(1);
-  const QByteArray request = "{\"jsonrpc\":\"2.0\",\"id\":\"" + QByteArray(1000 * 1000, 'x') +
-                             "\",\"method\":\"COpenLocked\"}\n";
+  // The answer names the member that there is not.
+  const QByteArray request =
+      "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"" + QByteArray(1000 * 1000, 'x') + "\"}\n";
   for (int i = 0; i < 4; ++i) client.socket.write(request);
   EXPECT_TRUE(WaitUntil([&client] { return client.socket.bytesToWrite() == 0; }));
   EXPECT_EQ(other.Exchange(1, "AA:x"), "re AA:x");
@@ -87,6 +93,18 @@ TEST_F(Requests, AClientThatDoesNotReadIsCutOffAndTheOthersGoOn) {
   for (int i = 0; i < 3; ++i) client.socket.write(request);
   EXPECT_TRUE(WaitUntil([&] { return client.socket.state() == QLocalSocket::UnconnectedState; }));
   EXPECT_EQ(other.Exchange(1, "AA:y"), "re AA:y");
+}
+
+TEST_F(Requests, AFloodOfThemLeavesTheOthersTheirTurn) {
+  Client flood(path), quiet(path);
+  quiet.Call("COpen", {"Tcp"});
+  QByteArray many;
+  for (int i = 1; i <= 10000; ++i) many += rpc::EncodeRequest(i, "COpenLocked", {});
+  flood.socket.write(many);
+  EXPECT_TRUE(WaitUntil([&flood] { return !flood.responses.empty(); }));
+  EXPECT_EQ(quiet.Exchange(1, "AA:x"), "re AA:x");
+  EXPECT_LT(flood.responses.size(), 500);
+  EXPECT_TRUE(WaitUntil([&flood] { return flood.responses.size() == 10000; }));
 }
 
 TEST_F(Requests, AChannelLimitHoldsOnEachConnection) {

@@ -90,7 +90,11 @@ TEST_F(Serial, ALineThatComesBackIsThatOfTheSameAdapter) {
     if (c.path != '-') (c.path == 's' ? same : other).Link(line);
     if (c.adapter == 's') same.Link(adapter);
     result.clear();
-    bus.Send({1, 1, "AA:x", 5000});
+    LineOut out;
+    out.channel = out.exchange = 1;
+    out.line = "AA:x";
+    out.limit = QDeadlineTimer(5000);
+    bus.Send(out);
     const std::string expected = c.answers ? same.path : "10027";
     EXPECT_TRUE(WaitUntil([&] { return result == expected; })) << &c - cases << ": " << result;
     bus.Release();

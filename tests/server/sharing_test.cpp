@@ -48,7 +48,8 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
     Lines seen;
     std::string answer;
   } steps[] = {
-      {1, "ver.", {"ver."}, "re ver."},          {1, "B1::", {"B1::"}, "re B1::"},
+      // Nobody knows what was current before the server was.
+      {1, "ver.", {"AA::", "ver."}, "re ver."},  {1, "B1::", {"B1::"}, "re B1::"},
       {1, "ver.", {"ver."}, "re ver."},          {2, "ver.", {"AA::", "ver."}, "re ver."},
       {1, "AA:ver.", {"AA:ver."}, "re AA:ver."}, {1, "all,ver.", {"all,ver."}, "re all,ver."},
       {1, "ver.", {"B1::", "ver."}, "re ver."},  {0, "", {}, ""},
@@ -84,6 +85,41 @@ TEST_F(Sharing, AStationIsCurrentForTheChannelThatMadeItSo) {
   EXPECT_EQ(device.lines, Lines{"AA::"});
 }
 
+TEST_F(Sharing, ALineThatNobodyWaitsForAnyMoreNeverGoesOut) {
+  Client one(path), two(path), late(path);
+  device.answer = [](const QByteArray& line) {
+    return line == "AA:held" ? QByteArray() : ScriptedDevice::Reply(line, "re " + line);
+  };
+  for (Client* client : {&one, &two, &late}) client->Call("COpen", {"Tcp"});
+  one.Call("CSend", {1, "AA:held"});
+  ASSERT_TRUE(Seen(1));
+  EXPECT_EQ(one.Call("CCancel", {1}), false) << "it went out";
+  EXPECT_EQ(one.Call("CStatus", {1}), 3);
+  two.Call("CSend", {2, "AA:given up"});
+  EXPECT_EQ(two.Call("CCancel", {2}), true);
+  two.Call("CSend", {2, "AA:older"});
+  two.Call("CSend", {2, "AA:newer"});
+  late.Call("CTimeout", {3, 1});
+  late.Call("CSend", {3, "AA:too late"});
+  const QJsonObject error = late.Notice()["error"].toObject();
+  EXPECT_EQ(Client::CodeOf(error), 10012);
+  EXPECT_TRUE(error["message"].toString().startsWith(kUnsentText)) << "while it waited";
+  device.Send(ScriptedDevice::Reply("AA:held", "1"));
+  EXPECT_EQ(two.Notice()["answer"], "re AA:newer");
+  EXPECT_EQ(late.Exchange(3, "AA:last"), "re AA:last");
+  EXPECT_EQ(device.lines, (Lines{"AA:held", "AA:newer", "AA:last"}));
+  EXPECT_TRUE(one.notices.empty()) << "nobody waited for the answer";
+}
+
+TEST_F(Sharing, AProgramMakesSoManyLinesWaitAndNoMore) {
+  Client client(path);
+  device.answer = [](const QByteArray&) { return QByteArray(); };
+  for (int channel = 1; channel <= 6; ++channel) {
+    client.Call("COpen", {"Tcp"});
+    EXPECT_EQ(client.Code("CSend", {channel, "AA:x"}), channel <= 5 ? 0 : 10014) << channel;
+  }
+}
+
 TEST_F(Sharing, AnEarlierFailureDoesNotHideThatTheLineWasLost) {
   Client client(path);
   client.Call("COpen", {"Tcp"});
@@ -110,39 +146,47 @@ TEST_F(Sharing, NoReplyOfADeviceKeepsAConnectionOpenThatNobodyHolds) {
   }
 }
 
-TEST_F(Sharing, TheOnlineChannelHasTheConnectionToItself) {
+TEST_F(Sharing, TheOnlineChannelHasTheConnectionToItselfAndReachesTheConnectedDevice) {
   Client client(path);
   client.Call("COpen", {"Tcp", 2});
-  device.answer = [](const QByteArray&) { return QByteArray(); };
+  client.Exchange(1, "B1::");
+  device.answer = [](const QByteArray& line) {
+    return line == "AA:1" ? QByteArray() : ScriptedDevice::Reply(line, "<<no station>>");
+  };
+  EXPECT_EQ(client.Code("COpen", {"Tcp", 3}), 10021) << "B1 would be reached";
+  EXPECT_EQ(client.Notice()["enabled"], true);
+  EXPECT_EQ(client.Notice()["enabled"], false);
   client.Call("CSend", {1, "AA:1"});
-  ASSERT_TRUE(Seen(1));
-  EXPECT_EQ(client.Call("COpen", {"Tcp", 3}), 2);
+  ASSERT_TRUE(Seen(3));
+  device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, ""); };
+  EXPECT_EQ(client.Call("COpen", {"Tcp", 3}), 3);
+  EXPECT_EQ(device.lines, (Lines{"B1::", "AA::", "AA:1", "AA::"}));
   EXPECT_EQ(Client::CodeOf(client.Notice()["error"].toObject()), 10019) << "what was under way";
-  for (const int channel : {1, 2}) {
+  for (const int channel : {1, 3}) {
     EXPECT_EQ(client.Notice(), (QJsonObject{{"channel", channel}, {"enabled", true}}));
     EXPECT_EQ(client.Call("COnlineEnabled", {channel}), true);
   }
   EXPECT_EQ(client.Code("COpen", {"Tcp", 3}), 10018);
   EXPECT_EQ(client.Code("CSend", {1, "AA:2"}), 10019);
-  EXPECT_EQ(client.Call("CFrame", {2}), 0);
+  EXPECT_EQ(client.Call("CFrame", {3}), 0);
 
   device.answer = [](const QByteArray& line) { return line + "\r\n\xE4\x1A<"; };
-  client.Call("CSend", {2, "\r"});
-  client.Call("CSend", {2, "ver\r"});
+  client.Call("CSend", {3, "\r"});
+  client.Call("CSend", {3, "ver\r"});
   EXPECT_EQ(client.Notice()["status"], 0);
   QString all;
   EXPECT_TRUE(
-      WaitUntil([&] { return (all += client.Call("CReceive", {2}).toString()).size() == 13; }));
+      WaitUntil([&] { return (all += client.Call("CReceive", {3}).toString()).size() == 13; }));
   EXPECT_EQ(all, QString::fromUtf8("\r\nä\x1A<ver\r\nä\x1A<"));
-  EXPECT_EQ(client.Call("CReceive", {2}), "");
+  EXPECT_EQ(client.Call("CReceive", {3}), "");
 
   client.notices.clear();
-  client.Call("CClose", {2});
+  client.Call("CClose", {3});
   EXPECT_EQ(client.Notice(), (QJsonObject{{"channel", 1}, {"enabled", false}}));
   device.answer = [](const QByteArray& line) { return ScriptedDevice::Reply(line, "b"); };
   device.lines.clear();
   EXPECT_EQ(client.Exchange(1, "ver."), "b");
-  EXPECT_EQ(device.lines, (Lines{"AA::", "ver."}));
+  EXPECT_EQ(device.lines, (Lines{"B1::", "ver."})) << "whatever the online channel made current";
 }
 
 TEST_F(Sharing, ALineThatAwaitsNoReplyFailsAsItsExchange) {
