@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace ostrel {
@@ -12,5 +13,9 @@ double ReadNumber(std::string_view text);
 
 /// The same, rounded to a 32-bit integer; what is beyond its range becomes the nearer bound.
 std::int32_t ReadInteger(std::string_view text);
+
+/// The whole number that a text is, blanks around it aside; nothing for any other text, and for a
+/// number beyond 32 bits.
+std::optional<std::int32_t> WholeNumber(std::string_view text);
 
 }  // namespace ostrel

@@ -111,6 +111,10 @@ TEST(Numbers, AreReadAsFarAsTheyGo) {
       {"+-3", 0},      {"--3", 0},   {"- 3", 0}, {"1e999", 0}, {"\t5", 0},
   };
   for (const auto& [text, number] : cases) EXPECT_EQ(ReadNumber(text), number) << text;
+  for (const char* none : {"", " ", "x", "1x", "1 2", "--1", "0.5", "<<1>>", "2147483648", "nan"}) {
+    EXPECT_FALSE(WholeNumber(none)) << none;
+  }
+  EXPECT_TRUE(WholeNumber(" -7 ") == -7 && WholeNumber("+6e1") == 60 && WholeNumber("5.0") == 5);
   EXPECT_EQ(ReadInteger("99999999999"), 2147483647);
   EXPECT_EQ(ReadInteger("-2147483649"), -2147483647 - 1);
 }

@@ -1,7 +1,5 @@
 #include "config/users/user_lines.h"
 
-#include <algorithm>
-
 #include "base/number.h"
 #include "base/text.h"
 #include "base/utf8.h"
@@ -92,22 +90,27 @@ std::optional<int> UserFromAnswer(const std::string& answer) {
 }
 
 std::optional<std::array<UserRecord, kUserCount>> UsersFromAnswer(std::string answer) {
+  answer = TrimAnswer(answer);
   std::array<UserRecord, kUserCount> users;
-  const auto next = [&answer] { return ReadInteger(NextLine(answer)); };
   for (UserRecord& user : users) {
-    user.passwordSet = next() != 0;
-    user.grant = std::clamp(next(), 0, kHighestGrant);
-    if (Trim(answer).empty()) return std::nullopt;
-    user.timeout = std::clamp(next(), 0, kMostMinutes);
+    const auto set = WholeNumber(NextLine(answer));
+    const auto grant = WholeNumber(NextLine(answer));
+    const auto minutes = WholeNumber(NextLine(answer));
+    // What was not understood must not come back to the device as a number of ours.
+    if (!set || !grant || !minutes) return std::nullopt;
+    user = {.passwordSet = *set != 0, .grant = *grant, .timeout = *minutes};
   }
-  return users;
+  return answer.empty() ? std::optional(users) : std::nullopt;
 }
 
-std::vector<bool> FlagsFromAnswer(std::string_view answer) {
+std::optional<std::vector<bool>> FlagsFromAnswer(std::string_view answer) {
   std::vector<bool> flags;
-  for (std::size_t at = answer.find('='); at != std::string_view::npos;
-       at = answer.find('=', at + 1)) {
-    flags.push_back(ReadInteger(answer.substr(at + 1)) != 0);
+  for (std::size_t at = answer.find('='); at != std::string_view::npos; at = answer.find('=')) {
+    answer.remove_prefix(at + 1);
+    const std::string_view value = Trim(answer);
+    const auto flag = WholeNumber(value.substr(0, value.find_first_of("\r\n,; ")));
+    if (flag != 0 && flag != 1) return std::nullopt;
+    flags.push_back(flag == 1);
   }
   return flags;
 }

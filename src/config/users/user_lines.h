@@ -18,8 +18,8 @@ inline constexpr std::string_view kNoPassword = "0";
 /// What a device tells of one of its users.
 struct UserRecord {
   bool passwordSet = false;
-  int grant = 0;    // level 0..5
-  int timeout = 0;  // minutes until the logout; 0 = never
+  int grant = 0;    // level 0..5, as read
+  int timeout = 0;  // minutes until the logout, 0..65535, as read; 0 = never
 };
 
 /// The ports that are excepted from the protection. COM4 is not on every device.
@@ -51,10 +51,11 @@ std::string SetExceptions(const PortExceptions& ports, const std::string& passwo
 
 /// The number behind "user" in the answer to WhoAmI; nothing when there is none.
 std::optional<int> UserFromAnswer(const std::string& answer);
-/// The six users; nothing when the answer has fewer values.
+/// The six users as the device has them, out of range or not; nothing when the answer is not three
+/// whole numbers of each.
 std::optional<std::array<UserRecord, kUserCount>> UsersFromAnswer(std::string answer);
-/// What stands behind each "=".
-std::vector<bool> FlagsFromAnswer(std::string_view answer);
+/// What stands behind each "="; nothing when one of them is neither 0 nor 1.
+std::optional<std::vector<bool>> FlagsFromAnswer(std::string_view answer);
 
 /// 0 when a password can stand in a line, else the message that says what it must not hold.
 int PasswordProblem(std::string_view password);

@@ -85,7 +85,8 @@ bool Users::ReadLogin(const Reading& device) {
 std::optional<int> Users::GrantRead(const Reading& station) {
   const std::optional<std::string> answer = Exchange(station, std::string(kGrantLine));
   if (!answer) return std::nullopt;
-  const int level = ReadInteger(*answer);
+  const std::optional<int> level = WholeNumber(TrimAnswer(*answer));
+  if (!level) desk_.texts.Warn(text::kDeviceReplied, "\n" + *answer);
   if (Concerns(station)) state_.grant = level;
   return level;
 }
@@ -118,13 +119,13 @@ std::optional<bool> Users::HasCom4(const Reading& device) {
 bool Users::ReadPorts(const Reading& device, bool com4) {
   const std::optional<std::string> answer = Exchange(device, user_lines::Exceptions());
   if (!answer) return false;
-  const std::vector<bool> flags = FlagsFromAnswer(*answer);
-  if (flags.size() < 2) {
+  const auto flags = FlagsFromAnswer(*answer);
+  if (!flags || flags->size() < 2) {
     desk_.texts.Warn(text::kDeviceReplied, "\n" + *answer);
     return false;
   }
-  PortExceptions ports{.com1 = flags[0], .com2 = flags[1], .com4 = {}};
-  if (com4) ports.com4 = flags.size() > 2 && flags[2];
+  PortExceptions ports{.com1 = (*flags)[0], .com2 = (*flags)[1], .com4 = {}};
+  if (com4 && flags->size() > 2) ports.com4 = (*flags)[2];
   state_.ports = ports;
   return true;
 }

@@ -176,7 +176,7 @@ TEST_F(UsersTest, ReadsAllOrNothingMoreThanThatThereIsNoAdministrator) {
   const UserState& state = users.State();
   EXPECT_TRUE(state.user == 2 && state.grant == 4 && state.protects == true);
   EXPECT_TRUE(state.users[1]->passwordSet && state.users[2]->timeout == 15);
-  EXPECT_TRUE(state.users[3]->grant == 5 && state.users[3]->timeout == 0) << "beyond the range";
+  EXPECT_TRUE(state.users[3]->grant == 9 && state.users[3]->timeout == -1) << "as read";
   EXPECT_TRUE(state.ports->com1 && !state.ports->com2 && state.ports->com4 == true);
 
   Select(false, "130");
@@ -188,9 +188,11 @@ TEST_F(UsersTest, ReadsAllOrNothingMoreThanThatThereIsNoAdministrator) {
   const struct {
     std::string line;
     const char *answer, *shown;
-  } faults[] = {{kWho, "nobody", "1280"},   {kWho, "<<no>>", "1280"}, {kRight, "<<no>>", "1280"},
-                {kAll, "1\r\n2", "1280"},   {kAll, nullptr, "1299"},  {kGate, nullptr, "10012"},
-                {kPorts, "1\r\n0", "1280"}, {kAll, "", "1280"}};
+  } faults[] = {{kWho, "nobody", "1280"},   {kWho, "<<no>>", "1280"},
+                {kRight, "<<no>>", "1280"}, {kAll, "1\r\n2", "1280"},
+                {kAll, nullptr, "1299"},    {kGate, nullptr, "10012"},
+                {kPorts, "1\r\n0", "1280"}, {kAll, "", "1280"},
+                {kRight, "4 of 5", "1280"}, {kPorts, "PWLrel 1=<<no>>\r\nPWLrel 2=0", "1280"}};
   for (const auto& fault : faults) {
     Select(true, "130");
     world.server.answers.erase("B1:" + fault.line);
@@ -200,6 +202,31 @@ TEST_F(UsersTest, ReadsAllOrNothingMoreThanThatThereIsNoAdministrator) {
     EXPECT_EQ(Sent().back(), fault.line);
     EXPECT_FALSE(state.ports);
   }
+}
+
+TEST_F(UsersTest, WhatWasNotReadIsNotWritten) {
+  // The administrator's record stands behind the guest's, and is written along with his settings.
+  const auto set = [&](const std::string& records) {
+    Select(true, "130");
+    world.server.answers["B1:" + kAll] = records;
+    world.dialogs.typed = {"geheim"};
+    return users.SetUser(0, 2, 0);
+  };
+  const std::string guest = "0\r\n1\r\n1\r\n", more = "\r\n1\r\n4\r\n15\r\n0\r\n5\r\n9";
+  const std::string others = more + more;
+  for (const char* record : {"1\r\nx\r\ny", "<<no>>\r\n5\r\n30", "1\r\n5\r\n", "1\r\n5",
+                             "1\r\n5\r\n30\r\n5", "1\r\n5\r\n30 h", "1\r\n5.5\r\n30",
+                             "1\r\n5\r\n99999999999", "1\r\n5\r\nnan", "set\r\n5\r\n30"}) {
+    EXPECT_EQ(set(guest + record + others), F) << record;
+    EXPECT_EQ(world.dialogs.Numbers(), "1280 1156") << record;
+    EXPECT_EQ(Sent(), Lines{kAll}) << record;
+  }
+  set(guest + "1\r\n7\r\n100000" + others + "\r\n");
+  EXPECT_EQ(Sent().back(), "passwort* 1 geheim=100000 7,passwort* 0 geheim=0 2");
+  world.server.answers["B1:" + kPorts] = "PWLrel 1=1\r\nPWLrel 2=0\r\nPWLrel 4=7";
+  world.dialogs.typed = {"geheim"};
+  EXPECT_EQ(users.SetPorts({false, true, {}}), F);
+  EXPECT_EQ(Sent().back(), kPorts) << "a flag that is neither";
 }
 
 TEST_F(UsersTest, TheAcceptedPasswordIsOfferedUntilDeviceOrUserChange) {
