@@ -161,14 +161,31 @@ TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {
   EXPECT_TRUE(close("&Yes"));
 }
 
-TEST_F(ConsolePageTest, PutsTextAsideWhenNobodyIsAsked) {
-  QTest::keyClicks(editor, "RegUn=1");
+TEST_F(ConsolePageTest, KeepsWhatIsNotSavedForTheNextRun) {
+  const auto aside = world.desktop.DocumentsFolder() / "Ostrel" / "UnsavedScript.txt";
+  const auto kept = [&aside] { return std::filesystem::exists(aside); };
+  auto& now = Find<QTimer>(window, "tmrUnsaved");
+  now.setInterval(0);
+  QTest::keyClicks(editor, "a");
+  EXPECT_TRUE(QTest::qWaitFor(kept)) << "now and then";
+  editor->undo();
+  EXPECT_FALSE(kept()) << "it is as it was";
+  QTest::keyClicks(editor, "b");
+  EXPECT_TRUE(QTest::qWaitFor(kept));
+  Answering("&Yes", [&] { Find<QPushButton>(window, "butRGLTool3").click(); });
+  EXPECT_FALSE(kept()) << "discarded";
+
+  std::make_unique<Console>(desk)->KeepUnsaved("RegUn=1");  // and its program ends
+  QTest::keyClicks(editor, "c");
   window.BeendenQuietly();
+  EXPECT_TRUE(std::filesystem::exists(aside.parent_path() / "UnsavedScript-2.txt"));
   const frmMain next(program, dialogs, Scheme::kSystem);
-  const auto& again = Find<CodeEditor>(next, "edtRTFRegL");
+  auto& again = Find<CodeEditor>(next, "edtRTFRegL");
   EXPECT_EQ(again.Text(), "RegUn=1");
   EXPECT_TRUE(again.document()->isModified());
-  EXPECT_TRUE(Console(desk).TakeUnsaved().empty()) << "it is there once";
+  EXPECT_TRUE(kept()) << "shown is not safe";
+  again.document()->setModified(false);
+  EXPECT_FALSE(kept());
 }
 
 TEST_F(WindowTest, SendingToSeveralStationsOpensTheLinkWhereThereIsNone) {
