@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <algorithm>
 #include <utility>
 
@@ -17,11 +18,19 @@ namespace ostrel {
 namespace {
 
 constexpr int kMargin = 6;
+constexpr int kMark = QTextFormat::UserProperty;
 
 /// Between the two: readable on the background, but behind the text.
 QColor Between(const QColor& text, const QColor& back) {
   return QColor((text.red() + back.red()) / 2, (text.green() + back.green()) / 2,
                 (text.blue() + back.blue()) / 2);
+}
+
+/// Formats are part of the document's history, so that undo and redo take the mark with them.
+void MarkWhole(const QTextDocument& document, int mark) {
+  QTextFrameFormat format = document.rootFrame()->frameFormat();
+  format.setProperty(kMark, mark);
+  document.rootFrame()->setFrameFormat(format);
 }
 
 /// Paragraphs as the lines of a file; what stands in them stays as it is.
@@ -94,16 +103,27 @@ std::string CodeEditor::Text() const {
   return WithLineEnds(document()->toRawText());
 }
 
-void CodeEditor::SetText(const std::string& text, bool undoable) {
+void CodeEditor::SetText(const std::string& text, bool undoable, int mark) {
   const QString shown = QString::fromStdString(text);
   if (undoable) {
     QTextCursor all(document());
+    all.beginEditBlock();
     all.select(QTextCursor::Document);
     all.insertText(shown);
+    MarkWhole(*document(), mark);
+    all.endEditBlock();
   } else {
     setPlainText(shown);
+    document()->setUndoRedoEnabled(false);  // else undo begins by taking the mark away
+    MarkWhole(*document(), mark);
+    document()->setUndoRedoEnabled(true);
+    document()->setModified(false);
   }
   moveCursor(QTextCursor::Start);
+}
+
+int CodeEditor::Mark() const {
+  return document()->rootFrame()->frameFormat().intProperty(kMark);
 }
 
 std::string CodeEditor::SelectedText() const {

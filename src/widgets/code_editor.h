@@ -19,8 +19,10 @@ class CodeEditor : public QPlainTextEdit {
 
   /// The whole text with CR LF between its lines, every character as it was given.
   std::string Text() const;
-  /// Replaces the whole text; the one before comes back with undo when `undoable`.
-  void SetText(const std::string& text, bool undoable = false);
+  /// Replaces the whole text; the one before comes back with undo when `undoable`. The mark goes
+  /// with the text: undo brings back that of the text before.
+  void SetText(const std::string& text, bool undoable = false, int mark = 0);
+  int Mark() const;
   /// The selected text with CR LF between its lines.
   std::string SelectedText() const;
   /// The line of the caret, counted from 0.

@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "base/texts.h"
+#include "base/user_files.h"
 #include "pages/console/console_texts.h"
 #include "wire/answers.h"
 #include "wire/line_rules.h"
@@ -38,6 +39,9 @@ std::string Ended(std::string answer) {
 }
 
 }  // namespace
+
+Console::Console(const Desk& desk)
+    : desk_(desk), unsaved_(UnsavedScriptFile(desk.computer.DocumentsFolder())) {}
 
 void Console::RGLAntwortAdd(const std::string& text) {
   if (onPane) onPane(text + std::string(kLineEnd));
@@ -76,7 +80,7 @@ Ending Console::Send(const std::string& script, const ScriptPart& part) {
   }
   const Running running(running_);
   if (!NotEmpty(script, text::kNoFileOpen) || !desk_.session.ToWrite()) return Ending::kFailed;
-  if (!ScriptFits(desk_.session.Device(), fileName_)) {
+  if (!ScriptFits(desk_.session.Device(), FileName())) {
     desk_.texts.Warn(text::kFileTypeDiffers);
     return Ending::kFailed;
   }
@@ -166,8 +170,7 @@ Ending Console::ReadFromDevice(const std::function<void(const std::string& scrip
   const std::optional<std::string> script = device ? ReadScriptText(*device) : std::nullopt;
   if (!script) return Ending::kFailed;
   // The file that was open holds another script, which a save must not replace.
-  fileName_.clear();
-  form_ = {};
+  origin_ = {};
   replace(*script);
   desk_.texts.Show(text::kSuccessful);
   return Ending::kDone;
@@ -204,7 +207,7 @@ Ending Console::SendToStations(const std::string& script, const StationsChooser&
   MonitorSet(true);
   std::string report;
   // While lines are sent another file may be opened.
-  const Ending ending = SendToEach(stations, lines, std::string(fileName_), report);
+  const Ending ending = SendToEach(stations, lines, std::string(FileName()), report);
   desk_.dialogs.Show({.number = 0, .text = report, .title = {}, .style = {}});
   return ending;
 }
@@ -237,8 +240,7 @@ Ending Console::SendToEach(const std::vector<std::string>& stations, const Scrip
 }
 
 void Console::New() {
-  fileName_.clear();
-  form_ = {};
+  origin_ = {};
   loaded_ = false;
 }
 

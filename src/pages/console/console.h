@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,7 +8,7 @@
 #include "device/desk.h"
 #include "pages/console/console_log.h"
 #include "pages/console/script.h"
-#include "pages/console/script_file.h"
+#include "pages/console/unsaved_script.h"
 
 namespace ostrel {
 
@@ -27,7 +26,7 @@ struct SentLine {
 /// lines CR LF separates. While lines are sent events run; what would send more then is refused.
 class Console {
  public:
-  explicit Console(const Desk& desk) : desk_(desk) {}
+  explicit Console(const Desk& desk);
 
   /// Where the answer pane's text goes; it comes with its CR LF.
   std::function<void(const std::string& text)> onPane;
@@ -62,7 +61,10 @@ class Console {
   bool SendQuietly(const Writing& device, const ScriptLines& lines);
 
   /// The script's file; empty until one was loaded or saved.
-  const std::string& FileName() const { return fileName_; }
+  const std::string& FileName() const { return origin_.fileName; }
+  /// The same with its form. Whoever brings another text back brings back where it came from.
+  const ScriptOrigin& Origin() const { return origin_; }
+  void SetOrigin(const ScriptOrigin& origin) { origin_ = origin; }
   bool ScriptLoaded() const { return loaded_; }
   /// Reads a script from a named file. What went wrong is shown.
   std::optional<std::string> Open(const std::string& fileName);
@@ -73,10 +75,10 @@ class Console {
   /// Writes the script to its file, or to one that the user chooses.
   Ending Save(const std::string& script);
   Ending SaveAs(const std::string& script);
-  /// Puts a script aside that was not saved, for the next run of the program; with an empty one
+  /// Puts a script aside that is not saved, for the next run of the program; with an empty one
   /// nothing is there any more. What fails is lost.
   void KeepUnsaved(const std::string& script);
-  /// What was put aside, once; empty when there is nothing.
+  /// What a program that has ended put aside, with where it came from; empty when there is nothing.
   std::string TakeUnsaved();
   /// Lets the user choose the file of the console log; false when he cancels.
   bool ChooseLogFile();
@@ -92,14 +94,12 @@ class Console {
                     const std::string& fileName, std::string& report);
   Ending Write(const std::string& fileName, const std::string& script);
   bool NotEmpty(const std::string& script, int message) const;
-  std::filesystem::path UnsavedFile() const;
 
   Desk desk_;
   ConsoleLog log_;
-  std::string fileName_;
-  ScriptForm form_;
+  ScriptOrigin origin_;
+  UnsavedScript unsaved_;
   bool loaded_ = false;
-  bool aside_ = false;  // a script of this run is put aside
   bool monitor_ = false;
   bool running_ = false;
 };

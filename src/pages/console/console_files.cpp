@@ -5,7 +5,6 @@
 
 #include "base/file_choice.h"
 #include "base/texts.h"
-#include "base/user_files.h"
 #include "pages/console/console.h"
 #include "pages/console/console_texts.h"
 
@@ -27,8 +26,7 @@ std::optional<std::string> Console::Open(const std::string& fileName) {
     desk_.texts.WarnFilled(outcome.message, outcome.detail);
     return std::nullopt;
   }
-  fileName_ = fileName;
-  form_ = std::move(form);
+  origin_ = {fileName, std::move(form)};
   loaded_ = true;
   return script;
 }
@@ -41,21 +39,21 @@ std::optional<std::string> Console::Load() {
 }
 
 Ending Console::Write(const std::string& fileName, const std::string& script) {
-  const ScriptForm::Encoding before = form_.encoding;
-  const FileOutcome outcome = WriteScript(fileName, script, form_);
+  const ScriptForm::Encoding before = origin_.form.encoding;
+  const FileOutcome outcome = WriteScript(fileName, script, origin_.form);
   if (outcome.message != 0) {
     desk_.texts.WarnFilled(outcome.message, outcome.detail);
     return Ending::kFailed;
   }
-  fileName_ = fileName;
+  origin_.fileName = fileName;
   loaded_ = true;
-  if (form_.encoding != before) desk_.texts.Show(text::kSavedAsUtf8);
+  if (origin_.form.encoding != before) desk_.texts.Show(text::kSavedAsUtf8);
   return Ending::kDone;
 }
 
 Ending Console::Save(const std::string& script) {
-  if (fileName_.empty()) return SaveAs(script);
-  return NotEmpty(script, text::kNoFileOpen) ? Write(fileName_, script) : Ending::kFailed;
+  if (FileName().empty()) return SaveAs(script);
+  return NotEmpty(script, text::kNoFileOpen) ? Write(FileName(), script) : Ending::kFailed;
 }
 
 Ending Console::SaveAs(const std::string& script) {
@@ -66,33 +64,16 @@ Ending Console::SaveAs(const std::string& script) {
   return file ? Write(*file, script) : Ending::kNotConfirmed;
 }
 
-std::filesystem::path Console::UnsavedFile() const {
-  return UnsavedScriptFile(desk_.computer.DocumentsFolder());
-}
-
 void Console::KeepUnsaved(const std::string& script) {
-  namespace fs = std::filesystem;
-  std::error_code ignored;
-  const fs::path file = UnsavedFile();
-  if (script.empty()) {
-    // What another window put aside is not this one's.
-    if (std::exchange(aside_, false)) fs::remove(file, ignored);
-    return;
-  }
-  fs::create_directories(file.parent_path(), ignored);
-  ScriptForm form;
-  aside_ = WriteScript(file.string(), script, form).message == 0;
-  // Scripts may hold passwords.
-  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
+  if (script.empty()) return unsaved_.Drop();
+  unsaved_.Keep(script, origin_);
 }
 
 std::string Console::TakeUnsaved() {
-  std::string script;
-  ScriptForm form;
-  if (ReadScript(UnsavedFile().string(), script, form).message != 0) return {};
-  std::error_code ignored;
-  std::filesystem::remove(UnsavedFile(), ignored);
-  return script;
+  std::optional<UnsavedScript::Contents> left = unsaved_.TakeUp();
+  if (!left) return {};
+  origin_ = std::move(left->origin);
+  return std::move(left->text);
 }
 
 bool Console::ChooseLogFile() {

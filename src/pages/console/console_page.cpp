@@ -24,6 +24,9 @@ namespace ostrel {
 
 namespace {
 
+/// How much of the user's typing a crash may cost.
+constexpr int kUnsavedMs = 3000;
+
 QString PathTip(const std::string& path) {
   return PlainTip(QString::fromStdString(VisibleLine(path)));
 }
@@ -36,7 +39,7 @@ ConsolePage::ConsolePage(const Seat& seat) : Page(seat), console_(desk_), recent
   Connect();
   console_.MonitorSet(chkRGLMonitor->isChecked());
   if (const std::string script = console_.TakeUnsaved(); !script.empty()) {
-    edtRTFRegL->SetText(script, true);
+    SetScript(script, true);
   }
 }
 
@@ -55,12 +58,17 @@ void ConsolePage::Connect() {
     if (on != console_.Monitor()) console_.MonitorSet(on);
   });
   connect(edtRTFRegL, &QPlainTextEdit::cursorPositionChanged, this, &ConsolePage::ShowCaret);
-  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this, [this] {
-    edtRTFRegL->ShowRunning(-1);
-    ShowCaret();  // a character behind the caret does not move it
+  connect(edtRTFRegL->document(), &QTextDocument::contentsChanged, this, &ConsolePage::TextChanged);
+  connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this, [this](bool modified) {
+    ShowFile();
+    if (modified) return;
+    tmrUnsaved->stop();
+    KeepUnsaved(false);
   });
-  connect(edtRTFRegL->document(), &QTextDocument::modificationChanged, this,
-          &ConsolePage::ShowFile);
+  tmrUnsaved = Named(new QTimer(this), "tmrUnsaved");
+  tmrUnsaved->setSingleShot(true);
+  tmrUnsaved->setInterval(kUnsavedMs);
+  connect(tmrUnsaved, &QTimer::timeout, this, [this] { KeepUnsaved(true); });
   // Questions and messages wait until the drop is over.
   edtRTFRegL->onFile = [this](const std::string& file) {
     QTimer::singleShot(0, this, [=, this] { Start(About::kFiles, [&] { Open(file); }); });
@@ -91,7 +99,7 @@ void ConsolePage::KeepUnsaved(bool unasked) {
 
 void ConsolePage::ReadFromDevice() {
   // Undo brings the text back that it replaces.
-  console_.ReadFromDevice([this](const std::string& script) { edtRTFRegL->SetText(script, true); });
+  console_.ReadFromDevice([this](const std::string& script) { SetScript(script, true); });
 }
 
 void ConsolePage::Send(ScriptPart::Mode mode) {
@@ -117,26 +125,46 @@ void ConsolePage::SendSeveral() {
 void ConsolePage::New() {
   if (!MayClose()) return;
   console_.New();
-  SetScript({});
+  Loaded({});
 }
 
 void ConsolePage::Load() {
   if (!MayClose()) return;
-  if (const auto script = console_.Load()) SetScript(*script);
+  if (const auto script = console_.Load()) Loaded(*script);
 }
 
 void ConsolePage::Open(const std::string& file) {
   if (!MayClose()) return;
-  if (const auto script = console_.Open(file)) SetScript(*script);
+  if (const auto script = console_.Open(file)) Loaded(*script);
 }
 
-void ConsolePage::SetScript(const std::string& text) {
-  edtRTFRegL->SetText(text);
+void ConsolePage::Loaded(const std::string& script) {
+  SetScript(script);
   Saved(Ending::kDone);
+}
+
+void ConsolePage::SetScript(const std::string& text, bool undoable) {
+  if (!undoable) origins_.clear();
+  origins_.push_back(console_.Origin());
+  mark_ = static_cast<int>(origins_.size()) - 1;
+  edtRTFRegL->SetText(text, undoable, mark_);
+  ShowFile();
+}
+
+void ConsolePage::TextChanged() {
+  if (edtRTFRegL->Mark() != mark_) {
+    mark_ = edtRTFRegL->Mark();
+    console_.SetOrigin(origins_.at(static_cast<std::size_t>(mark_)));
+    ShowFile();
+  }
+  if (edtRTFRegL->document()->isModified() && !tmrUnsaved->isActive()) tmrUnsaved->start();
+  edtRTFRegL->ShowRunning(-1);
+  ShowCaret();  // a character behind the caret does not move it
 }
 
 void ConsolePage::Saved(Ending ending) {
   if (ending != Ending::kDone) return;
+  origins_.at(static_cast<std::size_t>(mark_)) = console_.Origin();
   edtRTFRegL->document()->setModified(false);
   if (!console_.FileName().empty()) recent_.Add(console_.FileName());
 }

@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QMenu;
 class QPlainTextEdit;
+class QTimer;
 
 namespace ostrel {
 
@@ -48,7 +49,10 @@ class ConsolePage : public Page {
   void Open(const std::string& file);
   void Export();
   void Saved(Ending ending);
-  void SetScript(const std::string& text);
+  void Loaded(const std::string& script);
+  /// Shows a text that comes from where the console's script comes from.
+  void SetScript(const std::string& text, bool undoable = false);
+  void TextChanged();
   void ShowFile();
   void ShowCaret();
   void ShowProgress(const SentLine& line);
@@ -57,6 +61,9 @@ class ConsolePage : public Page {
 
   Console console_;
   RecentFiles recent_;
+  std::vector<ScriptOrigin> origins_{1};  // by the marks of the texts that undo brings back
+  int mark_ = 0;                          // of the text that is shown
+  QTimer* tmrUnsaved;
   CodeEditor* edtRTFRegL;
   QPlainTextEdit* edtREGLAntwort;
   QCheckBox* chkRGLMonitor;

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/files.h"
 #include "kit/window.h"
 #include "pages/console/console.h"
 #include "widgets/code_editor.h"
@@ -161,14 +162,81 @@ TEST_F(ConsolePageTest, AsksBeforeTextIsLost) {
   EXPECT_TRUE(close("&Yes"));
 }
 
-TEST_F(ConsolePageTest, PutsTextAsideWhenNobodyIsAsked) {
-  QTest::keyClicks(editor, "RegUn=1");
+TEST_F(ConsolePageTest, KeepsWhatIsNotSavedForTheNextRun) {
+  const auto aside = world.desktop.DocumentsFolder() / "Ostrel" / "UnsavedScript.txt";
+  const auto kept = [&aside] { return std::filesystem::exists(aside); };
+  auto& now = Find<QTimer>(window, "tmrUnsaved");
+  now.setInterval(0);
+  QTest::keyClicks(editor, "a");
+  EXPECT_TRUE(QTest::qWaitFor(kept)) << "now and then";
+  editor->undo();
+  EXPECT_FALSE(kept()) << "it is as it was";
+  QTest::keyClicks(editor, "b");
+  EXPECT_TRUE(QTest::qWaitFor(kept));
+  Answering("&Yes", [&] { Find<QPushButton>(window, "butRGLTool3").click(); });
+  EXPECT_FALSE(kept()) << "discarded";
+
+  {
+    Console ending(desk);
+    ending.SetOrigin({"/scripts/lx.lxl", {}});
+    ending.KeepUnsaved("RegUn=1");
+  }
+  QTest::keyClicks(editor, "c");
   window.BeendenQuietly();
+  EXPECT_TRUE(std::filesystem::exists(aside.parent_path() / "UnsavedScript-2.txt"));
   const frmMain next(program, dialogs, Scheme::kSystem);
-  const auto& again = Find<CodeEditor>(next, "edtRTFRegL");
+  auto& again = Find<CodeEditor>(next, "edtRTFRegL");
   EXPECT_EQ(again.Text(), "RegUn=1");
   EXPECT_TRUE(again.document()->isModified());
-  EXPECT_TRUE(Console(desk).TakeUnsaved().empty()) << "it is there once";
+  EXPECT_EQ(Find<QLabel>(next, "lblFile").text(), "lx.lxl *");
+  EXPECT_TRUE(kept()) << "shown is not safe";
+  again.document()->setModified(false);
+  EXPECT_FALSE(kept());
+}
+
+TEST_F(ConsolePageTest, NameAndTypeGoWithTheText) {
+  const std::string file = (world.desktop.folder / "lx.lxl").string();
+  std::ofstream(file) << "RegSW#\n";
+  During<QFileDialog>([&] { Find<QPushButton>(window, "butRGLTool0").click(); },
+                      [&](QFileDialog& dialog) {
+                        Find<QLineEdit>(dialog, "fileNameEdit").setText(file.c_str());
+                        QMetaObject::invokeMethod(&dialog, "accept");
+                      });
+  const auto& label = Find<QLabel>(window, "lblFile");
+  EXPECT_EQ(label.text(), "lx.lxl");
+  QTest::keyClicks(editor, "#");
+  for (const char* line : {"ver", "Hlist*", "PList*", "QList*", "menuappn *", "menuapp *",
+                           "LName *", "Urat *", "Irat *", "KFaktor *", "EUnit *"}) {
+    world.server.answers[std::string("AA:") + line] = line;
+  }
+  QString during;
+  QTimer poll;
+  QObject::connect(&poll, &QTimer::timeout, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    during = label.text();  // at last that of the message
+    box->buttons().constFirst()->click();
+  });
+  poll.start(0);
+  Find<QPushButton>(window, "butRGLTool4").click();
+  EXPECT_EQ(during, "(new script) *");
+  poll.stop();
+
+  editor->undo();
+  EXPECT_EQ(label.text(), "lx.lxl *");
+  sentBefore = world.server.sent.size();
+  EXPECT_NE(Sending(Qt::ControlModifier | Qt::ShiftModifier).find("10259"), std::string::npos);
+  EXPECT_EQ(Sent(), std::vector<std::string>{}) << "it is another model's";
+  editor->undo();
+  EXPECT_EQ(label.text(), "lx.lxl");
+  editor->redo();
+  editor->redo();
+  EXPECT_EQ(label.text(), "(new script) *");
+  editor->undo();
+  Find<QPushButton>(window, "butRGLTool1").click();
+  std::string saved;
+  ASSERT_EQ(ReadBytes(file, 100, saved), 0);
+  EXPECT_EQ(saved, "#RegSW#\n") << "with the line ends of its file";
 }
 
 TEST_F(WindowTest, SendingToSeveralStationsOpensTheLinkWhereThereIsNone) {
