@@ -37,10 +37,6 @@ class ScriptedServer : public AutomationObject {
     if (member == "CSend") return Send(text(1));
     if (member == "CCancel") return Cancel();
     if (member == "CClose") ++script_.closed;
-    if (member == "CCancel") {
-      ++script_.cancelled;
-      return {script_.waits, 0, {}};
-    }
     if (member == "CNotifyApp") script_.notices.push_back(text(1));
     if (member == "CAbout") script_.notices.push_back(text(0));
     if (member == "COpen") {

@@ -92,8 +92,7 @@ struct ServerScript {
 
   std::vector<std::string> sent, opened, created, choosers, takenBack;
   std::vector<std::string> notices;
-  int timeout = 10, frame = 0, translate = 0, closed = 0, received = 0, cancelled = 0;
-  bool waits = false;  // lines do not go out
+  int timeout = 10, frame = 0, translate = 0, closed = 0, received = 0;
 };
 
 class ScriptedFactory : public AutomationFactory {
