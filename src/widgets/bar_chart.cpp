@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "widgets/scheme.h"
 
@@ -21,12 +22,12 @@ constexpr double kLowestTop = 10;
 constexpr int kPictureWidth = 1200;
 constexpr int kPictureHeight = 600;
 
-QString PositionText(int position) {
-  return (position > 0 ? QStringLiteral("+") : QString()) + QLocale().toString(position);
+QString PositionText(double position, const QLocale& locale) {
+  const int whole = static_cast<int>(std::lround(position));
+  return (whole > 0 ? QStringLiteral("+") : QString()) + locale.toString(whole);
 }
 
-QString CountText(double count) {
-  QLocale locale;
+QString CountText(double count, QLocale locale) {
   locale.setNumberOptions(locale.numberOptions() & ~QLocale::OmitGroupSeparator);
   return locale.toString(static_cast<qlonglong>(count));
 }
@@ -42,17 +43,20 @@ QColor Mixed(const QColor& front, const QColor& back, double part) {
 /// Ticks at whole numbers only.
 class WholeTicker : public QCPAxisTicker {
  public:
-  explicit WholeTicker(QString (*text)(double)) : text_(text) {}
+  using Text = std::function<QString(double, const QLocale&)>;
+  explicit WholeTicker(Text text) : text_(std::move(text)) {}
 
  protected:
   double getTickStep(const QCPRange& range) override {
     return std::max(1.0, std::round(QCPAxisTicker::getTickStep(range)));
   }
   int getSubTickCount(double) override { return 0; }
-  QString getTickLabel(double tick, const QLocale&, QChar, int) override { return text_(tick); }
+  QString getTickLabel(double tick, const QLocale& locale, QChar, int) override {
+    return text_(tick, locale);
+  }
 
  private:
-  QString (*text_)(double);
+  Text text_;
 };
 
 QCPItemText* AddText(QCustomPlot* plot) {
@@ -94,8 +98,7 @@ BarChart::BarChart(QWidget* parent) : QWidget(parent), plot_(new QCustomPlot(thi
 }
 
 void BarChart::MakeAxes() {
-  plot_->xAxis->setTicker(QSharedPointer<WholeTicker>::create(
-      [](double tick) { return PositionText(static_cast<int>(std::lround(tick))); }));
+  plot_->xAxis->setTicker(QSharedPointer<WholeTicker>::create(&PositionText));
   plot_->yAxis->setTicker(QSharedPointer<WholeTicker>::create(&CountText));
   plot_->xAxis->ticker()->setTickCount(12);
   plot_->xAxis->grid()->setVisible(false);
@@ -155,6 +158,8 @@ void BarChart::Colour() {
 
 void BarChart::SetData(const BarChartData& values) {
   data_ = values;
+  const QString locale = QString::fromStdString(data_.locale);
+  plot_->setLocale(locale.isEmpty() ? QLocale() : QLocale(locale));
   QVector<double> positions, counts;
   for (std::size_t n = 0; n < data_.counts.size(); ++n) {
     positions.append(data_.first + static_cast<int>(n));
@@ -213,7 +218,8 @@ void BarChart::Mark(int position) {
   const double count = data_.counts[static_cast<std::size_t>(position - data_.first)];
   const QCPRange shown = plot_->xAxis->range();
   marked_->setData({static_cast<double>(position)}, {count}, true);
-  label_->setText(PositionText(position) + QStringLiteral(": ") + CountText(count));
+  label_->setText(PositionText(position, plot_->locale()) + QStringLiteral(": ") +
+                  CountText(count, plot_->locale()));
   // The label stays inside the chart.
   const double place = (position - shown.lower) / shown.size();
   const Qt::Alignment side = place < 0.1   ? Qt::AlignLeft

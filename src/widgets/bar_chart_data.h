@@ -12,6 +12,7 @@ struct BarChartData {
   std::vector<std::int32_t> counts;
   std::string positionLabel;
   std::string countLabel;
+  std::string locale = {};  // of the numbers, such as "de"; empty = the user's
 };
 
 }  // namespace ostrel

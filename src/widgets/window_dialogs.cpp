@@ -134,6 +134,8 @@ std::optional<std::string> WindowDialogs::AskText(const InputRequest& request) {
   box.setOkButtonText(Caption(text::kOk));
   box.setCancelButtonText(Caption(text::kCancel));
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+  // A title is shown whole, beside the buttons of its bar.
+  box.setMinimumWidth(box.fontMetrics().horizontalAdvance(box.windowTitle() + "00000000000000"));
   if (!RunModal(box) || silent_) return std::nullopt;
   return box.textValue().toStdString();
 }

@@ -28,7 +28,6 @@ TEST_F(CliTest, ExitStatusAndStreams) {
       {{"send", "silent"}, 1, "", "10012: "},
       {{"--station", "ZZ", "identify"}, 1, "", "10012: "},
       {{"--station", "B2", "identify"}, 1, "", "20013: "},
-      {{"statistics", "--chart", "/no/such/folder/x.png"}, 1, "", "/no/such/folder/x.png"},
       {{"statistics", "--csv"}, 0, "\n59,1\ntotal,120\nunderLoad,65535\n", ""},
       {{"statistics", "clear"}, 3, "", "20009: "},
       {{"statistics", "clear", "--yes"}, 0, "", ""},
@@ -51,6 +50,15 @@ TEST_F(CliTest, ExitStatusAndStreams) {
     EXPECT_EQ(err.empty(), *c.err == 0) << called << err;
     EXPECT_EQ((out + err).find('\x1b'), std::string::npos) << called;
   }
+}
+
+TEST_F(CliTest, TotalsThatAreNotReadCostNoCounters) {
+  world.server.answers["AA:RegTAPSUM#"] = "<<unknown>>";
+  EXPECT_EQ(Run({"statistics", "--csv"}), 1);
+  EXPECT_TRUE(out.ends_with("\n59,1\ntotal,\nunderLoad,65535\n")) << out;
+  EXPECT_NE(err.find("1280: "), std::string::npos) << err;
+  EXPECT_EQ(Run({"statistics", "--json"}), 1);
+  EXPECT_TRUE(out.ends_with("1], \"total\": null, \"underLoad\": 65535}\n")) << out;
 }
 
 TEST_F(CliTest, JsonAndNothingElse) {

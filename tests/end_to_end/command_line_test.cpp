@@ -133,6 +133,9 @@ TEST(CommandLine, TextChartAndPicture) {
   QFile picture(file);
   ASSERT_TRUE(picture.open(QIODevice::ReadOnly));
   EXPECT_TRUE(picture.readAll().startsWith("\x89PNG\r\n"));
+  const Outcome refused = programs.Run({"statistics", "--chart", "/no/such/folder/x.png"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(refused.err.contains("x.png: No such file")) << refused.err.toStdString();
 }
 
 }  // namespace

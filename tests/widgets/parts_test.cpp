@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QLocale>
 #include <string>
 
 #include "widgets/bar_chart.h"
+#include "widgets/bar_chart_png.h"
 #include "widgets/scheme.h"
 #include "widgets/window_dialogs.h"
 
@@ -59,6 +61,21 @@ TEST(BarChart, IsAPictureInTheSchemesColours) {
     // The one high bar stands in the middle.
     EXPECT_NE(picture.pixelColor(350, 200), picture.pixelColor(2, 2)) << dark;
   }
+}
+
+TEST(BarChart, HasItsNumbersAsItsLanguageWritesThem) {
+  const QLocale before;
+  const auto picture = [&](const char* locale, const QLocale& users) {
+    QLocale::setDefault(users);
+    std::string png =
+        BarChartPng({0, {1000, 65535}, "Tap", "Count", locale});  // 10,000 or 10.000 at the axis
+    QLocale::setDefault(before);
+    return png;
+  };
+  const QLocale german(QLocale::German), english(QLocale::English);
+  EXPECT_EQ(picture("de", english), picture("", german));
+  EXPECT_EQ(picture("en", german), picture("", english));
+  EXPECT_NE(picture("de", english), picture("en", english));
 }
 
 }  // namespace

@@ -107,10 +107,7 @@ QHBoxLayout* UsersPage::SendRow() {
   row->addWidget(
       OfUser(captions_.Button("butPWSendSi", text::kSendSettings, [this] { SendSettings(); })));
   row->addWidget(Command(
-      "butPWPW", text::kSetPassword, About::kDevice,
-      [this] {
-        if (users_.SetPassword(SelectedUser()) == Ending::kDone) ShowFields();
-      },
+      "butPWPW", text::kSetPassword, About::kDevice, [this] { SetPassword(); },
       // The first password is the administrator's.
       [this] {
         const std::optional<bool>& protects = users_.State().protects;

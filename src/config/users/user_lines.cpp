@@ -16,7 +16,7 @@ std::string Flag(bool excepted) {
 
 std::string SettingsItem(int user, const UserRecord& record, const std::string& password) {
   return "passwort* " + std::to_string(user) + " " + password + "=" +
-         std::to_string(record.timeout) + " " + std::to_string(record.grant);
+         std::to_string(record.timeout) + " " + std::to_string(record.grant.value_or(0));
 }
 
 /// ASCII without control characters and blank, and the printable rest of ISO 8859-1 as UTF-8.

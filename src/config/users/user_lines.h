@@ -18,8 +18,8 @@ inline constexpr std::string_view kNoPassword = "0";
 /// What a device tells of one of its users.
 struct UserRecord {
   bool passwordSet = false;
-  int grant = 0;    // level 0..5, as read
-  int timeout = 0;  // minutes until the logout, 0..65535, as read; 0 = never
+  std::optional<int> grant;  // level 0..5, as read; absent = not known
+  int timeout = 0;           // minutes until the logout, 0..65535, as read; 0 = never
 };
 
 /// The ports that are excepted from the protection. COM4 is not on every device.
@@ -38,7 +38,8 @@ std::string LogIn(int user, const std::string& password);
 std::string LogOut();
 /// With the password until now of this user or the administrator's.
 std::string SetPassword(int user, const std::string& current, const std::string& fresh);
-/// Grant and minutes of one user. Those of the guest stand behind the administrator's own.
+/// Grant and minutes of one user; both grants are known. Those of the guest stand behind the
+/// administrator's own.
 std::string SetUser(int user, const UserRecord& record, const UserRecord& administrator,
                     const std::string& password);
 std::string Unprotect(const std::string& password);
@@ -51,8 +52,8 @@ std::string SetExceptions(const PortExceptions& ports, const std::string& passwo
 
 /// The number behind "user" in the answer to WhoAmI; nothing when there is none.
 std::optional<int> UserFromAnswer(const std::string& answer);
-/// The six users as the device has them, out of range or not; nothing when the answer is not three
-/// whole numbers of each.
+/// The six users as the device tells them, out of range or not; nothing when the answer is not
+/// three whole numbers of each. Whoever is logged in lends the guest his grant.
 std::optional<std::array<UserRecord, kUserCount>> UsersFromAnswer(std::string answer);
 /// What stands behind each "="; nothing when one of them is neither 0 nor 1.
 std::optional<std::vector<bool>> FlagsFromAnswer(std::string_view answer);

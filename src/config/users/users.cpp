@@ -22,28 +22,37 @@ std::string Users::UserName(int user) const {
   return desk_.texts.Caption(text::kUserGuest + user);
 }
 
+std::string Users::Prompt(int user, int id) const {
+  return UserName(user) + ": " + desk_.texts.Caption(id);
+}
+
 void Users::DeviceChanged() {
   state_ = {};
   administratorsPassword_.clear();
 }
 
+std::optional<std::string> Users::Reach(const Reading& station, const std::string& line,
+                                        bool settingPassword) {
+  Answer answer = station.Try(line);
+  if (answer.Ok()) return std::move(answer.text);
+  if (Concerns(station)) state_ = {};
+  // Why there is no connection stands below.
+  const std::string why = "\n" + desk_.texts.Shown(answer.error);
+  const std::string none = "\n" + desk_.texts.Shown(text::kNoConnectionToDevice);
+  if (settingPassword) {
+    desk_.texts.Warn(text::kPasswordNotChanged, none + why);
+  } else {
+    desk_.texts.Warn(text::kNoConnectionToDevice, why);
+  }
+  return std::nullopt;
+}
+
 std::optional<std::string> Users::Exchange(const Reading& station, const std::string& line,
                                            const std::vector<std::string>& passwords,
                                            bool settingPassword) {
-  Answer answer = station.Try(line);
-  if (!answer.Ok()) {
-    // Why there is no connection stands below.
-    const std::string why = "\n" + desk_.texts.Shown(answer.error);
-    const std::string none = "\n" + desk_.texts.Shown(text::kNoConnectionToDevice);
-    if (settingPassword) {
-      desk_.texts.Warn(text::kPasswordNotChanged, none + why);
-    } else {
-      desk_.texts.Warn(text::kNoConnectionToDevice, why);
-    }
-    return std::nullopt;
-  }
-  if (!IsErrorAnswer(answer.text) && !IsRefusal(answer.text)) return std::move(answer.text);
-  desk_.texts.Warn(text::kDeviceReplied, "\n" + WithoutPasswords(answer.text, passwords));
+  std::optional<std::string> answer = Reach(station, line, settingPassword);
+  if (!answer || (!IsErrorAnswer(*answer) && !IsRefusal(*answer))) return answer;
+  desk_.texts.Warn(text::kDeviceReplied, "\n" + WithoutPasswords(*answer, passwords));
   return std::nullopt;
 }
 
@@ -51,19 +60,35 @@ std::optional<Writing> Users::ToChange() {
   std::optional<Writing> device = desk_.session.ToWrite();
   // Which passwords there are decides what is asked, and the settings of the administrator are sent
   // along with the guest's.
-  if (!device || state_.users[kAdministrator] || ReadUsers(*device)) return device;
+  if (!device || state_.users[kAdministrator]) return device;
+  const bool read = ReadUsers(*device);
+  KeepGuestsOwnGrant();
+  if (read) return device;
   desk_.texts.Warn(text::kTransferCancelled);
   return std::nullopt;
 }
 
 bool Users::PWReadAll() {
+  state_ = {};
   const std::optional<Reading> device = desk_.session.ToRead();
   if (!device) return false;
   const BusyPointer busy(desk_.dialogs);
   if (!ReadLogin(*device) || !ReadUsers(*device)) return false;
   if (!*state_.protects) return true;
   const std::optional<bool> com4 = HasCom4(*device);
-  return com4 && ReadPorts(*device, *com4);
+  const bool read = com4 && ReadPorts(*device, *com4);
+  KeepGuestsOwnGrant();
+  return read;
+}
+
+/// The guest's record tells the grant in force: another user's while one is logged in, the highest
+/// one also where the port is excepted over which it was read.
+void Users::KeepGuestsOwnGrant() {
+  std::optional<UserRecord>& guest = state_.users[0];
+  if (!guest) return;
+  const auto& ports = state_.ports;
+  const bool excepts = !ports || ports->com1 || ports->com2 || ports->com4.value_or(false);
+  if (state_.user != 0 || (excepts && guest->grant == kHighestGrant)) guest->grant.reset();
 }
 
 bool Users::ReadLogin() {
@@ -72,6 +97,7 @@ bool Users::ReadLogin() {
 }
 
 bool Users::ReadLogin(const Reading& device) {
+  state_.user = state_.grant = std::nullopt;
   const std::optional<std::string> answer = Exchange(device, user_lines::WhoAmI());
   if (!answer) return false;
   state_.user = UserFromAnswer(*answer);
@@ -83,6 +109,7 @@ bool Users::ReadLogin(const Reading& device) {
 }
 
 std::optional<int> Users::GrantRead(const Reading& station) {
+  if (Concerns(station)) state_.grant.reset();
   const std::optional<std::string> answer = Exchange(station, std::string(kGrantLine));
   if (!answer) return std::nullopt;
   const std::optional<int> level = WholeNumber(TrimAnswer(*answer));
@@ -111,12 +138,14 @@ bool Users::ReadUsers(const Reading& device) {
 }
 
 std::optional<bool> Users::HasCom4(const Reading& device) {
-  const std::optional<std::string> answer = device.Ask(user_lines::FeatureNumber());
+  // A device that does not know the question has none.
+  const std::optional<std::string> answer = Reach(device, user_lines::FeatureNumber());
   if (!answer) return std::nullopt;
   return ReadNumber(*answer) >= kCom4Number;
 }
 
 bool Users::ReadPorts(const Reading& device, bool com4) {
+  state_.ports.reset();
   const std::optional<std::string> answer = Exchange(device, user_lines::Exceptions());
   if (!answer) return false;
   const auto flags = FlagsFromAnswer(*answer);
@@ -139,7 +168,7 @@ Ending Users::LogIn(int user) {
   if (!device) return Ending::kFailed;
   std::string password;
   const Ending asked = AskPassword({.title = UserName(user),
-                                    .prompt = desk_.texts.Caption(text::kUserPassword),
+                                    .prompt = Prompt(user, text::kUserPassword),
                                     .value = {},
                                     .password = true},
                                    password);
@@ -163,9 +192,7 @@ bool Users::LogIn(const Writing& station, int user, const std::string& password)
 bool Users::LogOut() {
   const std::optional<Writing> device = desk_.session.ToWrite();
   if (!device) return false;
-  const Answer answer = device->Try(user_lines::LogOut());
-  desk_.texts.Warn(answer.error);
-  if (!answer.Ok()) return false;
+  if (!Reach(*device, user_lines::LogOut())) return false;
   state_.user.reset();
   state_.grant.reset();
   administratorsPassword_.clear();

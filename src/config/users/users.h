@@ -31,8 +31,9 @@ class Users {
   /// Another device was selected: nothing of it is known, and the password is forgotten.
   void DeviceChanged();
 
-  /// Reads who is logged in, the grant, the users and the exceptions. Without an administrator's
-  /// password State().protects is false, and the other users and the ports are not read.
+  /// Reads who is logged in, the grant, the users and the exceptions; what fails is known no more.
+  /// Without an administrator's password State().protects is false, and the other users and the
+  /// ports are not read.
   bool PWReadAll();
   /// Reads who is logged in and the grant alone.
   bool ReadLogin();
@@ -55,6 +56,10 @@ class Users {
   Ending SetPorts(PortExceptions ports);
 
  private:
+  /// Shows only that the device is not reached. What it has is not known any more then.
+  std::optional<std::string> Reach(const Reading& station, const std::string& line,
+                                   bool settingPassword = false);
+  /// The same, and what the device refuses.
   std::optional<std::string> Exchange(const Reading& station, const std::string& line,
                                       const std::vector<std::string>& passwords = {},
                                       bool settingPassword = false);
@@ -62,10 +67,13 @@ class Users {
   /// To change the device, once its users are known.
   std::optional<Writing> ToChange();
   bool ReadUsers(const Reading& device);
+  void KeepGuestsOwnGrant();
   bool ReadPorts(const Reading& device, bool com4);
   std::optional<bool> HasCom4(const Reading& device);
   bool NeedsAdministrator();
 
+  /// What is asked of a user, with his name: a terminal shows no title, a narrow window not all.
+  std::string Prompt(int user, int id) const;
   Ending AskPassword(const InputRequest& request, std::string& password);
   Ending AskAdministrators(std::string& password);
   Ending AskNew(int user, std::string& password);

@@ -17,11 +17,12 @@ std::string UsersJson(const Users& users) {
   for (int user = 0; user < kUserCount; ++user) {
     const auto& record = users.State().users[static_cast<std::size_t>(user)];
     if (!record) continue;
+    const std::string grant = record->grant ? std::to_string(*record->grant) : "null";
     list.push_back(JsonObject()
                        .Add("user", user)
                        .Add("name", users.UserName(user))
                        .Add("passwordSet", record->passwordSet)
-                       .Add("grant", record->grant)
+                       .AddRaw("grant", grant)
                        .Add("timeout", record->timeout)
                        .Text());
   }
@@ -57,7 +58,8 @@ void PrintUsers(const Users& users, const Desk& desk, Terminal& terminal) {
     const auto& record = users.State().users[static_cast<std::size_t>(user)];
     if (!record) continue;
     rows.push_back({users.UserName(user), record->passwordSet ? terminal.Text(text::kIsSet) : "–",
-                    std::to_string(record->timeout), GrantText(desk.texts, record->grant)});
+                    std::to_string(record->timeout),
+                    record->grant ? GrantText(desk.texts, *record->grant) : "–"});
   }
   terminal.PrintTable(rows);
 }

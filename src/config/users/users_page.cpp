@@ -48,7 +48,9 @@ void UsersPage::Refresh() {
     const auto& record = state.users[static_cast<std::size_t>(user)];
     row.setText(0, QString::fromStdString(users_.UserName(user)));
     row.setText(1, record && record->passwordSet ? captions_.Text(text::kIsSet) : none);
-    row.setText(2, record ? QString::fromStdString(GrantText(desk_.texts, record->grant)) : none);
+    row.setText(2, record && record->grant
+                       ? QString::fromStdString(GrantText(desk_.texts, *record->grant))
+                       : none);
     row.setText(3, record ? QString::number(record->timeout) : none);
   }
   QHeaderView* const header = lstUsers->header();
@@ -66,9 +68,8 @@ void UsersPage::ShowFields() {
 
 void UsersPage::ShowUser() {
   const std::optional<UserRecord>& record = SelectedRecord();
-  // The guest's record tells the grant in force: his own only while nobody is logged in.
-  const bool own = SelectedUser() != 0 || users_.State().user == 0;
-  cmbPWGrants->setCurrentIndex(record && own ? record->grant : -1);
+  const int grant = record ? record->grant.value_or(-1) : -1;
+  cmbPWGrants->setCurrentIndex(grant >= 0 && grant <= kHighestGrant ? grant : -1);
   edtPWTimeout->setText(record ? QString::number(record->timeout) : QString());
   txtPWUser->setText(lstUsers->topLevelItem(SelectedUser())->text(0));
 }
@@ -86,19 +87,27 @@ void UsersPage::PWReadAll() {
   Refresh();
   ShowFields();
   if (!read || *users_.State().protects) return;
-  frmMeldLogin::DoDialog(window(), desk_, users_);
+  if (frmMeldLogin::DoDialog(window(), desk_, users_)) return PWReadAll();
   ShowFields();
+}
+
+void UsersPage::SetPassword() {
+  const std::optional<bool> protects = users_.State().protects;
+  const bool set = users_.SetPassword(SelectedUser()) == Ending::kDone;
+  // With the protection begins or ends what there is to see.
+  set&& users_.State().protects != protects ? PWReadAll() : ShowFields();
 }
 
 void UsersPage::SendSettings() {
   const int minutes = edtPWTimeout->text().toInt();
   const bool chosen = cmbPWGrants->currentIndex() >= 0;
   if (!chosen || edtPWTimeout->text().isEmpty() || minutes > kMostMinutes) {
-    desk_.texts.Warn(text::kOutOfRange);
+    desk_.texts.Warn(chosen ? text::kOutOfRange : text::kChooseGrant);
     return chosen ? edtPWTimeout->setFocus() : cmbPWGrants->setFocus();
   }
   Start(About::kDevice, [=, this, user = SelectedUser(), grant = cmbPWGrants->currentIndex()] {
-    if (users_.SetUser(user, grant, minutes) == Ending::kDone) ShowFields();
+    users_.SetUser(user, grant, minutes);
+    ShowFields();  // what the device has, sent or not
   });
 }
 
@@ -106,7 +115,8 @@ void UsersPage::SendPorts() {
   PortExceptions ports{
       .com1 = chkPWCOM[0]->isChecked(), .com2 = chkPWCOM[1]->isChecked(), .com4 = {}};
   if (!chkPWCOM[2]->isHidden()) ports.com4 = chkPWCOM[2]->isChecked();
-  if (users_.SetPorts(ports) == Ending::kDone) ShowFields();
+  users_.SetPorts(ports);
+  ShowFields();
 }
 
 void UsersPage::LogIn() {

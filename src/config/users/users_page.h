@@ -36,6 +36,7 @@ class UsersPage : public Page {
   Control* OfUser(Control* control);
 
   void PWReadAll();
+  void SetPassword();
   void SendSettings();
   void SendPorts();
   void LogIn();

@@ -53,6 +53,9 @@ constexpr TableEntry kTable[] = {
       "Définir le &mot de passe admin ..."}},
     {text::kPortExcepted, {"ausgenommen", "excepted", "exclu"}},
     {text::kPortProtected, {"geschützt", "protected", "protégé"}},
+    {text::kChooseGrant,
+     {"Wählen Sie zuerst die Rechte des Benutzers.", "Choose a grant for the user first.",
+      "Choisissez d'abord les droits de l'utilisateur."}},
 };
 static_assert(Ascending(kTable, Own(400), kTextsOfAFeature));
 

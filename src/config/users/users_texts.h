@@ -33,5 +33,6 @@ inline constexpr int kGrantsTitle = Own(425);
 inline constexpr int kDefinePassword = Own(426);
 inline constexpr int kPortExcepted = Own(427);
 inline constexpr int kPortProtected = Own(428);
+inline constexpr int kChooseGrant = Own(429);
 
 }  // namespace ostrel::text

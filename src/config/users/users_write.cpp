@@ -27,11 +27,16 @@ Ending Users::AskAdministrators(std::string& password) {
 
 Ending Users::AskNew(int user, std::string& password) {
   const auto ask = [&](int id, std::string& typed) {
-    return AskPassword({.title = UserName(user) + " – " + desk_.texts.Caption(text::kNewPassword),
-                        .prompt = desk_.texts.Caption(id),
-                        .value = {},
-                        .password = true},
-                       typed);
+    Ending outcome = Ending::kFailed;  // it was said what a password must not hold
+    while (outcome == Ending::kFailed) {
+      outcome =
+          AskPassword({.title = UserName(user) + " – " + desk_.texts.Caption(text::kNewPassword),
+                       .prompt = Prompt(user, id),
+                       .value = {},
+                       .password = true},
+                      typed);
+    }
+    return outcome;
   };
   for (std::string again;; desk_.texts.Warn(text::kPasswordsDiffer)) {
     Ending outcome = ask(text::kNewPassword, password);

@@ -1,10 +1,11 @@
 #include "logs/tap_statistics/tap_statistics.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/number.h"
 #include "base/texts.h"
-#include "wire/answers.h"
+#include "logs/tap_statistics/tap_statistics_texts.h"
 
 namespace ostrel {
 
@@ -12,13 +13,6 @@ namespace {
 
 constexpr double kLargeRangeFirmware = 2.22;
 constexpr int kReadingTimeoutSeconds = 10;
-
-/// Counters have 16 bits; those above 32767 arrive as negative numbers. What is still negative then
-/// is none, and counts as 0.
-std::int32_t Counter(std::string_view text) {
-  const std::int32_t number = ReadInteger(text);
-  return std::max(number < 0 ? number + 65536 : number, 0);
-}
 
 }  // namespace
 
@@ -44,7 +38,7 @@ void TapStatistics::DeviceChanged() {
 
 bool TapStatistics::Read() {
   const std::optional<Reading> device = desk_.session.ToRead();
-  if (!device) return false;
+  if (!device || !desk_.session.Selected().GetKennReglerFam(&desk_.texts)) return false;
   const BusyPointer busy(desk_.dialogs);
   RangeFromFirmware();
   std::fill(data_.counters.begin(), data_.counters.end(), 0);
@@ -57,23 +51,36 @@ bool TapStatistics::ReadAll(const Reading& device) {
   const std::string range = std::to_string(data_.first) + "," + std::to_string(data_.Last());
   std::optional<std::string> answer = device.Ask(";" + range + ",fori,RegTAPSTAT# 1 i,ni");
   if (!answer) return false;
-  for (std::int32_t& counter : data_.counters) counter = Counter(NextLine(*answer));
+  std::string fault;
+  std::vector<std::int32_t> counters = CountersFromAnswer(std::move(*answer), fault);
+  if (!fault.empty() || counters.size() != data_.counters.size()) {
+    desk_.texts.Warn(fault.empty() ? Error{text::kCountersMissing, range}
+                                   : Error{text::kDeviceReplied, fault});
+    return false;
+  }
+  data_.counters = std::move(counters);
   data_.counted = true;
-  const bool totals = ReadTotal(device, "RegTAPSUM#", data_.total) &&
-                      ReadTotal(device, "RegTAPSUML#", data_.underLoad);
-  data_.totalled = data_.totalled || totals;
-  return totals;
+  return ReadTotals(device);
 }
 
-bool TapStatistics::ReadTotal(const Reading& device, std::string_view line, std::int32_t& total) {
-  const std::optional<std::string> answer = device.Ask(line);
-  if (answer) total = Counter(*answer);
-  return answer.has_value();
+bool TapStatistics::ReadTotals(const Reading& device) {
+  bool all = true;
+  for (const auto& [line, total] :
+       {std::pair{"RegTAPSUM#", &data_.total}, std::pair{"RegTAPSUML#", &data_.underLoad}}) {
+    const Answer answer = device.Try(line);
+    const bool passes = device.Passes(answer, line);
+    if (!answer.Ok()) return false;  // nothing more comes over a line that is lost
+    const std::optional<std::int32_t> number = CounterFromAnswer(answer.text);
+    if (passes && number) *total = number;
+    if (passes && !number) desk_.texts.Warn({text::kDeviceReplied, answer.text});
+    all = all && passes && number;
+  }
+  return all;
 }
 
 Ending TapStatistics::Clear() {
   const std::optional<Writing> device = desk_.session.ToWrite();
-  if (!device) return Ending::kFailed;
+  if (!device || !desk_.session.Selected().GetKennReglerFam(&desk_.texts)) return Ending::kFailed;
   if (!desk_.texts.Ask(text::kDeleteStatistics)) return Ending::kNotConfirmed;
   return device->Send("RegTAPSTATCL*=0") ? Ending::kDone : Ending::kFailed;
 }

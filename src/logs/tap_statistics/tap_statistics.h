@@ -1,24 +1,9 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-#include <vector>
-
 #include "device/desk.h"
+#include "logs/tap_statistics/tap_counters.h"
 
 namespace ostrel {
-
-/// What was read of a tap changer: how often it moved to each position, and the two totals.
-struct TapCounters {
-  int first = -60;                     // position of counters[0]
-  std::vector<std::int32_t> counters;  // 0 or more
-  std::int32_t total = 0;              // all tap changes
-  std::int32_t underLoad = 0;          // tap changes under load
-  bool counted = false;                // the counters are the device's
-  bool totalled = false;               // the totals are the device's
-
-  int Last() const { return first + static_cast<int>(counters.size()) - 1; }
-};
 
 /// The tap-changer statistics of the selected device.
 class TapStatistics {
@@ -30,7 +15,8 @@ class TapStatistics {
   /// A device was selected: nothing is read of it yet.
   void DeviceChanged();
   /// Reads all counters, then the totals. Shows the message of a failure; what could not be read
-  /// is 0 (counters) or as before (totals).
+  /// is 0 (counters: all, when one is missing or none) or as before (totals). Refused where the
+  /// model has none.
   bool Read();
   /// Asks, then clears the statistics on the device. kDone also means: read again to see it.
   Ending Clear();
@@ -39,7 +25,7 @@ class TapStatistics {
 
  private:
   bool ReadAll(const Reading& device);
-  bool ReadTotal(const Reading& device, std::string_view line, std::int32_t& total);
+  bool ReadTotals(const Reading& device);
 
   Desk desk_;
   TapCounters data_;

@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
-#include <fstream>
+#include <algorithm>
+#include <array>
 
+#include "base/files.h"
 #include "base/texts.h"
 #include "logs/tap_statistics/tap_statistics.h"
 #include "logs/tap_statistics/tap_statistics_text.h"
@@ -17,18 +19,23 @@ std::string ToJson(const TapCounters& data) {
   for (const std::int32_t counter : data.counters) {
     counters += (counters.empty() ? "" : ", ") + std::to_string(counter);
   }
+  const auto total = [](const std::optional<std::int32_t>& read) {
+    return read ? std::to_string(*read) : "null";
+  };
   return JsonObject()
       .Add("first", data.first)
       .AddRaw("counters", "[" + counters + "]")
-      .Add("total", data.total)
-      .Add("underLoad", data.underLoad)
+      .AddRaw("total", total(data.total))
+      .AddRaw("underLoad", total(data.underLoad))
       .Text();
 }
 
-bool WriteChart(const std::string& file, const TapCounters& data, const Messages& texts) {
-  std::ofstream out(file, std::ios::binary);
-  if (out) out << BarChartPng(TapChart(data, texts)) << std::flush;
-  return out.good();
+/// Writes the chart with its numbers as in the language of the run; an error number of the system.
+int WriteChart(const std::string& file, const TapCounters& data, const Messages& texts) {
+  constexpr std::array kLocales = {"de", "en", "fr"};
+  BarChartData chart = TapChart(data, texts);
+  chart.locale = kLocales[static_cast<std::size_t>(std::clamp(texts.Factor(), 0, 2))];
+  return ReplaceBytes(file, BarChartPng(chart));
 }
 
 class ReadCommand : public Command {
@@ -43,17 +50,18 @@ class ReadCommand : public Command {
   Ending Run(const Desk& desk, Terminal& terminal) override {
     if (!desk.session.DeviceSelectByAddress(terminal.Station())) return Ending::kFailed;
     TapStatistics statistics(desk);
-    if (!statistics.Read()) return Ending::kFailed;
+    const bool all = statistics.Read();
     const TapCounters& data = statistics.Counters();
-    if (!chartFile_.empty() && !WriteChart(chartFile_, data, desk.texts)) {
-      return terminal.Refuse(text::kFileNotWritten, chartFile_);
-    }
+    // Totals that a device does not have do not cost the counters.
+    if (!data.counted) return Ending::kFailed;
+    const int error = chartFile_.empty() ? 0 : WriteChart(chartFile_, data, desk.texts);
+    if (error != 0) return terminal.Refuse(text::kFileNotWritten, FileFault(chartFile_, error));
     if (terminal.Json()) {
       terminal.PrintJson(ToJson(data));
     } else {
       terminal.Out() << (csv_ ? TapCsv(data) : TapTextChart(data, desk.texts, terminal.Width()));
     }
-    return Ending::kDone;
+    return all ? Ending::kDone : Ending::kFailed;
   }
 
  private:

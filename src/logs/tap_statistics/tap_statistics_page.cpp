@@ -108,8 +108,8 @@ void TapStatisticsPage::ShowTotals() {
   QLocale locale;
   locale.setNumberOptions(locale.numberOptions() & ~QLocale::OmitGroupSeparator);
   const TapCounters& counters = statistics_.Counters();
-  const auto text = [&](std::int32_t number) {
-    return counters.totalled ? locale.toString(number) : QStringLiteral("–");
+  const auto text = [&](const std::optional<std::int32_t>& number) {
+    return number ? locale.toString(*number) : QStringLiteral("–");
   };
   lblTapSum->setText(text(counters.total));
   lblTapSumL->setText(text(counters.underLoad));

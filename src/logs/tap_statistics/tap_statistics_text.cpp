@@ -17,6 +17,11 @@ std::string RightAligned(const std::string& text, std::size_t width) {
   return count < width ? std::string(width - count, ' ') + text : text;
 }
 
+/// A total as a table shows it; `none` stands for one that was never read.
+std::string Total(const std::optional<std::int32_t>& total, const char* none = "–") {
+  return total ? std::to_string(*total) : none;
+}
+
 /// A bar of `length` eighths of a character.
 std::string Bar(std::size_t eighths) {
   constexpr std::array<std::string_view, 8> kParts = {"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
@@ -41,8 +46,8 @@ std::string TapTable(const TapCounters& data, const Messages& messages) {
     table += "\r\n" + std::to_string(data.first + static_cast<int>(n)) + "\t" +
              std::to_string(data.counters[n]);
   }
-  table += "\r\n" + messages.Caption(text::kTapsTotal) + "\t" + std::to_string(data.total);
-  table += "\r\n" + messages.Caption(text::kTapsUnderLoad) + "\t" + std::to_string(data.underLoad);
+  table += "\r\n" + messages.Caption(text::kTapsTotal) + "\t" + Total(data.total);
+  table += "\r\n" + messages.Caption(text::kTapsUnderLoad) + "\t" + Total(data.underLoad);
   return table + "\r\n";
 }
 
@@ -52,8 +57,7 @@ std::string TapCsv(const TapCounters& data) {
     csv += std::to_string(data.first + static_cast<int>(n)) + "," +
            std::to_string(data.counters[n]) + "\n";
   }
-  return csv + "total," + std::to_string(data.total) + "\nunderLoad," +
-         std::to_string(data.underLoad) + "\n";
+  return csv + "total," + Total(data.total, "") + "\nunderLoad," + Total(data.underLoad, "") + "\n";
 }
 
 std::string TapTextChart(const TapCounters& data, const Messages& messages, std::size_t width) {
@@ -80,9 +84,8 @@ std::string TapTextChart(const TapCounters& data, const Messages& messages, std:
              RightAligned(std::to_string(*counter), countWidth) + (bar.empty() ? "" : "  ") + bar +
              "\n";
   }
-  chart += "\n" + messages.Caption(text::kTapsTotal) + ": " + std::to_string(data.total) + "\n";
-  return chart + messages.Caption(text::kTapsUnderLoad) + ": " + std::to_string(data.underLoad) +
-         "\n";
+  chart += "\n" + messages.Caption(text::kTapsTotal) + ": " + Total(data.total) + "\n";
+  return chart + messages.Caption(text::kTapsUnderLoad) + ": " + Total(data.underLoad) + "\n";
 }
 
 }  // namespace ostrel

@@ -19,6 +19,10 @@ constexpr TableEntry kTable[] = {
      {"Noch nicht gelesen. \"Lesen\" oder F5 holt die Statistik aus dem Gerät.",
       "Not read yet. \"Read\" or F5 fetches the statistics from the device.",
       "Pas encore lue. \"Lire\" ou F5 demande la statistique à l'appareil."}},
+    {text::kCountersMissing,
+     {"Das Gerät hat nicht für jede dieser Stufen genau einen Zähler geschickt:",
+      "The device did not send exactly one counter for each of these positions:",
+      "L'appareil n'a pas envoyé exactement un compteur pour chacune de ces prises :"}},
 };
 static_assert(Ascending(kTable, Own(500), kTextsOfAFeature));
 

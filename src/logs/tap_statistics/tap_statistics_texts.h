@@ -11,5 +11,6 @@ inline constexpr int kDelete = Own(502);
 inline constexpr int kCopy = Own(503);
 inline constexpr int kChooseDeviceFirst = Own(504);
 inline constexpr int kNotReadYet = Own(505);
+inline constexpr int kCountersMissing = Own(506);
 
 }  // namespace ostrel::text

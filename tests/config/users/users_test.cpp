@@ -95,7 +95,9 @@ TEST_F(UsersTest, LinesAndMessages) {
       {130, "password 2", "geheim,x", true, "", "", "", C},
       {130, "password 2", "geheim,0,0", false, "", "", "", C},
       {130, "password 1", "geheim,0,0", true, "", "passwort 1 geheim=0 0", "1155", D},
-      {130, "password 3", "geheim,a=b", true, "", "", "20400", F},
+      {130, "password 3", "geheim,a=b", true, "", "", "20400", C},
+      {130, "password 3", "geheim,a=b,x,c=,x", true, "", "passwort 3 geheim=x x",
+       "20400 20400 1155", D},
       {130, "password 3", "geheim,x,x", false, nullptr, "passwort 3 geheim=x x", "1259", F},
       {130, "password 3", "geheim,geheim2,geheim2", false, "<<what: passwort 3 GEHEIM=geheim2>>",
        "passwort 3 geheim=geheim2 geheim2", "1280", F},
@@ -117,7 +119,8 @@ TEST_F(UsersTest, LinesAndMessages) {
       {129, "ports 11?", "geheim", false, "", "G|,PWLrel 1 geheim=1,PWLrel 2 geheim=1", "1155", D},
       {129, "ports 111", "geheim", false, "129", "G", "1496", F},
       {130, "ports 10?", "geheim", false, "", "", "", C},
-      {130, "ports 11?", "geheim", false, "<<no>>", "G", "1280 1156", F},
+      {130, "ports 111", "geheim", false, "<<no>>", "G", "1496", F},
+      {130, "ports 11?", "geheim", false, nullptr, "G", "1299 1156", F},
       {130, "login 3", "geheim", false, "ok", "login 3 geheim", "", D},
       {130, "login 3", "geheim", false, "<<login 3 geheim>>", "login 3 geheim", "1280", F},
       {130, "login 3", "geheim", false, "Zugriff verweigert", "login 3 geheim", "1280", F},
@@ -148,12 +151,13 @@ TEST_F(UsersTest, LinesAndMessages) {
 TEST_F(UsersTest, Questions) {
   world.dialogs.typed = {"0", "0", "0"};
   for (const char* act : {"password 2", "unprotect", "login 3"}) Do(users, act);
-  EXPECT_EQ(world.dialogs.asked,
-            (Lines{"Master Password | Please enter admin password.",
-                   "User 2 – New Password | New Password",
-                   "User 2 – New Password | Confirm New Password", "Remove the password? User 2",
-                   "If you continue the device is accessable by anyone. Continue?",
-                   "User 3 | Please enter user's password."}));
+  EXPECT_EQ(
+      world.dialogs.asked,
+      (Lines{"Master Password | Please enter admin password.",
+             "User 2 – New Password | User 2: New Password",
+             "User 2 – New Password | User 2: Confirm New Password", "Remove the password? User 2",
+             "If you continue the device is accessable by anyone. Continue?",
+             "User 3 | User 3: Please enter user's password."}));
 }
 
 TEST_F(UsersTest, PasswordsThatWouldChangeALineAreNeitherSentNorShown) {
@@ -190,17 +194,46 @@ TEST_F(UsersTest, ReadsAllOrNothingMoreThanThatThereIsNoAdministrator) {
     const char *answer, *shown;
   } faults[] = {{kWho, "nobody", "1280"},   {kWho, "<<no>>", "1280"},
                 {kRight, "<<no>>", "1280"}, {kAll, "1\r\n2", "1280"},
-                {kAll, nullptr, "1299"},    {kGate, nullptr, "10012"},
+                {kAll, nullptr, "1299"},    {kGate, nullptr, "1299"},
                 {kPorts, "1\r\n0", "1280"}, {kAll, "", "1280"},
                 {kRight, "4 of 5", "1280"}, {kPorts, "PWLrel 1=<<no>>\r\nPWLrel 2=0", "1280"}};
   for (const auto& fault : faults) {
     Select(true, "130");
+    EXPECT_TRUE(users.PWReadAll());
     world.server.answers.erase("B1:" + fault.line);
     if (fault.answer != nullptr) world.server.answers["B1:" + fault.line] = fault.answer;
     EXPECT_FALSE(users.PWReadAll()) << fault.line;
     EXPECT_EQ(world.dialogs.Numbers(), fault.shown) << fault.line;
     EXPECT_EQ(Sent().back(), fault.line);
-    EXPECT_FALSE(state.ports);
+    EXPECT_FALSE(state.ports || (fault.line == kAll && state.users[1])) << "of the time before";
+    EXPECT_FALSE(fault.answer == nullptr && (state.user || state.users[1])) << "lost";
+  }
+  Select(true, "<<VER: unknown>>");
+  EXPECT_TRUE(users.PWReadAll());
+  EXPECT_TRUE(state.ports && !state.ports->com4) << "who does not know the question has no COM4";
+  world.server.answers.erase("B1:logout");
+  EXPECT_FALSE(users.LogOut());
+  EXPECT_EQ(world.dialogs.Numbers(), "1299");
+}
+
+TEST_F(UsersTest, TheGrantInForceIsNotTheGuestsOwn) {
+  const struct {
+    const char *who, *inForce, *excepted;
+    std::optional<int> own;
+  } cases[] = {{"user 0", "2", "0", 2},
+               {"user 0", "2", "1", 2},
+               {"user 0", "5", "0", 5},
+               {"user 0", "5", "1", {}},
+               {"user 2", "4", "0", {}}};
+  for (const auto& c : cases) {
+    Select(true, "129");
+    const std::string records = world.server.answers["B1:" + kAll].substr(4);
+    world.server.answers["B1:" + kWho] = c.who;
+    world.server.answers["B1:" + kRight] = c.inForce;
+    world.server.answers["B1:" + kAll] = std::string("0\r\n") + c.inForce + records;
+    world.server.answers["B1:" + kPorts] = std::string("PWLrel 1=0\r\nPWLrel 2=") + c.excepted;
+    EXPECT_TRUE(users.PWReadAll());
+    EXPECT_EQ(users.State().users[0]->grant, c.own) << c.who << c.inForce << c.excepted;
   }
 }
 

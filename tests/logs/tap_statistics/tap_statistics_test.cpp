@@ -83,14 +83,63 @@ TEST_F(StatisticsTest, WhatFailsLeaves) {
   }
 }
 
-TEST_F(StatisticsTest, WhatIsNoCounterCountsAsNone) {
+TEST_F(StatisticsTest, ACounterForEachPositionOrNone) {
+  Select("2.21");
+  std::string most;
+  for (int n = 0; n < 78; ++n) most += "5\r\n";
+  const struct {
+    std::string lines;
+    const char *message, *shown;
+  } cases[] = {
+      {"7\r\n-1", "", ""},
+      {"7", "20506", "-40,39"},
+      {"7\r\n8\r\n9", "20506", "-40,39"},
+      {"\r\n8\r\n9", "20506", "-40,39"},
+      {"7\r\n<<RegTAPSTAT: index>>", "1280", "<<RegTAPSTAT: index>>"},
+      {"<<no>>\r\n7", "1280", "<<no>>"},
+      {"-99999\r\n7", "1280", "-99999"},
+      {"7\r\n8 9", "1280", "8 9"},
+  };
+  for (const auto& c : cases) {
+    Answer("-40,39", 0);
+    world.server.answers["B1:;-40,39,fori,RegTAPSTAT# 1 i,ni"] = most + c.lines;
+    world.dialogs.shown.clear();
+    EXPECT_EQ(statistics.Read(), *c.message == 0) << c.lines;
+    EXPECT_EQ(world.dialogs.Numbers(), c.message) << c.lines;
+    EXPECT_EQ(statistics.Counters().counted, *c.message == 0) << c.lines;
+    EXPECT_EQ(statistics.Counters().counters[0], *c.message == 0 ? 5 : 0) << c.lines;
+    if (*c.message == 0) continue;
+    EXPECT_TRUE(world.dialogs.shown[0].text.ends_with(c.shown)) << world.dialogs.shown[0].text;
+  }
+}
+
+TEST_F(StatisticsTest, TotalsAreReadEachForItself) {
   Select("2.27");
-  Answer("-60,59", 120);
-  world.server.answers["B1:;-60,59,fori,RegTAPSTAT# 1 i,ni"] = "-99999\r\nabc\r\n-65537\r\n7";
-  ASSERT_TRUE(statistics.Read());
-  const std::vector<std::int32_t>& counters = statistics.Counters().counters;
-  EXPECT_EQ(std::vector(counters.begin(), counters.begin() + 5),
-            (std::vector<std::int32_t>{0, 0, 0, 7, 0}));
+  const struct {
+    const char *sum, *messages;
+    std::optional<int> underLoad;
+  } cases[] = {{"<<unknown>>", "1280", 70}, {"many", "1280", 70}, {nullptr, "10012", {}}};
+  for (const auto& c : cases) {
+    statistics.DeviceChanged();
+    Answer("-60,59", 120);
+    if (c.sum == nullptr) world.server.answers.erase("B1:RegTAPSUM#");
+    if (c.sum != nullptr) world.server.answers["B1:RegTAPSUM#"] = c.sum;
+    world.dialogs.shown.clear();
+    EXPECT_FALSE(statistics.Read());
+    EXPECT_EQ(world.dialogs.Numbers(), c.messages);
+    const TapCounters& data = statistics.Counters();
+    EXPECT_TRUE(data.counted && !data.total && data.underLoad == c.underLoad);
+    EXPECT_NE(TapTable(data, run.messages).find("Tap Changes Total\t–\r\n"), std::string::npos);
+  }
+}
+
+TEST_F(StatisticsTest, AModelWithoutThemIsNotAsked) {
+  session.DeviceChange("B1:Nord", "QM-X", "1.9", "1");
+  world.server.sent.clear();
+  EXPECT_FALSE(statistics.Read());
+  EXPECT_EQ(statistics.Clear(), Ending::kFailed);
+  EXPECT_EQ(world.dialogs.Numbers(), "10128 10128");
+  EXPECT_TRUE(world.server.sent.empty());
 }
 
 TEST_F(StatisticsTest, AnotherConnectionHasAnotherDevice) {
@@ -111,7 +160,7 @@ TEST_F(StatisticsTest, AnotherDeviceStartsWithZeros) {
   ASSERT_TRUE(statistics.Read());
   Select("2.21");
   EXPECT_EQ(statistics.Counters().counters, std::vector<std::int32_t>(80, 0));
-  EXPECT_EQ(statistics.Counters().total, 0);
+  EXPECT_FALSE(statistics.Counters().total);
 }
 
 TEST_F(StatisticsTest, ClearingAsks) {
