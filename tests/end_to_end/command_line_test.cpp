@@ -117,7 +117,7 @@ TEST(CommandLine, ALineThatWaitsBehindAnothersIsTakenBack) {
   RegistrySettings().WriteShared(keys::kServerMisc, "DefTimeout_s", "1");
   const Outcome waited = programs.Run({"send", "AA:late"});
   EXPECT_EQ(waited.status, 1);
-  EXPECT_TRUE(waited.err.contains("nothing was sent")) << waited.err.toStdString();
+  EXPECT_TRUE(waited.err.contains("Nothing was sent")) << waited.err.toStdString();
   device.Send(ScriptedDevice::Reply("AA:held", "1"));
   EXPECT_TRUE(WaitUntil([&] { return other->Call("CStatus", {channel}).Int() == 0; }));
   EXPECT_TRUE(other->Call("CSend", {channel, std::string("AA:next")}).Ok());

@@ -123,6 +123,9 @@ TEST_F(Window, KnowsThatAnotherDeviceWasPluggedInMeanwhile) {
   QByteArray serial = "1";
   device.answer = [&](const QByteArray& line) {
     const bool version = line.contains("ver."), number = line.contains("sysSN");
+    if (line.contains("fori"))
+      return ScriptedDevice::Reply(line, QByteArray("0\r\n").repeated(120));
+    if (line.contains("RegTAPSUM")) return ScriptedDevice::Reply(line, "0");
     return ScriptedDevice::Reply(line, version ? "KT-X+;V2.27" : number ? serial : "AA:Nord");
   };
   programs.UseTcp(device.Port());

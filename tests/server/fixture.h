@@ -91,7 +91,7 @@ class ServerTest : public testing::Test {
   }
 
   void AddTcp(const std::string& name, int port) {
-    EXPECT_TRUE(Connections(settings).Add({name, "tcp", "127.0.0.1", port, {}}));
+    EXPECT_FALSE(Connections(settings).Add({name, "tcp", "127.0.0.1", port, {}}));
   }
 
   QTemporaryDir folder;
