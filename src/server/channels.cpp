@@ -9,7 +9,8 @@
 namespace ostrel {
 namespace {
 
-constexpr std::ptrdiff_t kMaxChannels = 64;  // on one connection
+// On one connection, of all clients and of one.
+constexpr std::ptrdiff_t kMaxChannels = 256, kMaxOfClient = 64;
 constexpr int kLastNumber = 32767;
 
 bool SameWay(const Connection& a, const Connection& b) {
@@ -46,7 +47,7 @@ void Channels::Open(int client, const std::string& name, int kind, const Reply& 
                       "connection \"" + connection->name + "\" was changed while it is in use"));
     return;
   }
-  if (const AutomationResult refusal = Refusal(*line, kind); !refusal.Ok()) {
+  if (const AutomationResult refusal = Refusal(*line, client, kind); !refusal.Ok()) {
     reply(refusal);
     return;
   }
@@ -97,8 +98,14 @@ void Channels::MakeBus(Line& line) {
           [this, self](int code, const std::string& reason) { OnRawFailed(*self, code, reason); });
 }
 
-AutomationResult Channels::Refusal(const Line& line, int kind) const {
-  if (std::ssize(line.channels) >= kMaxChannels) {
+AutomationResult Channels::Refusal(const Line& line, int client, int kind) const {
+  const auto own = [&](int number) { return channels_.at(number).client == client; };
+  const auto opening = [&](const Opening& other) {
+    return other.line == &line && other.client == client;
+  };
+  const auto count = std::count_if(line.channels.begin(), line.channels.end(), own) +
+                     std::count_if(openings_.begin(), openings_.end(), opening);
+  if (count >= kMaxOfClient || std::ssize(line.channels) >= kMaxChannels) {
     return ObjectError(code::kTooManyChannels,
                        "too many channels on \"" + line.connection.name + "\"");
   }
@@ -119,7 +126,8 @@ void Channels::FinishOpenings(Line& line, int code, const std::string& reason) {
   for (const Opening& opening : mine) {
     if (code != 0) {
       opening.reply(ObjectError(code, "\"" + line.connection.name + "\": " + reason));
-    } else if (const AutomationResult refusal = Refusal(line, opening.kind); !refusal.Ok()) {
+    } else if (const AutomationResult refusal = Refusal(line, opening.client, opening.kind);
+               !refusal.Ok()) {
       opening.reply(refusal);
     } else {
       Add(opening);

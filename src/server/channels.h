@@ -66,7 +66,7 @@ class Channels : public QObject {
 
   Line* LineFor(const Connection& connection);
   void MakeBus(Line& line);
-  AutomationResult Refusal(const Line& line, int kind) const;
+  AutomationResult Refusal(const Line& line, int client, int kind) const;
   void FinishOpenings(Line& line, int code, const std::string& reason);
   void Add(const Opening& opening);
   void FinishOnline(Line& line, const AutomationResult& result);
