@@ -72,7 +72,7 @@ class Studio {
     Form("frmSelect", [&] { window_.DeviceSelect(); });
     Form("frmChooser", [&] {
       ChooseConnection(&window_, texts, connections.List(), "Substation North",
-                       texts.Text(code::kCannotConnect));
+                       texts.Text(Code::kCannotConnect));
     });
     Form(
         "frmConnections", [&] { window_.ShowConnections(); }, "butTest");

@@ -32,7 +32,7 @@ class StatusCommand : public Command {
   Ending Run(const Desk& desk, Terminal& terminal) override {
     const std::optional<ServerInfo> info = server_.Status();
     if (info && !info->answers) {
-      desk.texts.Warn(code::kServerGone);
+      desk.texts.Warn(Code::kServerGone);
       return Ending::kFailed;
     }
     if (terminal.Json()) {
@@ -70,7 +70,7 @@ class StopCommand : public Command {
   Ending Run(const Desk& desk, Terminal& terminal) override {
     const std::optional<bool> stopped = server_.Stop();
     if (stopped && !*stopped) {
-      desk.texts.Warn(code::kServerGone);
+      desk.texts.Warn(Code::kServerGone);
       return Ending::kFailed;
     }
     if (terminal.Json()) {

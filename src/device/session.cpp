@@ -69,7 +69,7 @@ bool Session::ConnectionOpen() {
 bool Session::ConnectionOpen(const std::string& connection) {
   // Asking for the name also finds out that the server is gone; a new one counts channels afresh.
   const bool wasOpen = !link_.ConnectionName().empty();
-  if (const Error error = link_.ConnectionOpen(connection, frame::kFramed)) {
+  if (const Error error = link_.ConnectionOpen(connection, FrameMode::kFramed)) {
     ports_.texts.Warn(error);
     return false;
   }
@@ -101,7 +101,7 @@ bool Session::ConnectionReselect() {
 bool Session::Ready() {
   if (identifying_ > 0) {
     const bool open = link_.ConnState() == LinkState::kChannel;
-    if (!open) ports_.texts.Warn(code::kNoChannel);
+    if (!open) ports_.texts.Warn(Code::kNoChannel);
     return open;
   }
   link_.ConnectionName();  // finds out that the server is gone

@@ -61,7 +61,7 @@ Error StationList::Fill(const std::string& wanted) {
 Error StationList::AskCurrent(std::string& address) {
   const Answer answer = Ask(std::string("AA:dirn_") + (link_.SecondGeneration() ? "" : "\r\n"));
   if (!answer.Ok()) return answer.error;
-  if (answer.text.empty()) return {code::kTimeout, {}};
+  if (answer.text.empty()) return {Code::kTimeout, {}};
   if (!IsErrorAnswer(answer.text)) address = AddressPart(answer.text);
   return {};
 }

@@ -53,7 +53,7 @@ std::unique_ptr<OwnLine> Session::ToOwnLine() {
 
 std::unique_ptr<Online> Session::ToOnline() {
   if (!ToWrite()) return nullptr;
-  const Link::Opened opened = link_.ChannelOpen(link_.ConnectionName(), kind::kOnline);
+  const Link::Opened opened = link_.ChannelOpen(link_.ConnectionName(), ChannelKind::kOnline);
   if (opened.error) {
     ports_.texts.Warn(opened.error);
     return nullptr;

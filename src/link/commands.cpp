@@ -138,7 +138,7 @@ std::string Commands::DevVersionGet(const std::string& address) {
   const int channel = link_.CurrentChannel();
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     const Error error = link_.CommandSend(channel, address + "ver.");
-    if (error.code == code::kOnlineActive) {
+    if (error.code == Code::kOnlineActive) {
       link_.WaitMs(kOnlinePauseMs);
       continue;
     }

@@ -20,13 +20,13 @@ struct Help {
 };
 
 constexpr Help kHelps[] = {
-    {code::kTimeout, text::kHelpSilent},          {code::kPortFailure, text::kHelpPermission},
-    {code::kReceiveError, text::kHelpDisturbed},  {code::kTooBig, text::kHelpTooBig},
-    {code::kOnlineTaken, text::kHelpOnline},      {code::kOnlineActive, text::kHelpOnline},
-    {code::kPortInUse, text::kHelpAdapter},       {code::kNoSuchConnection, text::kHelpName},
-    {code::kPortTaken, text::kHelpPortShared},    {code::kServerGone, text::kHelpServer},
-    {code::kCannotConnect, text::kHelpHost},      {code::kFaultyConnection, text::kHelpData},
-    {code::kServerNotStarted, text::kHelpServer},
+    {Code::kTimeout, text::kHelpSilent},          {Code::kPortFailure, text::kHelpPermission},
+    {Code::kReceiveError, text::kHelpDisturbed},  {Code::kTooBig, text::kHelpTooBig},
+    {Code::kOnlineTaken, text::kHelpOnline},      {Code::kOnlineActive, text::kHelpOnline},
+    {Code::kPortInUse, text::kHelpAdapter},       {Code::kNoSuchConnection, text::kHelpName},
+    {Code::kPortTaken, text::kHelpPortShared},    {Code::kServerGone, text::kHelpServer},
+    {Code::kCannotConnect, text::kHelpHost},      {Code::kFaultyConnection, text::kHelpData},
+    {Code::kServerNotStarted, text::kHelpServer},
 };
 
 TestStep StepOf(LinkState state) {

@@ -40,7 +40,7 @@ Error Link::CommandSend(int channel, const std::string& line) {
 /// answer may stand that the line was lost since.
 void Link::DropEarlier(int channel) {
   const AutomationResult status = Call("CStatus", {channel});
-  if (!status.Ok() || status.Int() != status::kReady) return;
+  if (!status.Ok() || status.Int() != ChannelStatus::kReady) return;
   Call("CReceive", {channel});
   Call("CStatus", {channel});
 }
@@ -69,18 +69,18 @@ Answer Link::Poll(int channel) {
   const auto failed = [](int code) { return Answer{{code, {}}, {}}; };
   AutomationResult status = Call("CStatus", {channel});
   if (!status.Ok()) return {lastError_, {}};
-  if (status.Int() == status::kNothingSent) return failed(code::kNoCommand);
+  if (status.Int() == ChannelStatus::kNothingSent) return failed(Code::kNoCommand);
   const std::int64_t start = clock_.TickMs() / 1000;
   for (;;) {
     const AutomationResult online = Call("COnlineEnabled", {channel});
     if (!online.Ok()) return {lastError_, {}};
-    if (online.Bool()) return failed(code::kOnlineActive);
-    if (clock_.TickMs() / 1000 - start > defTimeout_) return failed(code::kTimeout);
+    if (online.Bool()) return failed(Code::kOnlineActive);
+    if (clock_.TickMs() / 1000 - start > defTimeout_) return failed(Code::kTimeout);
     clock_.ProcessEvents();
     if (givenUp_) return failed(text::kExchangeGivenUp);
     status = Call("CStatus", {channel});
     if (!status.Ok()) return {lastError_, {}};
-    if (status.Int() != status::kReady) continue;
+    if (status.Int() != ChannelStatus::kReady) continue;
     const AutomationResult received = Call("CReceive", {channel});
     if (!received.Ok()) return {lastError_, {}};
     return {{}, received.Text()};

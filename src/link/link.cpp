@@ -17,14 +17,14 @@ constexpr std::string_view kSecondGeneration = "OstrelTESK";
 /// Whether the line may have another device at its end after this error. A time-out is none: a
 /// device that is slow is still the same.
 bool MeansLost(int code) {
-  constexpr int kLosses[] = {code::kPortFailure, code::kReceiveError, code::kNoChannel,
-                             code::kPortInUse,   code::kServerGone,   code::kCannotConnect};
+  constexpr int kLosses[] = {Code::kPortFailure, Code::kReceiveError, Code::kNoChannel,
+                             Code::kPortInUse,   Code::kServerGone,   Code::kCannotConnect};
   return std::find(std::begin(kLosses), std::end(kLosses), code) != std::end(kLosses);
 }
 
 /// The server says in front of its description that a line never went out.
 Error ErrorFrom(int code, std::string_view description) {
-  const bool unsent = code == code::kTimeout && description.starts_with(kUnsentText);
+  const bool unsent = code == Code::kTimeout && description.starts_with(kUnsentText);
   if (unsent) description.remove_prefix(std::string_view(kUnsentText).size());
   if (unsent && description.starts_with(": ")) description.remove_prefix(2);
   return {code, std::string(description), false, unsent};
@@ -70,7 +70,7 @@ Error Link::CommServerCreate() {
     if (server_) return {};
     reason = created.description;
   }
-  return {code::kServerNotStarted, reason + "\nClassname: " + className};
+  return {Code::kServerNotStarted, reason + "\nClassname: " + className};
 }
 
 Error Link::ConnectionOpen(std::string name, int frame, int kind) {
@@ -107,7 +107,7 @@ std::string Link::AskChooser(const std::string& name, int code, const std::strin
 
 Link::Opened Link::ChannelOpen(const std::string& name, int kind) {
   const bool locked = Call("COpenLocked", {}).Bool();
-  if (locked) return {{code::kServerGone, {}}};
+  if (locked) return {{Code::kServerGone, {}}};
   if (!server_) return {lastError_};
   const AutomationResult result = Call("COpen", {name, kind});
   if (!result.Ok()) return {lastError_};
@@ -119,7 +119,7 @@ Link::Opened Link::ChannelReopen(const std::string& name) {
   Opened opened = ChannelOpen(name);
   if (opened.error) return opened;
   const AutomationResult framed = Use([&opened](AutomationObject& server) {
-    return server.Put("CFrame", {opened.channel}, frame::kFramed);
+    return server.Put("CFrame", {opened.channel}, FrameMode::kFramed);
   });
   if (framed.Ok()) return opened;
   const Error error = lastError_;
@@ -139,7 +139,7 @@ Error Link::ConnectionReselect(const std::function<bool()>& confirm) {
   if (state_ != LinkState::kChannel || busy_ || calls_ > 0) {
     return asked.error ? asked.error : lastError_;
   }
-  if (Call("COnlineEnabled", {channel_}).Bool()) return {code::kOnlineActive, {}};
+  if (Call("COnlineEnabled", {channel_}).Bool()) return {Code::kOnlineActive, {}};
   const std::string name = ConnectionName();
   ChannelClose(channel_);
   if (server_) state_ = LinkState::kServer;
@@ -158,7 +158,7 @@ Error Link::ConnectionSwitch() {
   if (busy_ || calls_ > 0) return {text::kExchangeUnderWay, {}};
   const std::string before = ConnectionName();
   if (state_ == LinkState::kChannel && Call("COnlineEnabled", {channel_}).Bool()) {
-    return {code::kOnlineActive, {}};
+    return {Code::kOnlineActive, {}};
   }
   const std::string chosen = AskChooser(before, 0, {});
   if (givenUp_ || chosen.empty()) return Error::Told();
@@ -180,7 +180,7 @@ void Link::ConnectionClose() {
   // Nothing that runs during the call may find the object that is given up.
   const std::unique_ptr<AutomationObject> server = std::move(server_);
   const LinkState before = std::exchange(state_, LinkState::kNoServer);
-  goneCode_ = code::kNoChannel;
+  goneCode_ = Code::kNoChannel;
   if (before == LinkState::kChannel && server) server->Call("CClose", {channel_});
 }
 
@@ -207,7 +207,7 @@ void Link::FrameRestore() {
 }
 
 void Link::Doubt() {
-  if (lost_ == 0) lost_ = code::kNoChannel;
+  if (lost_ == 0) lost_ = Code::kNoChannel;
 }
 
 void Link::LookForLoss() {
@@ -259,8 +259,8 @@ void Link::Raised(const AutomationResult& result) {
   }
   // Nothing more can come from a channel or a server that is gone: the next open starts afresh.
   // Only the outermost call may give up the object; those inside are of timers during its wait.
-  if (calls_ > 0 || (code != code::kNoChannel && code != code::kServerGone)) return;
-  if (code == code::kServerGone) server_.reset();
+  if (calls_ > 0 || (code != Code::kNoChannel && code != Code::kServerGone)) return;
+  if (code == Code::kServerGone) server_.reset();
   ConnectionClose();
   goneCode_ = code;
 }

@@ -150,7 +150,7 @@ class Link {
   bool testMode_ = false;
   bool busy_ = false;
   int lost_ = 0;                     // the error that lost the line; 0 = none
-  int goneCode_ = code::kNoChannel;  // what a call without a server object ends with
+  int goneCode_ = Code::kNoChannel;  // what a call without a server object ends with
   int calls_ = 0;                    // of the server that have not returned yet
   bool givenUp_ = false;
   bool offerChooser_ = true;

@@ -25,7 +25,7 @@ AutomationResult InProcessServer::Call(std::string_view member, const Values& ar
   QElapsedTimer passed;
   passed.start();
   while (!*outcome && passed.elapsed() < kOpenMs) PumpEvents(kPumpMs);
-  return outcome->value_or(ObjectError(code::kServerGone, "no answer in time"));
+  return outcome->value_or(ObjectError(Code::kServerGone, "no answer in time"));
 }
 
 AutomationResult InProcessServer::Get(std::string_view property, const Values& arguments) {

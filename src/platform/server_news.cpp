@@ -16,20 +16,20 @@ Value ValueFrom(const QJsonValue& json) {
 AutomationResult ErrorFrom(const QJsonValue& error) {
   const int code = error[QStringLiteral("code")].toInt();
   return {{},
-          code != 0 ? code : kObjectErrorBase + code::kServerGone,
+          code != 0 ? code : kObjectErrorBase + Code::kServerGone,
           error[QStringLiteral("message")].toString().toStdString()};
 }
 
 void ChannelNews::Sent() {
   ++exchange_;
-  status = status::kWaiting;
+  status = ChannelStatus::kWaiting;
   answerHere = false;
   answer_ = after_ = {};
 }
 
 void ChannelNews::GiveUp() {
   if (!answer_.Ok()) return;
-  status = status::kNothingSent;
+  status = ChannelStatus::kNothingSent;
   answerHere = false;
   answer_ = std::exchange(after_, {});
 }
@@ -41,12 +41,13 @@ void ChannelNews::Take(const QJsonObject& notice) {
     after_ = ErrorFrom(error);  // the answer is to be had all the same
     return;
   }
-  status = error.isObject() ? status::kNothingSent : notice[QStringLiteral("status")].toInt();
+  status =
+      error.isObject() ? ChannelStatus::kNothingSent : notice[QStringLiteral("status")].toInt();
   if (error.isObject()) {
     answer_ = ErrorFrom(error);
   } else if (const QJsonValue answer = notice[QStringLiteral("answer")]; answer.isString()) {
     answer_ = {answer.toString().toStdString(), 0, {}};
-    answerHere = status == status::kReady;
+    answerHere = status == ChannelStatus::kReady;
   }
 }
 
@@ -55,7 +56,7 @@ AutomationResult ChannelNews::Status() {
 }
 
 AutomationResult ChannelNews::Receive() {
-  status = status::kNothingSent;
+  status = ChannelStatus::kNothingSent;
   answerHere = false;
   return std::exchange(answer_, std::exchange(after_, {}));
 }

@@ -18,7 +18,7 @@ Value ValueFrom(const QJsonValue& json);
 /// comes late is known by its number.
 class ChannelNews {
  public:
-  int status = status::kNothingSent;
+  int status = ChannelStatus::kNothingSent;
   bool framed = true;
   bool online = false;
   bool answerHere = false;

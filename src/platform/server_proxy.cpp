@@ -45,7 +45,7 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
   const int number = NumberAt(arguments, 0);
   auto channel = channels.find(number);
   if (channel != channels.end() && member == "CStatus" &&
-      channel->second.status == status::kWaiting && heard_.hasExpired(kSilentMs)) {
+      channel->second.status == ChannelStatus::kWaiting && heard_.hasExpired(kSilentMs)) {
     const AutomationResult alive = RoundTrip("COpenLocked", {}, kCallMs);
     if (!alive.Ok()) return alive;
     // Other events may have run meanwhile.
@@ -53,7 +53,7 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
   }
   // Above all that the line was lost before what is going to be sent.
   if (member == "CStatus" && channel != channels.end() &&
-      channel->second.status == status::kNothingSent) {
+      channel->second.status == ChannelStatus::kNothingSent) {
     TakeTold();
   }
   if (channel != channels.end() && Connected()) {
@@ -64,7 +64,7 @@ AutomationResult ServerProxy::Call(std::string_view member, const Values& argume
   }
   AutomationResult result = RoundTrip(member, arguments, member == "COpen" ? kOpenMs : kCallMs);
   if (member == "COpen" && result.Ok() && result.Int() >= 0) {
-    channels[result.Int()].framed = NumberAt(arguments, 1) != kind::kOnline;
+    channels[result.Int()].framed = NumberAt(arguments, 1) != ChannelKind::kOnline;
   }
   if (member == "CCancel" && channels.count(number) != 0) channels[number].GiveUp();
   if (member == "CClose") channels.erase(number);
@@ -83,7 +83,7 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   const QByteArray request = rpc::EncodeRequest(0, "CSend", arguments);
   // The server would refuse it unseen, and neither side's count of exchanges may run ahead.
   if (request.size() + kRoomForId > rpc::kMaxRequest) {
-    return ObjectError(code::kSendError, "the line is longer than 1 MiB");
+    return ObjectError(Code::kSendError, "the line is longer than 1 MiB");
   }
   ChannelNews& channel = news_.channels[number];
   channel.Sent();
@@ -95,7 +95,7 @@ AutomationResult ServerProxy::Send(int number, const Values& arguments) {
   AutomationResult result = RoundTrip("CSend", arguments, kCallMs);
   // Other events may have run meanwhile; the channel is looked up again.
   if (!result.Ok() && news_.channels.count(number) != 0) {
-    news_.channels[number].status = status::kNothingSent;
+    news_.channels[number].status = ChannelStatus::kNothingSent;
   }
   return result;
 }
@@ -123,7 +123,7 @@ AutomationResult ServerProxy::Put(std::string_view property, const Values& argum
   AutomationResult result = RoundTrip(property, all, kCallMs);
   const auto channel = news_.channels.find(NumberAt(arguments, 0));
   if (property == "CFrame" && result.Ok() && channel != news_.channels.end()) {
-    channel->second.framed = NumberAt(all, 1) == frame::kFramed;
+    channel->second.framed = NumberAt(all, 1) == FrameMode::kFramed;
   }
   return result;
 }
@@ -137,14 +137,14 @@ AutomationResult ServerProxy::Request(std::string_view method, const Values& arg
 
 AutomationResult ServerProxy::RoundTrip(std::string_view method, const Values& arguments,
                                         int limitMs) {
-  if (!Connected()) return ObjectError(code::kServerGone, "not connected");
+  if (!Connected()) return ObjectError(Code::kServerGone, "not connected");
   const int id = ++lastId_;
   news_.Await(id);
   Write(rpc::EncodeRequest(id, method, arguments));
   const bool replied = WaitForReply(id, limitMs);
   const QJsonObject reply = news_.TakeReply(id);
   if (!replied) {
-    return ObjectError(code::kServerGone, Connected() ? "no answer in time" : "connection lost");
+    return ObjectError(Code::kServerGone, Connected() ? "no answer in time" : "connection lost");
   }
   if (const QJsonValue error = reply[QStringLiteral("error")]; error.isObject()) {
     return ErrorFrom(error);

@@ -97,12 +97,12 @@ void BusConnection::OnLost(const QString& reason) {
   Note(text);
   timer_.stop();
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
-    Report(*flight, code::kReceiveError, text);
+    Report(*flight, Code::kReceiveError, text);
   }
   // Another device may come back: nobody's line goes to it unasked.
-  FailQueue(code::kReceiveError, text);
-  if (raw_) emit RawFailed(code::kReceiveError, text);
-  emit PortLost(code::kReceiveError, text);
+  FailQueue(Code::kReceiveError, text);
+  if (raw_) emit RawFailed(Code::kReceiveError, text);
+  emit PortLost(Code::kReceiveError, text);
   StartNext();
 }
 
@@ -145,7 +145,7 @@ void BusConnection::FailExpired() {
   });
   WatchQueue();
   for (const LineOut& line : expired) {
-    emit Failed(line.channel, line.exchange, code::kTimeout,
+    emit Failed(line.channel, line.exchange, Code::kTimeout,
                 NothingSent("the line waited too long for its turn on " + name_));
   }
 }
@@ -238,11 +238,11 @@ void BusConnection::OnReceived(const QByteArray& bytes) {
 /// The line in flight has got a reply that is no answer.
 void BusConnection::Spoil(ReplyFramer::Outcome outcome) {
   if (outcome == ReplyFramer::Outcome::kTooLong) {
-    Report(*flight_, code::kTooBig, "the answer is longer than 256 KiB");
+    Report(*flight_, Code::kTooBig, "the answer is longer than 256 KiB");
   } else if (outcome == ReplyFramer::Outcome::kBeheaded) {
-    Report(*flight_, code::kReceiveError, "the beginning of the reply got lost");
+    Report(*flight_, Code::kReceiveError, "the beginning of the reply got lost");
   } else {
-    Report(*flight_, code::kReceiveError, "the reply holds characters that no device sends");
+    Report(*flight_, Code::kReceiveError, "the reply holds characters that no device sends");
   }
   if (flight_->purpose == Purpose::kOnline) FinishOnline({});
   flight_->reported = true;
@@ -286,9 +286,9 @@ void BusConnection::OnTimeout() {
   if (!AddressOf(flight.out.line).makesCurrent.empty()) lineStation_.clear();
   if (trace_) Note("no answer to " + ForLog(flight.out.line));
   const std::string silent = "no answer from " + name_;
-  if (flight.purpose == Purpose::kLine) Report(flight, code::kTimeout, silent);
+  if (flight.purpose == Purpose::kLine) Report(flight, Code::kTimeout, silent);
   if (flight.purpose == Purpose::kPointing) {
-    Report(flight, code::kTimeout, NothingSent(silent + " to " + flight.out.line));
+    Report(flight, Code::kTimeout, NothingSent(silent + " to " + flight.out.line));
   }
   // Silent: it restarts, or is in a bootloader that does not know the line.
   if (flight.purpose == Purpose::kOnline) FinishOnline({});

@@ -31,9 +31,9 @@ void BusConnection::SetRaw(bool raw) {
   pointed_ = true;  // the online channel may make any station current
   const std::string reason = "an online channel was opened on " + name_;
   if (const auto flight = std::exchange(flight_, std::nullopt)) {
-    Report(*flight, code::kOnlineActive, reason);
+    Report(*flight, Code::kOnlineActive, reason);
   }
-  FailQueue(code::kOnlineActive, reason);
+  FailQueue(Code::kOnlineActive, reason);
   StartNext();
 }
 
@@ -81,7 +81,7 @@ void BusConnection::FinishOnline(const std::string& answer) {
   if (IsErrorAnswer(answer)) {
     DropPort();
     rawWaiting_.clear();
-    emit RawFailed(code::kFrameFailure,
+    emit RawFailed(Code::kFrameFailure,
                    "the connected device is not to be had: " + FromLatin1(answer));
     return;
   }

@@ -31,14 +31,14 @@ void Channel::GiveUp() {
 StatusNotice Channel::Answer(std::string_view bytes) {
   state_ = State::kReady;
   received_.assign(bytes);
-  return {number, exchange_, status::kReady, FromLatin1(bytes), 0, {}};
+  return {number, exchange_, ChannelStatus::kReady, FromLatin1(bytes), 0, {}};
 }
 
 StatusNotice Channel::Fail(int error, std::string description) {
   state_ = State::kFailed;
   received_.clear();
   failure_ = ObjectError(error, std::move(description));
-  return {number,       exchange_,      status::kNothingSent,
+  return {number,       exchange_,      ChannelStatus::kNothingSent,
           std::nullopt, failure_.error, failure_.description};
 }
 
@@ -50,19 +50,19 @@ std::optional<StatusNotice> Channel::PortLost(int error, std::string description
   if (told) return std::nullopt;
   if (state_ != State::kReady) return Fail(error, std::move(description));
   failure_ = ObjectError(error, std::move(description));
-  return StatusNotice{number,       exchange_,      status::kNothingSent,
+  return StatusNotice{number,       exchange_,      ChannelStatus::kNothingSent,
                       std::nullopt, failure_.error, failure_.description};
 }
 
 std::optional<StatusNotice> Channel::AddRaw(std::string_view bytes) {
   if (received_.size() + bytes.size() > ReplyFramer::kMaxAnswer) {
-    return Fail(code::kTooBig, "more than 256 KiB came in that nobody fetched");
+    return Fail(Code::kTooBig, "more than 256 KiB came in that nobody fetched");
   }
   const bool first = received_.empty();
   received_ += bytes;
   if (state_ != State::kFailed) state_ = State::kReady;
   if (!first) return std::nullopt;
-  return StatusNotice{number, exchange_, status::kReady, std::nullopt, 0, {}};
+  return StatusNotice{number, exchange_, ChannelStatus::kReady, std::nullopt, 0, {}};
 }
 
 AutomationResult Channel::Raise() {
@@ -75,21 +75,21 @@ AutomationResult Channel::Status() {
     case State::kFailed:
       return Raise();
     case State::kReady:
-      return {status::kReady, 0, {}};
+      return {ChannelStatus::kReady, 0, {}};
     case State::kWaiting:
-      return {status::kWaiting, 0, {}};
+      return {ChannelStatus::kWaiting, 0, {}};
     case State::kIdle:
       break;
   }
-  return {status::kNothingSent, 0, {}};
+  return {ChannelStatus::kNothingSent, 0, {}};
 }
 
 AutomationResult Channel::Receive() {
   if (state_ == State::kFailed) return Raise();
   if (!Transparent()) {
     if (state_ == State::kWaiting)
-      return ObjectError(code::kReceiveError, "there is no answer yet");
-    if (state_ == State::kIdle) return ObjectError(code::kNoCommand, "no command was sent");
+      return ObjectError(Code::kReceiveError, "there is no answer yet");
+    if (state_ == State::kIdle) return ObjectError(Code::kNoCommand, "no command was sent");
   }
   state_ = failure_.Ok() ? State::kIdle : State::kFailed;
   return {FromLatin1(std::exchange(received_, {})), 0, {}};

@@ -26,13 +26,13 @@ class Channel {
  public:
   int number = 0;
   int client = 0;
-  int kind = kind::kCommand;
-  int frame = frame::kFramed;
+  int kind = ChannelKind::kCommand;
+  int frame = FrameMode::kFramed;
   int translate = 0;
   int timeoutS = 10;
   Line* line = nullptr;
 
-  bool Transparent() const { return frame == frame::kTransparent; }
+  bool Transparent() const { return frame == FrameMode::kTransparent; }
 
   /// A CSend came: what was before is given up.
   int NextExchange();

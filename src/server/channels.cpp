@@ -33,17 +33,17 @@ Channel* Channels::Find(int client, int number) {
 void Channels::Open(int client, const std::string& name, int kind, const Reply& reply) {
   const auto connection = Connections(settings_).Find(name);
   if (!connection) {
-    reply(ObjectError(code::kNoSuchConnection, "there is no connection \"" + name + "\""));
+    reply(ObjectError(Code::kNoSuchConnection, "there is no connection \"" + name + "\""));
     return;
   }
   if (!Connections::Valid(*connection)) {
-    reply(ObjectError(code::kFaultyConnection,
+    reply(ObjectError(Code::kFaultyConnection,
                       "the data of connection \"" + connection->name + "\" are faulty"));
     return;
   }
   Line* line = LineFor(*connection);
   if (line == nullptr) {
-    reply(ObjectError(code::kFaultyConnection,
+    reply(ObjectError(Code::kFaultyConnection,
                       "connection \"" + connection->name + "\" was changed while it is in use"));
     return;
   }
@@ -106,11 +106,11 @@ AutomationResult Channels::Refusal(const Line& line, int client, int kind) const
   const auto count = std::count_if(line.channels.begin(), line.channels.end(), own) +
                      std::count_if(openings_.begin(), openings_.end(), opening);
   if (count >= kMaxOfClient || std::ssize(line.channels) >= kMaxChannels) {
-    return ObjectError(code::kTooManyChannels,
+    return ObjectError(Code::kTooManyChannels,
                        "too many channels on \"" + line.connection.name + "\"");
   }
-  if (kind == kind::kOnline && line.onlineChannel != 0) {
-    return ObjectError(code::kOnlineTaken,
+  if (kind == ChannelKind::kOnline && line.onlineChannel != 0) {
+    return ObjectError(Code::kOnlineTaken,
                        "an online channel is open on \"" + line.connection.name + "\"");
   }
   return {};
@@ -144,10 +144,10 @@ void Channels::Add(const Opening& opening) {
   channel.client = opening.client;
   channel.kind = opening.kind;
   channel.line = &line;
-  if (opening.kind == kind::kOnline) {
+  if (opening.kind == ChannelKind::kOnline) {
     line.onlineChannel = number;
     line.onlineReply = opening.reply;
-    SetFrame(channel, frame::kTransparent);
+    SetFrame(channel, FrameMode::kTransparent);
     // The others know before this client can: their next CSend is refused.
     TellOnline(line);
     line.channels.push_back(number);
@@ -180,13 +180,13 @@ void Channels::SetFrame(Channel& channel, int frame) {
   if (channel.frame == frame) return;
   channel.frame = frame;
   channel.Clear();
-  channel.line->bus->SetRaw(frame == frame::kTransparent);
+  channel.line->bus->SetRaw(frame == FrameMode::kTransparent);
 }
 
 AutomationResult Channels::StartBootloader(const std::string& name) {
   const auto connection = Connections(settings_).Find(name);
   if (!connection || connection->kind != "simulator") {
-    return ObjectError(code::kNoSuchConnection,
+    return ObjectError(Code::kNoSuchConnection,
                        "there is no simulated connection \"" + name + "\"");
   }
   portMaker_.SimulationOf(*connection).bus.StartBootloader();

@@ -102,7 +102,7 @@ void CommServer::Call(int client, std::string_view name, const Values& arguments
              Channel* channel = channels_.Find(client, number)) {
     reply((this->*member->handler)(*channel, arguments));
   } else {
-    reply(ObjectError(code::kNoChannel, "channel " + std::to_string(number) + " is not open"));
+    reply(ObjectError(Code::kNoChannel, "channel " + std::to_string(number) + " is not open"));
   }
 }
 
@@ -119,11 +119,11 @@ void CommServer::Notify(int client, std::string_view name, const Values& argumen
 
 void CommServer::COpen(int client, const Values& arguments, const Reply& reply) {
   const std::string& name = std::get<std::string>(arguments[0]);
-  const int kind = arguments.size() > 1 ? std::get<int>(arguments[1]) : kind::kCommand;
-  if (kind != kind::kCommand && kind != kind::kOnline) {
+  const int kind = arguments.size() > 1 ? std::get<int>(arguments[1]) : ChannelKind::kCommand;
+  if (kind != ChannelKind::kCommand && kind != ChannelKind::kOnline) {
     reply(BadArguments("a channel's kind is 2 or 3"));
   } else if (ending_) {
-    reply(ObjectError(code::kPortFailure, "the communication server is ending"));
+    reply(ObjectError(Code::kPortFailure, "the communication server is ending"));
   } else {
     const auto opened = [this, client, reply](const AutomationResult& result) {
       Channel* channel = result.Ok() ? channels_.Find(client, result.Int()) : nullptr;
@@ -154,10 +154,10 @@ AutomationResult CommServer::CStatus(Channel& channel, const Values&) {
 AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   const int exchange = channel.NextExchange();
   auto bytes = ToLatin1(std::get<std::string>(arguments[1]));
-  if (!bytes) return ObjectError(code::kSendError, "the line holds a character outside ISO 8859-1");
+  if (!bytes) return ObjectError(Code::kSendError, "the line holds a character outside ISO 8859-1");
   const Line& line = *channel.line;
   if (line.onlineChannel != 0 && line.onlineChannel != channel.number) {
-    return ObjectError(code::kOnlineActive,
+    return ObjectError(Code::kOnlineActive,
                        "an online channel is open on \"" + line.connection.name + "\"");
   }
   if (channel.Transparent()) {
@@ -167,8 +167,8 @@ AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   }
   auto single = SingleLine(*bytes);
   Wipe(*bytes);
-  if (!single) return ObjectError(code::kSendError, "the text is more than one line");
-  if (single->size() > kMaxLine) return ObjectError(code::kSendError, TooLongALine());
+  if (!single) return ObjectError(Code::kSendError, "the text is more than one line");
+  if (single->size() > kMaxLine) return ObjectError(Code::kSendError, TooLongALine());
   channel.Wait();
   LineOut out;
   out.client = channel.client;
@@ -178,7 +178,7 @@ AutomationResult CommServer::CSend(Channel& channel, const Values& arguments) {
   out.limit = QDeadlineTimer(channel.timeoutS * 1000, Qt::PreciseTimer);
   if (!line.bus->Send(std::move(out))) {
     channel.Clear();
-    return ObjectError(code::kSendError, "too many lines of this program wait");
+    return ObjectError(Code::kSendError, "too many lines of this program wait");
   }
   return Done();
 }
@@ -206,11 +206,11 @@ AutomationResult CommServer::CTimeout(Channel& channel, const Values& arguments)
 AutomationResult CommServer::CFrame(Channel& channel, const Values& arguments) {
   if (arguments.size() < 2) return Done(channel.frame);
   const int frame = std::get<int>(arguments[1]);
-  if (frame != frame::kTransparent && frame != frame::kFramed) {
-    return ObjectError(code::kFrameFailure, "a frame mode is 0 or 2");
+  if (frame != FrameMode::kTransparent && frame != FrameMode::kFramed) {
+    return ObjectError(Code::kFrameFailure, "a frame mode is 0 or 2");
   }
-  if (frame == frame::kTransparent && channel.kind != kind::kOnline) {
-    return ObjectError(code::kNeedsOnline, "only an online channel is transparent");
+  if (frame == FrameMode::kTransparent && channel.kind != ChannelKind::kOnline) {
+    return ObjectError(Code::kNeedsOnline, "only an online channel is transparent");
   }
   channels_.SetFrame(channel, frame);
   return Done();

@@ -106,14 +106,14 @@ SerialFault OpenFault(const std::string& path, int error) {
     case ENODEV:
     case ENXIO:
     case ENOTDIR:
-      return {code::kPortInUse, path + ": there is no such device"};
+      return {Code::kPortInUse, path + ": there is no such device"};
     case EBUSY:
-      return {code::kPortInUse, path + ": another program has it"};
+      return {Code::kPortInUse, path + ": another program has it"};
     case EACCES:
     case EPERM:
-      return {code::kPortFailure, NoPermission(path, AccessOf(path), UserName(::geteuid()))};
+      return {Code::kPortFailure, NoPermission(path, AccessOf(path), UserName(::geteuid()))};
     default:
-      return {code::kPortFailure, path + ": " + std::generic_category().message(error)};
+      return {Code::kPortFailure, path + ": " + std::generic_category().message(error)};
   }
 }
 

@@ -66,7 +66,7 @@ SerialFault SerialPort::TryOpen() {
   if (!serial_.open(QIODevice::ReadWrite)) {
     // What opens for us and not here is locked in one more way, by a lock file.
     const bool locked = serial_.error() == QSerialPort::PermissionError;
-    return {locked ? code::kPortInUse : code::kPortFailure,
+    return {locked ? Code::kPortInUse : Code::kPortFailure,
             path_ + ": " + serial_.errorString().toStdString()};
   }
   if (const SerialFault wrong = Configure(); wrong.code != 0) return wrong;
@@ -84,12 +84,12 @@ SerialFault SerialPort::Find() {
   const std::string path =
       RealPath(again ? ports_.adapterFolder + "/" + adapter_ : connection_.device, error);
   if (path.empty() && again) {
-    return {code::kPortInUse, "the adapter " + adapter_ + " is not plugged in"};
+    return {Code::kPortInUse, "the adapter " + adapter_ + " is not plugged in"};
   }
   if (path.empty()) return OpenFault(connection_.device, error);
   const auto [taken, free] = ports_.open.try_emplace(path, connection_.name);
   if (!free) {
-    return {code::kPortTaken, path + " is already used by connection \"" + taken->second + "\""};
+    return {Code::kPortTaken, path + " is already used by connection \"" + taken->second + "\""};
   }
   path_ = path;
   return {};
@@ -105,7 +105,7 @@ SerialFault SerialPort::Configure() {
   // Drivers accept what they cannot do and do something else.
   const auto wrong = WrongSetting(claim_, connection_);
   if (!wrong) return {};
-  return {code::kPortFailure, path_ + ": " + *wrong + " on this port"};
+  return {Code::kPortFailure, path_ + ": " + *wrong + " on this port"};
 }
 
 void SerialPort::Write(std::string_view bytes) {

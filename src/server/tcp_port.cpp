@@ -83,7 +83,7 @@ void TcpPort::End(const QString& reason) {
   if (opened_) {
     emit Lost(text);
   } else {
-    emit Failed(code::kCannotConnect, text);
+    emit Failed(Code::kCannotConnect, text);
   }
 }
 

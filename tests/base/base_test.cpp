@@ -108,7 +108,7 @@ TEST(Languages, ALanguageWithoutTextsHasCaptionsAndQuestions) {
   Messages messages(world.dialogs);
   messages.SetFactor(3);
   EXPECT_EQ(messages.Caption(text::kYes), "&Yes");
-  messages.Warn(code::kTimeout, "\nx");
+  messages.Warn(Code::kTimeout, "\nx");
   EXPECT_EQ(world.dialogs.shown[0].text, "\nx");
   EXPECT_EQ(world.dialogs.shown[0].number, 10012);
   messages.Ask(text::kDeleteStatistics);
@@ -119,9 +119,9 @@ TEST(Texts, LineEndsOfTheTableAndNoOthers) {
   kit::ScriptedDialogs dialogs;
   Messages messages(dialogs);
   messages.SetFactor(1);
-  messages.WarnFilled(Error{code::kPortInUse, "/dev/tty\\n: no such device"}, "B1:");
+  messages.WarnFilled(Error{Code::kPortInUse, "/dev/tty\\n: no such device"}, "B1:");
   messages.WarnFilled(text::kFileNotWritten, R"(C:\new\%s)");
-  messages.Ask(code::kPortInUse);
+  messages.Ask(Code::kPortInUse);
   const std::string adapter =
       "\nIf using a PC without serial ports: Please plug in your USB adapter.";
   EXPECT_TRUE(dialogs.shown[0].text.ends_with(adapter + "\n/dev/tty\\n: no such device"));

@@ -18,7 +18,7 @@ namespace ostrel {
 namespace {
 
 constexpr int kChannel = 1;
-constexpr int kFailure = kObjectErrorBase + code::kReceiveError;
+constexpr int kFailure = kObjectErrorBase + Code::kReceiveError;
 
 class Watched {
  public:
@@ -30,7 +30,7 @@ class Watched {
       case '>':
         ++exchange_;
         Channel().Sent();
-        OSTREL_REQUIRE(Channel().status == status::kWaiting && !Channel().answerHere);
+        OSTREL_REQUIRE(Channel().status == ChannelStatus::kWaiting && !Channel().answerHere);
         break;
       case '!':
         Channel().GiveUp();
@@ -68,12 +68,12 @@ class Watched {
   }
 
   void Answer(const std::string& text) {
-    news_.Take(rpc::EncodeStatus({kChannel, exchange_, status::kReady, text, 0, {}}));
+    news_.Take(rpc::EncodeStatus({kChannel, exchange_, ChannelStatus::kReady, text, 0, {}}));
     OSTREL_REQUIRE(Channel().answerHere);
     ChannelNews copy = Channel();
-    OSTREL_REQUIRE(copy.Status().Int() == status::kReady || !copy.Status().Ok());
+    OSTREL_REQUIRE(copy.Status().Int() == ChannelStatus::kReady || !copy.Status().Ok());
     // One that comes for an exchange before is none.
-    news_.Take(rpc::EncodeStatus({kChannel, exchange_ - 1, status::kReady, "late", 0, {}}));
+    news_.Take(rpc::EncodeStatus({kChannel, exchange_ - 1, ChannelStatus::kReady, "late", 0, {}}));
     const AutomationResult received = Channel().Receive();
     OSTREL_REQUIRE(received.Text() == text && !Channel().answerHere);
   }
@@ -81,7 +81,7 @@ class Watched {
   void Fail(const std::string& reason) {
     const bool here = Channel().answerHere;
     news_.Take(rpc::EncodeStatus(
-        {kChannel, exchange_, status::kNothingSent, std::nullopt, kFailure, reason}));
+        {kChannel, exchange_, ChannelStatus::kNothingSent, std::nullopt, kFailure, reason}));
     if (here) OSTREL_REQUIRE(Channel().Receive().Ok());
     const AutomationResult raised = Channel().Status();
     OSTREL_REQUIRE(raised.error == kFailure && raised.description == reason);

@@ -111,7 +111,7 @@ struct WindowTest : testing::Test {
   void TearDown() override { LeaveLoop(); }
   /// The server tells that the port was lost, and can open it again.
   void Lose() {
-    world.server.fails["CStatus"] = ObjectError(code::kPortFailure, "");
+    world.server.fails["CStatus"] = ObjectError(Code::kPortFailure, "");
     window.AliveTick(1);
     world.server.fails.clear();
     EXPECT_TRUE(session.Lost());

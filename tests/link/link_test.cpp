@@ -134,7 +134,7 @@ TEST_F(LinkTest, TimeoutIsCountedInWholeSeconds) {
   link.ChannelTimeoutSet(3);
   std::string answer;
   // Sent at 0.5 s: the first whole second more than 3 later is 4.0 s.
-  EXPECT_EQ(Ask("never", answer), code::kTimeout);
+  EXPECT_EQ(Ask("never", answer), Code::kTimeout);
   EXPECT_EQ(world.clock.tickMs, 4000);
   world.server.answers["late"] = "x";
   world.server.answerAfterMs = 3000;
@@ -144,7 +144,7 @@ TEST_F(LinkTest, TimeoutIsCountedInWholeSeconds) {
   world.clock.stepMs = 9000;
   EXPECT_EQ(Ask("late", answer), 0);
   world.server.answerAfterMs = 9001;
-  EXPECT_EQ(Ask("late", answer), code::kTimeout);
+  EXPECT_EQ(Ask("late", answer), Code::kTimeout);
 }
 
 TEST_F(LinkTest, WhatAWaitMeets) {
@@ -159,7 +159,7 @@ TEST_F(LinkTest, WhatAWaitMeets) {
   EXPECT_EQ(world.server.sent, std::vector<std::string>{"a"});
 
   world.clock.onEvents = [&] { world.server.online = true; };
-  EXPECT_EQ(Ask("a", answer), code::kOnlineActive);
+  EXPECT_EQ(Ask("a", answer), Code::kOnlineActive);
   world.server.online = false;
   world.clock.onEvents = [&] { link.GiveUp(); };
   EXPECT_EQ(Ask("a", answer), text::kExchangeGivenUp);
@@ -170,8 +170,8 @@ TEST_F(LinkTest, ALineThatStillWaitsAtTheServerIsTakenBack) {
   const struct {
     std::function<void()> meanwhile;
     int code;
-  } cases[] = {{[] {}, code::kTimeout},
-               {[this] { world.server.online = true; }, code::kOnlineActive},
+  } cases[] = {{[] {}, Code::kTimeout},
+               {[this] { world.server.online = true; }, Code::kOnlineActive},
                {[this] { link.GiveUp(); }, text::kExchangeGivenUp}};
   for (const auto& c : cases) {
     for (const bool queues : {true, false}) {
@@ -193,16 +193,16 @@ TEST_F(LinkTest, ALineThatStillWaitsAtTheServerIsTakenBack) {
   EXPECT_TRUE(world.server.sent.empty());
   link.GiveUp(false);
   // The server's own limit may run out first.
-  world.server.fails["CStatus"] = ObjectError(code::kTimeout, "nothing was sent: B1 is busy");
+  world.server.fails["CStatus"] = ObjectError(Code::kTimeout, "nothing was sent: B1 is busy");
   commands.DevCmd(7, "y");
   EXPECT_EQ(world.dialogs.shown.at(0).text,
-            messages.Text(code::kTimeout) + "\nNothing was sent.\nB1 is busy");
+            messages.Text(Code::kTimeout) + "\nNothing was sent.\nB1 is busy");
 }
 
 TEST_F(LinkTest, StaleAnswerIsDroppedAndNothingSentIsSaid) {
   world.server.answers = {{"a", "1"}, {"b", "2"}};
   std::string answer;
-  EXPECT_EQ(link.AnswerWait(7).error.code, code::kNoCommand);
+  EXPECT_EQ(link.AnswerWait(7).error.code, Code::kNoCommand);
   EXPECT_FALSE(link.CommandSend(7, "a"));
   EXPECT_EQ(Ask("b", answer), 0);
   EXPECT_EQ(answer, "2");
@@ -230,7 +230,7 @@ TEST_F(LinkTest, RaisedErrorsBecomeCodesAndALostServerStartsAfresh) {
   }
   link.ConnectionClose();
   std::string answer;
-  EXPECT_EQ(Ask("a", answer), code::kNoChannel) << "without a connection";
+  EXPECT_EQ(Ask("a", answer), Code::kNoChannel) << "without a connection";
 }
 
 TEST_F(LinkTest, DefTimeoutIsCorrectedAndWrittenBack) {
@@ -383,13 +383,13 @@ TEST_F(LinkTest, BlocksOfLines) {
 TEST_F(LinkTest, VersionIsAskedAgainWhileAnOnlineChannelIsActive) {
   world.server.answers["AA:ver."] = "kt-x+;V2.27";
   int passes = 0;
-  world.server.fails["CSend"] = ObjectError(code::kOnlineActive, "");
+  world.server.fails["CSend"] = ObjectError(Code::kOnlineActive, "");
   world.clock.onEvents = [&] {
     if (++passes == 4) world.server.fails.clear();  // after the first pause, in the second
   };
   EXPECT_EQ(commands.DevVersionGet("AA:"), "KT-X");
   world.clock.onEvents = nullptr;
-  world.server.fails["CSend"] = ObjectError(code::kOnlineActive, "");
+  world.server.fails["CSend"] = ObjectError(Code::kOnlineActive, "");
   const std::int64_t start = world.clock.tickMs;
   EXPECT_EQ(commands.DevVersionGet("AA:"), "");
   EXPECT_EQ(world.clock.tickMs - start, 900) << "three pauses of 250 ms in steps of 100";
