@@ -17,7 +17,6 @@
 #include "base/program_title.h"
 #include "base/texts.h"
 #include "config/users/frmRechteShow.h"
-#include "device/clsDevice.h"
 #include "widgets/plain_tip.h"
 
 namespace ostrel {
