@@ -31,6 +31,7 @@ void SavePlacement(SettingsStore& settings, std::string_view application, std::s
                    const Placement& placement, bool minimised) {
   if (minimised) return;
   std::vector<SettingsChange> changes;
+  changes.reserve(kFields.size());
   for (const auto& [suffix, field] : kFields) {
     changes.push_back(
         {Key(application), std::string(window) + suffix, std::to_string(placement.*field)});
